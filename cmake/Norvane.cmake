@@ -1,0 +1,40 @@
+# How every target of the project is built: one place for flags, one function per kind of target.
+
+add_library(norvane_options INTERFACE)
+target_compile_options(norvane_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+    -Woverloaded-virtual -Werror)
+target_include_directories(norvane_options INTERFACE ${PROJECT_SOURCE_DIR})
+# Qt libraries reach a program only if it uses them: the command-line tools start in a millisecond.
+target_link_options(norvane_options INTERFACE -Wl,--as-needed)
+if(NORVANE_SANITIZERS)
+    target_compile_options(norvane_options INTERFACE -fsanitize=${NORVANE_SANITIZERS} -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    target_link_options(norvane_options INTERFACE -fsanitize=${NORVANE_SANITIZERS})
+endif()
+
+# norvane_library(NAME SOURCES … LINKS …)
+function(norvane_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC norvane_options ${ARG_LINKS})
+endfunction()
+
+# norvane_test(NAME SOURCES … LINKS … [TIMEOUT seconds] [DEPENDS targets])
+# Every TEST of the sources becomes one test of ctest.
+function(norvane_test name)
+    if(NOT NORVANE_TESTS)
+        return()
+    endif()
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS;DEPENDS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE norvane_options ${ARG_LINKS} GTest::gtest_main)
+    target_compile_definitions(${name} PRIVATE NORVANE_BIN_DIR="${NORVANE_BIN_DIR}"
+        NORVANE_LIBEXEC_DIR="${NORVANE_LIBEXEC_DIR}" NORVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    if(ARG_DEPENDS)
+        add_dependencies(${name} ${ARG_DEPENDS})
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+endfunction()

@@ -1,0 +1,33 @@
+// What the program asks of files and volumes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/instant.h"
+
+namespace norvane {
+
+struct FolderEntry {
+    std::string name;
+    std::optional<Instant> created; ///< None: the file system does not tell.
+};
+
+/// Read-only queries; any thread.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    /// Whether something exists at the path now. Quick, even where a network mount no longer answers.
+    [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+
+    /// Free bytes for ordinary users on the volume that holds the home folder; none when unknown.
+    [[nodiscard]] virtual std::optional<std::int64_t> homeVolumeAvailableBytes() const = 0;
+
+    /// The direct contents of a folder without its hidden files, in no order; none when it cannot be listed.
+    [[nodiscard]] virtual std::optional<std::vector<FolderEntry>> list(const std::string& folder) const = 0;
+};
+
+} // namespace norvane

@@ -1,0 +1,16 @@
+// Handing things over to the desktop.
+#pragma once
+
+#include <string>
+
+namespace norvane {
+
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    /// Opens the URL with the program registered for it. Main thread; failure is silent.
+    virtual void openUrl(const std::string& url) = 0;
+};
+
+} // namespace norvane
