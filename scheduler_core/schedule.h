@@ -135,6 +135,17 @@ struct WeekdayTimesRule {
 
 using ScheduleRule = std::variant<IntervalRule, DailyTimesRule, WeekdayTimesRule>;
 
+/// A calendar day on which an occurrence of a blackout window can have started.
+struct OccurrenceDay {
+    Instant within; ///< Some instant of the day.
+    Weekday weekday = Weekday::sunday;
+};
+
+/// The day before and the day of an instant. The same for every window, so many can be asked at the price of
+/// one.
+using OccurrenceDays = std::array<std::optional<OccurrenceDay>, 2>;
+[[nodiscard]] OccurrenceDays occurrenceDays(Instant instant, const Calendar& calendar);
+
 /// A stretch of time, recurring weekly, in which no scheduled backup may start.
 struct BlackoutWindow {
     WeekdaySet days; ///< The weekdays on which an occurrence starts.
@@ -147,6 +158,11 @@ struct BlackoutWindow {
     /// The end of the occurrence that contains `instant` (start included, end excluded), of several the
     /// latest; none when it lies in no occurrence. An occurrence lasts durationMinutes() of elapsed time.
     [[nodiscard]] std::optional<Instant> endOfOccurrenceContaining(Instant instant,
+                                                                   const Calendar& calendar) const;
+
+    /// The same, with the days of `instant` at hand.
+    [[nodiscard]] std::optional<Instant> endOfOccurrenceContaining(Instant instant,
+                                                                   const OccurrenceDays& startDays,
                                                                    const Calendar& calendar) const;
 
     bool operator==(const BlackoutWindow&) const = default;

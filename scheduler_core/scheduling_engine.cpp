@@ -77,11 +77,14 @@ NextFire nextFire(const Schedule& schedule, std::optional<Instant> lastBackup, I
 std::optional<Instant> pushPastBlackouts(Instant instant, const std::vector<BlackoutWindow>& blackouts,
                                          const Calendar& calendar) {
     constexpr int maxRounds = 100;
+    if (blackouts.empty())
+        return instant;
     Instant candidate = instant;
     for (int round = 0; round < maxRounds; ++round) {
+        const OccurrenceDays startDays = occurrenceDays(candidate, calendar);
         std::optional<Instant> latestEnd;
         for (const BlackoutWindow& window : blackouts)
-            latestEnd = std::max(latestEnd, window.endOfOccurrenceContaining(candidate, calendar));
+            latestEnd = std::max(latestEnd, window.endOfOccurrenceContaining(candidate, startDays, calendar));
         if (!latestEnd)
             return candidate;
         candidate = *latestEnd;
