@@ -141,8 +141,7 @@ struct OccurrenceDay {
     Weekday weekday = Weekday::sunday;
 };
 
-/// The day before and the day of an instant. The same for every window, so many can be asked at the price of
-/// one.
+/// The day before and the day of an instant: the same for every window, so find them once for many.
 using OccurrenceDays = std::array<std::optional<OccurrenceDay>, 2>;
 [[nodiscard]] OccurrenceDays occurrenceDays(Instant instant, const Calendar& calendar);
 
@@ -156,7 +155,8 @@ struct BlackoutWindow {
     [[nodiscard]] std::int64_t durationMinutes() const;
 
     /// The end of the occurrence that contains `instant` (start included, end excluded), of several the
-    /// latest; none when it lies in no occurrence. An occurrence lasts durationMinutes() of elapsed time.
+    /// latest; none when it lies in no occurrence. An occurrence lasts durationMinutes() of elapsed time;
+    /// looked at are those that started on the instant's calendar day or on the day before.
     [[nodiscard]] std::optional<Instant> endOfOccurrenceContaining(Instant instant,
                                                                    const Calendar& calendar) const;
 
