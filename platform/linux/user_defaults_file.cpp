@@ -178,7 +178,7 @@ std::string withoutLinks(const std::string& path) {
     if (!resolved)
         return path;
     std::string result = resolved;
-    std::free(resolved); // NOLINT(cppcoreguidelines-no-malloc): realpath's contract
+    std::free(resolved);
     return result;
 }
 

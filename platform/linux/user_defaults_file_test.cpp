@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -77,6 +78,20 @@ TEST_F(UserDefaultsFileTest, StoresEveryTypeForOthersToSeeAtOnce) {
     EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_EQ(fs::status(folder_ + "/sub").permissions(), fs::perms::owner_all);
     EXPECT_EQ(filesBeside(), (std::vector<std::string>{"domain.plist", "domain.plist.lock"}));
+}
+
+TEST_F(UserDefaultsFileTest, SeesAWriteAfterALongQuietTime) {
+    UserDefaultsFile writer(path_);
+    const UserDefaultsFile reader(path_);
+    writer.set("a", integer(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60)); // from here on what was read is kept
+    EXPECT_EQ(reader.integer("a"), 1);
+    writer.set("a", integer(2));
+    EXPECT_EQ(reader.integer("a"), 2);
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    EXPECT_EQ(reader.integer("a"), 2);
+    fs::remove(path_);
+    EXPECT_EQ(reader.all(), std::nullopt);
 }
 
 TEST_F(UserDefaultsFileTest, SeesQuickWritesOfTheSameSizeInPlace) {

@@ -1,7 +1,6 @@
 #include "platform/linux/user_folders.h"
 
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 
@@ -15,8 +14,7 @@ namespace {
 
 /// The variable's value if it is an absolute path: the specification has relative ones ignored.
 std::string absolutePath(const char* variable) {
-    const char* const value =
-        std::getenv(variable); // NOLINT(concurrency-mt-unsafe): nothing here sets variables
+    const char* const value = std::getenv(variable);
     return value && *value == '/' ? value : "";
 }
 
@@ -57,10 +55,9 @@ std::string preferencesFile(std::string_view domain) {
 bool makeFolder(const std::string& path) {
     if (isFolder(path))
         return true;
-    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
-        if (::mkdir(path.substr(0, end).c_str(), S_IRWXU) != 0 && errno != EEXIST && errno != EROFS)
-            return false;
-    }
+    // Most of these exist. What one failure means, the last call tells.
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1))
+        ::mkdir(path.substr(0, end).c_str(), S_IRWXU);
     return ::mkdir(path.c_str(), S_IRWXU) == 0 || isFolder(path);
 }
 
