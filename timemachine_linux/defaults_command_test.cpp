@@ -8,6 +8,7 @@
 #include <fstream>
 #include <mutex>
 #include <random>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -249,9 +250,9 @@ TEST_F(DefaultsTest, RunsAsAProgram) {
     EXPECT_EQ(contentOf(outputs + ".out"), "5\n");
     ::waitpid(start({"read", "nope"}, outputs), &status, 0);
     EXPECT_EQ(WEXITSTATUS(status), 1);
-    EXPECT_TRUE(testing::internal::RE::FullMatch(
-        contentOf(outputs + ".err"),
-        "[-0-9]+ [:0-9]+\\.[0-9]+ defaults\\[[0-9]+:[0-9]+\\] \nDomain nope does not exist\n"));
+    const std::regex message(
+        "[-0-9]+ [:0-9]+\\.[0-9]+ defaults\\[[0-9]+:[0-9]+\\] \nDomain nope does not exist\n");
+    EXPECT_TRUE(std::regex_match(contentOf(outputs + ".err"), message));
     ::waitpid(start({}, outputs), &status, 0);
     EXPECT_EQ(WEXITSTATUS(status), 255);
 }

@@ -1,6 +1,7 @@
 #include "timemachine_linux/defaults_value.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -19,7 +20,8 @@ std::optional<PropertyList> wrapped(std::optional<Value> value) {
     return PropertyList{std::move(*value)};
 }
 
-std::optional<PropertyList> readBoolean(std::string text) {
+std::optional<PropertyList> readBoolean(const std::string& argument) {
+    std::string text = argument;
     std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
     });
@@ -47,36 +49,25 @@ std::optional<PropertyList> readData(const std::string& hexDigits) {
     return parsePropertyList("<" + hexDigits + ">");
 }
 
-/// The flag's type for messages; none when it is no flag for a single value.
-std::optional<std::string_view> scalarType(std::string_view flag) {
-    if (flag == "-int" || flag == "-integer")
-        return "an integer";
-    if (flag == "-bool" || flag == "-boolean")
-        return "a boolean";
-    if (flag == "-string")
-        return "a string";
-    if (flag == "-float")
-        return "a number";
-    if (flag == "-date")
-        return "a date";
-    if (flag == "-data")
-        return "a row of hexadecimal bytes";
-    return std::nullopt;
-}
+/// A flag that announces the type of the one argument behind it.
+struct TypeFlag {
+    std::string_view name;
+    std::string_view description;
+    std::optional<PropertyList> (*read)(const std::string&);
+};
 
-std::optional<PropertyList> readScalar(std::string_view flag, const std::string& text) {
-    if (flag == "-int" || flag == "-integer")
-        return parseIntegerText(text);
-    if (flag == "-bool" || flag == "-boolean")
-        return readBoolean(text);
-    if (flag == "-float")
-        return wrapped(parseRealText(text));
-    if (flag == "-date")
-        return wrapped(readDate(text));
-    if (flag == "-data")
-        return readData(text);
-    return PropertyList{text};
-}
+std::optional<PropertyList> readInteger(const std::string& text) { return parseIntegerText(text); }
+
+const std::array<TypeFlag, 8> typeFlags = {{
+    {"-string", "a string", [](const std::string& text) { return std::optional(PropertyList{text}); }},
+    {"-int", "an integer", readInteger},
+    {"-integer", "an integer", readInteger},
+    {"-float", "a number", [](const std::string& text) { return wrapped(parseRealText(text)); }},
+    {"-bool", "a boolean", readBoolean},
+    {"-boolean", "a boolean", readBoolean},
+    {"-date", "a date", [](const std::string& text) { return wrapped(readDate(text)); }},
+    {"-data", "a row of hexadecimal bytes", readData},
+}};
 
 class ValueReader {
 public:
@@ -112,18 +103,23 @@ private:
         if (rest_.empty())
             return fail("A value is missing");
         const std::string& argument = take();
-        if (const auto type = scalarType(argument)) {
-            if (rest_.empty())
-                return fail("A value is missing after " + argument);
-            const std::string& text = take();
-            auto value = readScalar(argument, text);
-            return value ? value : fail("\"" + text + "\" is not " + std::string(*type));
-        }
+        const auto* const flag = std::find_if(typeFlags.begin(), typeFlags.end(),
+                                              [&](const TypeFlag& known) { return known.name == argument; });
+        if (flag != typeFlags.end())
+            return readTyped(*flag);
         // Only what cannot be meant as plain text is read as a property list.
         if (argument.empty() || std::string_view("{(<\"'").find(argument.front()) == std::string_view::npos)
             return PropertyList{argument};
         auto value = parsePropertyListArgument(argument);
         return value ? value : fail("Could not parse: " + argument);
+    }
+
+    std::optional<PropertyList> readTyped(const TypeFlag& flag) {
+        if (rest_.empty())
+            return fail("A value is missing after " + std::string(flag.name));
+        const std::string& text = take();
+        auto value = flag.read(text);
+        return value ? value : fail("\"" + text + "\" is not " + std::string(flag.description));
     }
 
     std::optional<PropertyList> readArray() {
