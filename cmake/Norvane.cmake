@@ -1,5 +1,8 @@
 # How every target of the project is built: one place for flags, one function per kind of target.
 
+# Fast enough to simulate years, with assertions and lines for a debugger.
+set(CMAKE_CXX_FLAGS_DEV "-O2 -g1 -D_GLIBCXX_ASSERTIONS")
+
 add_library(norvane_options INTERFACE)
 target_compile_options(norvane_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
     -Woverloaded-virtual -Werror)

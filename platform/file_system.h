@@ -13,6 +13,8 @@ namespace norvane {
 struct FolderEntry {
     std::string name;
     std::optional<Instant> created; ///< None: the file system does not tell.
+
+    bool operator==(const FolderEntry&) const = default;
 };
 
 /// Read-only queries; any thread.

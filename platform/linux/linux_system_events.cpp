@@ -1,0 +1,85 @@
+#include "platform/linux/linux_system_events.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QSocketNotifier>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <sys/timerfd.h>
+#include <utility>
+
+#include "platform/linux/file_descriptor.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::int64_t stepNanoseconds = 100'000'000; // smaller moves of the clock change no plan
+
+std::int64_t nanosecondsOf(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return now.tv_sec * 1'000'000'000 + now.tv_nsec;
+}
+
+std::int64_t wallMinusBootTime() { return nanosecondsOf(CLOCK_REALTIME) - nanosecondsOf(CLOCK_BOOTTIME); }
+
+class LinuxObservation final : public QObject, public SystemEvents::Observation {
+    Q_OBJECT
+
+public:
+    explicit LinuxObservation(SystemEventHandlers handlers)
+        : handlers_(std::move(handlers)),
+          clockTimer_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
+          clockNotifier_(clockTimer_.get(), QSocketNotifier::Read), wallOffset_(wallMinusBootTime()) {
+        armClockTimer();
+        connect(&clockNotifier_, &QSocketNotifier::activated, this, &LinuxObservation::clockTimerCancelled);
+        QDBusConnection::systemBus().connect("org.freedesktop.login1", "/org/freedesktop/login1",
+                                             "org.freedesktop.login1.Manager", "PrepareForSleep", this,
+                                             SLOT(prepareForSleep(bool)));
+    }
+
+private Q_SLOTS:
+    void prepareForSleep(bool starting) {
+        if (!starting)
+            handlers_.didWake();
+    }
+
+private:
+    /// Never expires by itself; only setting the clock ends it.
+    void armClockTimer() {
+        itimerspec never{};
+        never.it_value.tv_sec = std::numeric_limits<std::int32_t>::max();
+        timerfd_settime(clockTimer_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
+    }
+
+    /// The kernel also cancels after a sleep; the clock was set only if it moved against the running time.
+    void clockTimerCancelled() {
+        std::uint64_t expirations = 0;
+        if (read(clockTimer_.get(), &expirations, sizeof expirations) < 0 && errno == EAGAIN)
+            return;
+        armClockTimer();
+        const std::int64_t offset = wallMinusBootTime();
+        const bool stepped = std::abs(offset - wallOffset_) >= stepNanoseconds;
+        wallOffset_ = offset;
+        if (stepped)
+            handlers_.clockChanged();
+    }
+
+    const SystemEventHandlers handlers_;
+    FileDescriptor clockTimer_; // before the notifier, which must go first
+    QSocketNotifier clockNotifier_;
+    std::int64_t wallOffset_;
+};
+
+} // namespace
+
+std::unique_ptr<SystemEvents::Observation> LinuxSystemEvents::observe(SystemEventHandlers handlers) {
+    return std::make_unique<LinuxObservation>(std::move(handlers));
+}
+
+} // namespace norvane
+
+#include "linux_system_events.moc"

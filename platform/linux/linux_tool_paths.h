@@ -1,0 +1,18 @@
+// Choosing the tools: the system's where it has them, else the ones that come with this program.
+#pragma once
+
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/tool_paths.h"
+
+namespace norvane {
+
+/// The folder of the running program, from /proc/self/exe; empty when unknown.
+[[nodiscard]] std::string programFolder();
+
+/// `binFolder`: where this program lies. Its tools are in ../libexec/norvane from there, in the build tree as
+/// in the installed one.
+[[nodiscard]] ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder);
+
+} // namespace norvane

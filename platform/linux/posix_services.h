@@ -1,0 +1,43 @@
+// The small services that need nothing but the C library.
+#pragma once
+
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/log_file.h"
+
+namespace norvane {
+
+class SystemClock final : public Clock {
+public:
+    [[nodiscard]] Instant now() const override;
+};
+
+class PosixFileSystem final : public FileSystem {
+public:
+    /// `home`: the user's home folder.
+    explicit PosixFileSystem(std::string home);
+
+    /// statx(2) without synchronising or mounting: it does not wait for a dead network mount.
+    [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::int64_t> homeVolumeAvailableBytes() const override;
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> list(const std::string& folder) const override;
+
+private:
+    const std::string home_;
+};
+
+/// Opens the file anew for every line, so that it may be moved or removed at any time. A file that cannot be
+/// opened is left alone and the line is lost.
+class PosixLogFile final : public LogFile {
+public:
+    explicit PosixLogFile(std::string path);
+
+    void append(std::string_view bytes) override;
+
+private:
+    const std::string path_;
+};
+
+} // namespace norvane

@@ -1,0 +1,63 @@
+#include "platform/linux/posix_services.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "platform/linux/linux_tool_paths.h"
+#include "platform/simulated/simulated_services.h"
+
+namespace norvane {
+namespace {
+
+struct TemporaryFolder {
+    TemporaryFolder() {
+        std::string pattern = testing::TempDir() + "norvane-XXXXXX";
+        path = mkdtemp(pattern.data());
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+    std::string path;
+};
+
+TEST(PosixLogFile, CreatesAppendsAndLosesOnlyWhatItCannotWrite) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path + "/Norvane.log";
+    PosixLogFile log(path);
+    log.append("one\n");
+    log.append("two\n");
+    PosixLogFile(folder.path + "/missing/Norvane.log").append("lost\n");
+    PosixLogFile(folder.path).append("a folder is no file\n");
+    std::stringstream content;
+    content << std::ifstream(path).rdbuf();
+    EXPECT_EQ(content.str(), "one\ntwo\n");
+}
+
+TEST(PosixFileSystem, TellsWhatIsThere) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.path + "/report.ips") << "x";
+    std::ofstream(folder.path + "/.hidden") << "x";
+    const PosixFileSystem files(folder.path);
+    EXPECT_TRUE(files.exists(folder.path + "/report.ips"));
+    EXPECT_FALSE(files.exists(folder.path + "/other"));
+    EXPECT_GT(files.homeVolumeAvailableBytes().value_or(0), 0);
+    EXPECT_EQ(PosixFileSystem("/nonexistent").homeVolumeAvailableBytes(), std::nullopt);
+    const auto entries = files.list(folder.path);
+    ASSERT_TRUE(entries && entries->size() == 1);
+    EXPECT_EQ(entries->front().name, "report.ips");
+    EXPECT_LT(std::abs(secondsBetween(entries->front().created.value_or(distantPast), SystemClock().now())),
+              60);
+    EXPECT_EQ(files.list(folder.path + "/none"), std::nullopt);
+}
+
+TEST(ToolPaths, TheSystemsToolsComeFirst) {
+    SimulatedFileSystem files;
+    EXPECT_EQ(chooseTools(files, "/opt/n/bin").tmutil, "/opt/n/libexec/norvane/tmutil");
+    files.paths = {"/usr/bin/tmutil"};
+    EXPECT_EQ(chooseTools(files, "/opt/n/bin").tmutil, "/usr/bin/tmutil");
+    EXPECT_EQ(chooseTools(files, "/opt/n/bin").defaults, "/opt/n/libexec/norvane/defaults");
+}
+
+} // namespace
+} // namespace norvane

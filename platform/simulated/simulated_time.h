@@ -1,0 +1,58 @@
+// The clock, the timers and the background work of a simulated machine: time moves only when told.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+#include "platform/background.h"
+#include "platform/clock.h"
+#include "platform/timers.h"
+
+namespace norvane {
+
+/// One thread, one queue of events. The wall clock and the running time that timers count are kept apart, so
+/// that clock steps and sleep behave as on a real machine. Background work runs at once when its turn comes;
+/// what it waits for (`spend`) only delays the delivery of its result.
+class SimulatedTime final : public Clock, public Timers, public Background {
+public:
+    explicit SimulatedTime(Instant start);
+    ~SimulatedTime() override;
+
+    [[nodiscard]] Instant now() const override;
+    [[nodiscard]] std::unique_ptr<Timer> once(double intervalSeconds, double toleranceSeconds,
+                                              std::function<void()> action) override;
+    [[nodiscard]] std::unique_ptr<Timer> repeating(double intervalSeconds, double toleranceSeconds,
+                                                   std::function<void()> action) override;
+    void post(std::function<Completion()> work) override;
+
+    /// Lets the time pass and runs everything that falls due meanwhile.
+    void advance(double seconds);
+    void advanceTo(Instant instant);
+    /// Runs the earliest event and moves the time there. False: nothing is left to happen.
+    bool step();
+    /// Runs what is due now, background work included, without letting time pass.
+    void settle() { advance(0); }
+
+    /// Sets the wall clock, as a user or NTP does; timers do not notice.
+    void setWallClock(Instant instant);
+    /// The machine sleeps: the wall clock goes on, timers stand still.
+    void sleep(double seconds);
+
+    /// For simulated services: the background work that runs now takes this much longer.
+    void spend(double seconds);
+
+private:
+    using Microseconds = std::int64_t;
+    class EventTimer;
+
+    void schedule(Microseconds due, std::function<void()> action);
+    void runDueUntil(Microseconds end);
+
+    Microseconds elapsed_ = 0; // what timers count
+    Instant wallAtZero_;       // wall clock minus elapsed time
+    Microseconds spent_ = 0;   // by the background work that runs now
+    std::multimap<Microseconds, std::function<void()>> events_;
+};
+
+} // namespace norvane

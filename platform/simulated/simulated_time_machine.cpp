@@ -1,0 +1,142 @@
+#include "platform/simulated/simulated_time_machine.h"
+
+#include <algorithm>
+
+#include "platform/property_list_text.h"
+#include "platform/property_list_xml.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr double answerSeconds = 0.02;
+
+PropertyList dateList(const std::vector<Instant>& dates) {
+    PropertyList::Array list;
+    for (Instant date : dates)
+        list.push_back({date});
+    return {list};
+}
+
+/// Time Machine thins what it keeps; here the oldest go.
+void keepNewest(std::vector<Instant>& dates, Instant newest) {
+    constexpr std::size_t kept = 50;
+    if (dates.size() >= kept)
+        dates.erase(dates.begin());
+    dates.push_back(newest);
+}
+
+} // namespace
+
+std::optional<CommandResult> SimulatedTimeMachine::run(const std::string& executablePath,
+                                                       const std::vector<std::string>& arguments,
+                                                       double /*timeoutSeconds*/) const {
+    time_.spend(answerSeconds);
+    if (toolsMissing)
+        return std::nullopt;
+    catchUp();
+    if (executablePath.ends_with("/defaults"))
+        return defaults(arguments);
+    if (arguments.front() != "status")
+        commands.push_back("tmutil " + arguments.front());
+    return tmutil(arguments.front());
+}
+
+CommandResult SimulatedTimeMachine::tmutil(const std::string& verb) const {
+    if (verb == "status")
+        return {0, statusText(), ""};
+    if (verb == "destinationinfo")
+        return name ? CommandResult{0, destinationText(), ""}
+                    : CommandResult{1, "", "tmutil: No destinations configured.\n"};
+    if (verb == "startbackup") {
+        if (startsWith)
+            return *startsWith;
+        if (startsBackups)
+            begin();
+        return {};
+    }
+    if (verb == "stopbackup") {
+        if (!ignoresStop)
+            startedAt_.reset();
+        return {};
+    }
+    return {64, "", "tmutil: unknown verb\n"};
+}
+
+CommandResult SimulatedTimeMachine::defaults(const std::vector<std::string>& arguments) const {
+    if (!preferencesReadable)
+        return {1, "", "could not be read\n"};
+    if (arguments.front() == "read")
+        return {0, autoBackup ? "1\n" : "0\n", ""};
+    return {0, preferencesText(), ""};
+}
+
+void SimulatedTimeMachine::begin() const {
+    if (startedAt_)
+        return;
+    startedAt_ = time_.now();
+    keepNewest(attemptDates, *startedAt_);
+}
+
+bool SimulatedTimeMachine::running() const {
+    catchUp();
+    return startedAt_.has_value();
+}
+
+/// Ends a backup whose time has passed.
+void SimulatedTimeMachine::catchUp() const {
+    if (!startedAt_ || stallsAt || secondsBetween(*startedAt_, time_.now()) < backupSeconds)
+        return;
+    if (leavesSnapshots)
+        keepNewest(snapshotDates, plusSeconds(*startedAt_, backupSeconds));
+    startedAt_.reset();
+}
+
+std::string SimulatedTimeMachine::statusText() const {
+    using Dictionary = PropertyList::Dictionary;
+    const auto text = [](auto number) { return PropertyList{std::to_string(number)}; };
+    Dictionary status = {{"ClientID", {std::string("com.apple.backupd")}},
+                         {"Running", text(startedAt_ ? 1 : 0)}};
+    if (startedAt_) {
+        const double fraction =
+            std::clamp(secondsBetween(*startedAt_, time_.now()) / backupSeconds, 0.0, 1.0);
+        auto bytes = static_cast<std::int64_t>(fraction * static_cast<double>(backupBytes));
+        bytes = std::min(bytes, stallsAt.value_or(bytes));
+        status["BackupPhase"] = {std::string("Copying")};
+        status["Percent"] = text(fraction);
+        status["Progress"] = {Dictionary{{"bytes", text(bytes)},
+                                         {"totalBytes", text(backupBytes)},
+                                         {"TimeRemaining", text(backupSeconds * (1 - fraction))}}};
+    }
+    return "Backup session status:\n" + writeTextPropertyList({status}) + "\n";
+}
+
+std::string SimulatedTimeMachine::destinationText() const {
+    std::string text = "====================================================\n";
+    text += "Name          : " + *name + "\nKind          : " + kind + "\n";
+    if (!url.empty())
+        text += "URL           : " + url + "\n";
+    if (!mountPoint.empty())
+        text += "Mount Point   : " + mountPoint + "\n";
+    return text + "ID            : 0C2A86A8-5C8C-4F5F-93C4-2C2D4B1F4E11\n";
+}
+
+std::string SimulatedTimeMachine::preferencesText() const {
+    PropertyList::Dictionary preferences = {{"AutoBackup", {autoBackup}}};
+    if (name) {
+        PropertyList::Array parameters;
+        for (const std::string& parameter : messageParameters)
+            parameters.push_back({parameter});
+        preferences["Destinations"] = {PropertyList::Array{{PropertyList::Dictionary{
+            {"SnapshotDates", dateList(snapshotDates)},
+            {"AttemptDates", dateList(attemptDates)},
+            {"BytesUsed", {bytesUsed}},
+            {"BytesAvailable", {bytesAvailable}},
+            {"RESULT", {result}},
+            {"MessageParameters", {parameters}},
+        }}}};
+    }
+    return writeXmlPropertyList({preferences}, PlistDatePrecision::wholeSeconds);
+}
+
+} // namespace norvane

@@ -1,0 +1,65 @@
+// A simulated Time Machine behind `tmutil` and `defaults`, answering in their real text formats.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/command_runner.h"
+#include "platform/simulated/simulated_time.h"
+
+namespace norvane {
+
+/// Set the fields, run the program, read the fields. A backup started with "startbackup" (or with `begin`)
+/// runs for `backupSeconds` of simulated time and then leaves a snapshot, unless told otherwise.
+class SimulatedTimeMachine final : public CommandRunner {
+public:
+    explicit SimulatedTimeMachine(SimulatedTime& time) : time_(time) {}
+
+    std::optional<CommandResult> run(const std::string& executablePath,
+                                     const std::vector<std::string>& arguments,
+                                     double timeoutSeconds) const override;
+
+    /// Time Machine starts a backup by itself.
+    void begin() const;
+    [[nodiscard]] bool running() const;
+
+    // The destination.
+    std::optional<std::string> name = "Backup Disk";
+    std::string kind = "Local";
+    std::string mountPoint = "/Volumes/Backup";
+    std::string url;
+    mutable std::vector<Instant> snapshotDates;
+    mutable std::vector<Instant> attemptDates;
+    std::int64_t bytesUsed = 400'000'000'000;
+    std::int64_t bytesAvailable = 600'000'000'000;
+    std::int64_t result = 0;
+    std::vector<std::string> messageParameters;
+    bool preferencesReadable = true;
+    bool autoBackup = false;
+
+    // How the next backups go.
+    double backupSeconds = 300;
+    std::int64_t backupBytes = 1'000'000'000;
+    bool startsBackups = true;               ///< False: "startbackup" exits 0 and nothing happens.
+    bool leavesSnapshots = true;             ///< False: the backup ends without one.
+    std::optional<std::int64_t> stallsAt;    ///< Copied bytes at which the copy hangs.
+    std::optional<CommandResult> startsWith; ///< What "startbackup" answers instead of starting.
+    bool ignoresStop = false;                ///< "stopbackup" has no effect.
+    bool toolsMissing = false;               ///< No tool can be started.
+
+    mutable std::vector<std::string> commands; ///< Every command line, "tmutil status" left out.
+
+private:
+    CommandResult tmutil(const std::string& verb) const;
+    CommandResult defaults(const std::vector<std::string>& arguments) const;
+    [[nodiscard]] std::string statusText() const;
+    [[nodiscard]] std::string destinationText() const;
+    [[nodiscard]] std::string preferencesText() const;
+    void catchUp() const;
+
+    SimulatedTime& time_;
+    mutable std::optional<Instant> startedAt_; // none: idle
+};
+
+} // namespace norvane
