@@ -1,0 +1,162 @@
+// Start-up, system events and the publishing of state.
+#include "controller/backup_controller.h"
+
+#include <utility>
+
+namespace norvane {
+
+namespace {
+
+constexpr std::uint64_t backgroundActivityOptions = 0xFF;
+constexpr int wakeCatchUpMinutes = 2;
+
+/// The one way from outside the view tree to the live controller; set and cleared only by the controller.
+BackupController* liveController = nullptr;
+
+} // namespace
+
+const char* rawValue(BackupHealth health) {
+    switch (health) {
+    case BackupHealth::ok:
+        return "ok";
+    case BackupHealth::stale:
+        return "stale";
+    case BackupHealth::critical:
+        return "critical";
+    }
+    return "ok";
+}
+
+BackupController::BackupController(ControllerServices services)
+    : services_(std::move(services)), store_(services_.defaults),
+      probes_(services_.measurements, services_.files),
+      launchGraceUntil_(plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)) {
+    state_.schedule = store_.schedule();
+    state_.conditions = store_.conditions();
+    log("——— Launched v" + (services_.version.empty() ? "dev" : services_.version) + " (pid " +
+        std::to_string(services_.processId) + ") ———");
+    noteFirstLaunch();
+    state_.lastBackupDate = store_.lastBackupDate();
+    consecutiveFailures_ = store_.failureStreak();
+    noteMissedBackup();
+    activityToken_ =
+        services_.processActivity.begin(backgroundActivityOptions, "Norvane schedules Time Machine backups");
+    liveController = this;
+    setPolling(false);
+    reschedule();
+    runStartupChecks();
+    observeSystem();
+}
+
+BackupController::~BackupController() {
+    if (liveController == this)
+        liveController = nullptr;
+}
+
+BackupController* BackupController::current() { return liveController; }
+
+void BackupController::noteFirstLaunch() {
+    if (store_.lastBackupDate())
+        return;
+    store_.setLastBackupDate(now());
+    log("First launch: interval timing starts now");
+}
+
+void BackupController::noteMissedBackup() {
+    const std::optional<Instant> planned = store_.plannedFireDate();
+    if (!planned || *planned > now())
+        return;
+    catchUpAt_ = launchGraceUntil_;
+    log("Backup was missed while not running (planned " + logTimestamp(*planned) +
+        ") — catching up after launch grace");
+}
+
+void BackupController::observeSystem() {
+    systemObservation_ = services_.systemEvents.observe(
+        {[this] { handleWake(); },
+         [this] {
+             log("System clock changed — rescheduling");
+             reschedule();
+         },
+         [this] { publish(&ControllerState::accentEpoch, state_.accentEpoch + 1); }});
+}
+
+/// Four checks, one after the other: each starts the next once its result is applied.
+void BackupController::runStartupChecks() { checkCrashReports(); }
+
+void BackupController::checkCrashReports() {
+    inBackground([&reporter = services_.crashReporter] { return reporter.findNewReports(); },
+                 [this](const std::vector<std::string>& reports) {
+                     if (!reports.empty()) {
+                         const std::string& newest = reports.back();
+                         publish(&ControllerState::pendingCrashReport, newest);
+                         log("Crash log from a previous run found: " + newest.substr(newest.rfind('/') + 1));
+                         postAlert(translate("Norvane crashed last time"),
+                                   translate("Open the menu to send the crash report — or ignore this and it "
+                                             "won't be sent."));
+                     }
+                     checkStatus();
+                 });
+}
+
+void BackupController::checkStatus() {
+    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
+                 [this](const TMStatus& status) {
+                     applyStatus(status);
+                     checkDestination();
+                 });
+}
+
+void BackupController::checkDestination() {
+    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
+                 [this](const TMUtil::DestinationSummary& summary) {
+                     publish(&ControllerState::destinationName, summary.name);
+                     destinationMountPoint_ = summary.kind == "Local" ? summary.mountPoint : std::nullopt;
+                     refreshAutoBackupFlag();
+                 });
+}
+
+void BackupController::refreshAutoBackupFlag() {
+    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.autoBackupEnabled(); },
+                 [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });
+}
+
+void BackupController::handleWake() {
+    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
+                 [this](const TMStatus& status) {
+                     applyStatus(status);
+                     if (armedFor_ && *armedFor_ <= now()) {
+                         catchUpAt_ = plusSeconds(now(), wakeCatchUpMinutes * 60);
+                         log("Woke past scheduled fire — catching up in " +
+                             std::to_string(wakeCatchUpMinutes) + " min");
+                     }
+                     reschedule();
+                 });
+}
+
+void BackupController::clearPendingCrashReport() {
+    publish(&ControllerState::pendingCrashReport, std::nullopt);
+}
+
+void BackupController::announce(const std::string& event) {
+    publish(&ControllerState::lastEvent, event);
+    log(event);
+}
+
+std::unique_ptr<BackupController::Subscription> BackupController::subscribe(std::function<void()> observer) {
+    return std::make_unique<Subscription>(*this, std::move(observer));
+}
+
+void BackupController::notifyObservers() {
+    for (std::function<void()>* observer : observers_)
+        (*observer)();
+}
+
+BackupController::Subscription::Subscription(BackupController& controller, std::function<void()> observer)
+    : observers_(controller.observers_), observer_(std::move(observer)) {
+    observers_.push_back(&observer_);
+}
+
+BackupController::Subscription::~Subscription() { observers_.remove(&observer_); }
+
+} // namespace norvane

@@ -1,0 +1,218 @@
+// The one long-lived object of the program: every decision about when a backup starts, and its way to the
+// end.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "controller/condition_probes.h"
+#include "controller/controller_state.h"
+#include "controller/event_log.h"
+#include "diagnostics/crash_reporter.h"
+#include "platform/background.h"
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/formats.h"
+#include "platform/notifications.h"
+#include "platform/process_activity.h"
+#include "platform/system_events.h"
+#include "platform/timers.h"
+#include "platform/translator.h"
+#include "platform/user_defaults.h"
+#include "scheduler_core/calendar.h"
+#include "scheduler_core/settings_store.h"
+#include "timemachine/tm_util.h"
+
+namespace norvane {
+
+/// What the controller works with. Everything referred to must outlive the controller and all background
+/// work.
+struct ControllerServices {
+    const Clock& clock;
+    Timers& timers;
+    Background& background;
+    UserDefaults& defaults;
+    const TMUtil& tmUtil;
+    const FileSystem& files;
+    ConditionMeasurements& measurements;
+    Notifications& notifications;
+    SystemEvents& systemEvents;
+    ProcessActivity& processActivity;
+    const CrashReporter& crashReporter;
+    const EventLog& eventLog;
+    const Formats& formats;
+    const Translator& translator;
+    Calendar calendar;   ///< The user's, at the start of the program.
+    std::string version; ///< Of the program; empty when it has none.
+    std::int64_t processId;
+};
+
+/// Main thread only; what blocks runs in the background, and its result comes back to the main thread.
+///
+/// One backup passes these states:
+///   armed      nextFire is set and the fire timer runs; a fire or "Back Up Now" ends it
+///   deferred   deferral is set: due, but conditions forbid it; looked at again until they allow or time is
+///   up requested  awaitingStart_ is set: `tmutil startbackup` was asked; seen running, or failed within 60 s
+///   running    status.running; its end leads to verifying, or to stopped when the user asked for it
+///   verifying  verifyingStart_ is set: a new snapshot is looked for, five times within 20 s
+///   then finished (streak 0) or failed (streak + 1, no fire before retryFloor_), and armed again
+class BackupController {
+public:
+    /// Reads the settings, plans and arms the first backup and starts the checks of a program start.
+    explicit BackupController(ControllerServices services);
+    ~BackupController();
+    BackupController(const BackupController&) = delete;
+    BackupController& operator=(const BackupController&) = delete;
+
+    /// The live controller of this process, for code outside the view tree; null when there is none.
+    [[nodiscard]] static BackupController* current();
+
+    [[nodiscard]] const ControllerState& state() const { return state_; }
+
+    /// Destroying it ends the subscription.
+    class Subscription;
+    /// Calls `observer` after every assignment to a published field, even of an equal value.
+    [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer);
+
+    /// Starts a backup now. `scheduled`: asked by a timer, so conditions may defer it; else by the user.
+    void requestBackup(bool scheduled);
+    void stopBackup();
+    void pause(Instant until);
+    void pauseUntilTomorrow();
+    void resume();
+    /// Passes over the planned backup; nothing happens when none is planned.
+    void skipNext();
+    /// Gives up the waiting backup; the next one comes by the schedule.
+    void dismissDeferral();
+    void setSchedule(const Schedule& schedule);
+    void setConditions(const ConditionsConfig& conditions);
+    void refreshHealthData();
+    void refreshAutoBackupFlag();
+    /// The user sent or dismissed the crash report.
+    void clearPendingCrashReport();
+
+private:
+    struct LaunchOutcome;
+
+    // Start-up and system events (backup_controller.cpp).
+    void noteFirstLaunch();
+    void noteMissedBackup();
+    void observeSystem();
+    void runStartupChecks();
+    void checkCrashReports();
+    void checkStatus();
+    void checkDestination();
+    void handleWake();
+
+    // Planning, firing and deferral (firing.cpp).
+    void reschedule();
+    void armFireTimer();
+    bool deferIfBlocked();
+    void clearDeferral();
+    void clearSkipAndCatchUp();
+
+    // Following a backup (run_monitor.cpp).
+    void setPolling(bool fast);
+    void pollTick();
+    void pollStatus();
+    [[nodiscard]] std::optional<std::string> preflightProblem() const;
+    void launchBackup();
+    void takeLaunchOutcome(const LaunchOutcome& outcome);
+    void failLaunch(const std::string& message);
+    void applyStatus(const TMStatus& status);
+    void backupStarted();
+    void backupEnded();
+    void checkNeverStarted();
+    void checkProgress();
+    void checkStall();
+    void beginVerification();
+    void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations);
+    void finishBackup(bool verified);
+    void recordFailure(const std::string& message);
+    [[nodiscard]] bool destinationVanished() const;
+
+    // Health and alerts (health.cpp).
+    void updateHealth();
+    void assessHealthData(const HealthData& data);
+    [[nodiscard]] bool shouldAlert(const std::string& key);
+    void postAlert(const std::string& title, const std::string& body);
+    void postFailureAlert(const std::string& message, Instant retryAt);
+
+    [[nodiscard]] Instant now() const { return services_.clock.now(); }
+    void log(const std::string& message) const { services_.eventLog.log(message); }
+    /// An event that the user cares about: shown and logged.
+    void announce(const std::string& event);
+    [[nodiscard]] std::string translate(std::string_view text) const {
+        return services_.translator.translate(text);
+    }
+    /// Runs `work` off the main thread and delivers its result while this controller lives.
+    template <class Work, class Deliver>
+    void inBackground(Work work, Deliver deliver) {
+        runInBackground(services_.background, lifetime_, std::move(work), std::move(deliver));
+    }
+    template <class Value>
+    void publish(Value ControllerState::*field, std::type_identity_t<Value> value) {
+        state_.*field = std::move(value);
+        notifyObservers();
+    }
+    void notifyObservers();
+
+    const ControllerServices services_;
+    SettingsStore store_;
+    ConditionProbes probes_;
+    ControllerState state_;
+    std::list<std::function<void()>*> observers_;
+    const Instant launchGraceUntil_; // no backup fires before it
+
+    // Timers, each replaced in one function.
+    std::unique_ptr<Timer> pollTimer_;
+    std::unique_ptr<Timer> fireTimer_;
+    std::unique_ptr<Timer> recheckTimer_;
+    std::unique_ptr<Timer> verifyTimer_;
+    std::optional<Instant> armedFor_; // what fireTimer_ is armed for
+
+    // Polling.
+    bool pollingFast_ = false;
+    bool pollInFlight_ = false;
+    std::optional<Instant> lastTickAt_;
+    std::int64_t slowTickCount_ = 0;
+
+    // Lower bounds of the plan.
+    std::optional<Instant> retryFloor_;
+    std::optional<Instant> skipUntilAfter_;
+    std::optional<Instant> catchUpAt_;
+
+    // The backup on its way.
+    std::optional<Instant> awaitingStart_;   // requested then, not yet seen running
+    std::optional<Instant> backupStartedAt_; // first seen running; kept after the end
+    std::optional<Instant> stopRequestedAt_;
+    std::optional<Instant> verifyingStart_; // start of the backup being verified
+    std::int64_t verifyAttempts_ = 0;       // retries so far
+    std::optional<std::int64_t> lastProgressBytes_;
+    std::optional<Instant> lastProgressChangeAt_;
+    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
+
+    std::optional<std::string> destinationMountPoint_; // of a local destination; none: network, or unknown
+    std::unique_ptr<ProcessActivity::Token> activityToken_;
+    std::unique_ptr<SystemEvents::Observation> systemObservation_;
+    Lifetime lifetime_; // last: gone before anything that a late result could touch
+};
+
+class BackupController::Subscription {
+public:
+    Subscription(BackupController& controller, std::function<void()> observer);
+    ~Subscription();
+    Subscription(const Subscription&) = delete;
+    Subscription& operator=(const Subscription&) = delete;
+
+private:
+    std::list<std::function<void()>*>& observers_;
+    std::function<void()> observer_;
+};
+
+} // namespace norvane

@@ -1,0 +1,86 @@
+#include "controller/condition_probes.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/simulated/simulated_services.h"
+
+namespace norvane {
+namespace {
+
+using Reasons = std::vector<std::string>;
+
+struct Machine {
+    SimulatedMeasurements measurements;
+    SimulatedFileSystem files;
+    ConditionsConfig conditions = ConditionsConfig::defaultConditions();
+    std::optional<std::string> mountPoint;
+
+    Reasons reasons() { return ConditionProbes(measurements, files).deferralReasons(conditions, mountPoint); }
+};
+
+TEST(ConditionProbes, MeasuresNothingThatIsSwitchedOff) {
+    Machine machine;
+    machine.conditions.maxLoadPerCore = 0;
+    EXPECT_TRUE(machine.reasons().empty());
+    EXPECT_EQ(machine.measurements.queries, 0);
+}
+
+TEST(ConditionProbes, PowerReasonsInOrder) {
+    Machine machine;
+    machine.conditions.requireAC = true;
+    machine.conditions.minBatteryPercent = 20;
+    machine.conditions.deferInLowPowerMode = true;
+    EXPECT_TRUE(machine.reasons().empty()) << "no battery";
+    machine.measurements.power = {true, 15, false};
+    EXPECT_EQ(machine.reasons(), Reasons{"battery below 20%"}) << "the adapter does not lift it";
+    machine.measurements.power = {false, 10, true};
+    EXPECT_EQ(machine.reasons(),
+              (Reasons{"running on battery power", "battery below 20%", "Low Power Mode is on"}));
+    machine.measurements.power = {false, 20, false};
+    EXPECT_EQ(machine.reasons(), Reasons{"running on battery power"});
+}
+
+TEST(ConditionProbes, OnlyTheFirstActivityCounts) {
+    Machine machine;
+    machine.conditions.deferWhileCameraOrMicInUse = true;
+    machine.measurements.screenShared = true;
+    EXPECT_EQ(machine.reasons(), Reasons{"screen is being shared"});
+    machine.measurements.microphone = true;
+    EXPECT_EQ(machine.reasons(), Reasons{"microphone is in use"});
+    machine.measurements.camera = true;
+    machine.measurements.queries = 0;
+    EXPECT_EQ(machine.reasons(), Reasons{"camera is in use"});
+    EXPECT_EQ(machine.measurements.queries, 1);
+}
+
+TEST(ConditionProbes, AtMostThreeApplicationsInTheConfiguredOrder) {
+    Machine machine;
+    machine.conditions.blockedApps = {{"e", "E"}, {"A", "Upper"}, {"d", "D"}, {"a", "A"}, {"b", "B"}};
+    machine.measurements.applications = {"a", "b", "d", "e"};
+    EXPECT_EQ(machine.reasons(), (Reasons{"E is running", "D is running", "A is running"}));
+}
+
+TEST(ConditionProbes, LoadMustExceedTheLimit) {
+    Machine machine;
+    machine.conditions.maxLoadPerCore = 1.0;
+    for (const auto& [load, expected] : {std::pair<std::optional<double>, Reasons>{std::nullopt, {}},
+                                         {1.0, {}},
+                                         {1.04, {"the Mac is busy (load 1.0/core)"}},
+                                         {2.46, {"the Mac is busy (load 2.5/core)"}}}) {
+        machine.measurements.load = load;
+        EXPECT_EQ(machine.reasons(), expected);
+    }
+}
+
+TEST(ConditionProbes, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
+    Machine machine;
+    machine.conditions.requireDestinationPresent = true;
+    EXPECT_TRUE(machine.reasons().empty());
+    machine.mountPoint = "/Volumes/Backup";
+    EXPECT_EQ(machine.reasons(), Reasons{"backup disk isn't connected"});
+    machine.files.paths = {"/Volumes/Backup"};
+    EXPECT_TRUE(machine.reasons().empty());
+}
+
+} // namespace
+} // namespace norvane

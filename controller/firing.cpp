@@ -1,0 +1,189 @@
+// Planning the next backup, firing it, deferring it, and the user's commands.
+#include <algorithm>
+#include <cmath>
+
+#include "controller/backup_controller.h"
+#include "controller/planning.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr double minimumTimerSeconds = 1;
+constexpr double fireTolerance = 0.05; // of the wait
+constexpr double maxFireToleranceSeconds = 30;
+
+std::string joined(const std::vector<std::string>& texts) {
+    std::string result;
+    for (const std::string& text : texts)
+        result += (result.empty() ? "" : ", ") + text;
+    return result;
+}
+
+/// The number without its fraction; a double, because stored hours may exceed every integer type.
+std::string withoutFraction(double number) {
+    const std::string text = std::to_string(std::trunc(number));
+    return text.substr(0, text.find_first_not_of("-0123456789"));
+}
+
+} // namespace
+
+void BackupController::reschedule() {
+    const Plan plan = planNextFire({.now = now(),
+                                    .launchGraceUntil = launchGraceUntil_,
+                                    .pausedUntil = state_.pausedUntil,
+                                    .retryFloor = retryFloor_,
+                                    .lastBackup = store_.lastBackupDate(),
+                                    .skipUntilAfter = skipUntilAfter_,
+                                    .catchUpAt = catchUpAt_},
+                                   state_.schedule, services_.calendar);
+    if (plan.skipExpired) {
+        skipUntilAfter_.reset();
+        publish(&ControllerState::skipArmed, false);
+    }
+    publish(&ControllerState::nextFire, plan.nextFire);
+    publish(&ControllerState::deferredFrom, plan.deferredFrom);
+    publish(&ControllerState::catchUpPending, plan.catchUp);
+    armFireTimer();
+}
+
+void BackupController::armFireTimer() {
+    const std::optional<Instant> previous = armedFor_;
+    fireTimer_.reset();
+    armedFor_.reset();
+    const std::optional<Instant> next = state_.nextFire;
+    if (!next) {
+        if (previous)
+            log("No backup scheduled");
+        store_.setPlannedFireDate(std::nullopt);
+        return;
+    }
+    if (previous != next)
+        log("Next backup scheduled for " + logTimestamp(*next));
+    armedFor_ = next;
+    store_.setPlannedFireDate(next);
+    const double interval = std::max(secondsBetween(now(), *next), minimumTimerSeconds);
+    const double tolerance = std::min(interval * fireTolerance, maxFireToleranceSeconds);
+    fireTimer_ = services_.timers.once(interval, tolerance, [this] { requestBackup(true); });
+}
+
+void BackupController::requestBackup(bool scheduled) {
+    clearSkipAndCatchUp();
+    if (state_.status.running) {
+        clearDeferral();
+        log(scheduled ? "Scheduled fire while a backup is already running — nothing to do"
+                      : "Back Up Now ignored — already running");
+        return;
+    }
+    if (scheduled && state_.conditions.hasAnyCondition() && deferIfBlocked())
+        return;
+    clearDeferral();
+    if (const auto problem = preflightProblem()) {
+        recordFailure(*problem);
+        return;
+    }
+    announce(scheduled ? "Scheduled backup requested" : "Manual backup requested");
+    awaitingStart_ = now();
+    retryFloor_.reset();
+    fireTimer_.reset();
+    publish(&ControllerState::nextFire, std::nullopt);
+    publish(&ControllerState::deferredFrom, std::nullopt);
+    setPolling(true);
+    launchBackup();
+}
+
+/// True: conditions forbid the backup and there is time to wait for better ones.
+bool BackupController::deferIfBlocked() {
+    const ConditionsConfig& conditions = state_.conditions;
+    const std::vector<std::string> reasons = probes_.deferralReasons(conditions, destinationMountPoint_);
+    if (reasons.empty())
+        return false;
+    const Instant current = now();
+    const Instant originalDue = state_.deferral ? state_.deferral->originalDue : current;
+    const Instant forceAt = plusSeconds(originalDue, conditions.maxDeferralHours * 3600);
+    if (current >= forceAt) {
+        log("Max deferral reached (" + withoutFraction(conditions.maxDeferralHours) +
+            "h) — backing up despite: " + joined(reasons));
+        return false;
+    }
+    const Instant recheck = plusSeconds(current, static_cast<double>(conditions.recheckMinutes) * 60);
+    const Instant nextCheck = std::min(recheck, forceAt);
+    publish(&ControllerState::deferral, DeferralInfo{reasons, originalDue, forceAt, nextCheck});
+    announce("Waiting " + joined(reasons));
+    const double interval = std::max(secondsBetween(current, nextCheck), minimumTimerSeconds);
+    recheckTimer_ = services_.timers.once(interval, 0, [this] { requestBackup(true); });
+    return true;
+}
+
+void BackupController::clearDeferral() {
+    recheckTimer_.reset();
+    publish(&ControllerState::deferral, std::nullopt);
+}
+
+void BackupController::clearSkipAndCatchUp() {
+    skipUntilAfter_.reset();
+    publish(&ControllerState::skipArmed, false);
+    catchUpAt_.reset();
+    publish(&ControllerState::catchUpPending, false);
+}
+
+void BackupController::pause(Instant until) {
+    clearDeferral();
+    publish(&ControllerState::pausedUntil, until);
+    announce("Paused until " + services_.formats.dateAndTime(until));
+    reschedule();
+}
+
+void BackupController::pauseUntilTomorrow() {
+    const Calendar& calendar = services_.calendar;
+    pause(calendar.startOfDay(calendar.addingDays(1, now()).value_or(now())));
+}
+
+void BackupController::resume() {
+    publish(&ControllerState::pausedUntil, std::nullopt);
+    announce("Schedule resumed");
+    reschedule();
+}
+
+void BackupController::skipNext() {
+    const std::optional<Instant> next = state_.nextFire;
+    if (!next)
+        return;
+    clearDeferral();
+    catchUpAt_.reset();
+    publish(&ControllerState::catchUpPending, false);
+    skipUntilAfter_ = next;
+    publish(&ControllerState::skipArmed, true);
+    announce("Skipping the " + services_.formats.shortTime(*next) + " backup");
+    reschedule();
+}
+
+void BackupController::dismissDeferral() {
+    if (!state_.deferral)
+        return;
+    clearDeferral();
+    announce("Deferred backup dismissed");
+    reschedule();
+}
+
+void BackupController::setSchedule(const Schedule& schedule) {
+    if (schedule == state_.schedule)
+        return;
+    store_.setSchedule(schedule);
+    publish(&ControllerState::schedule, schedule);
+    clearDeferral();
+    reschedule();
+}
+
+void BackupController::setConditions(const ConditionsConfig& conditions) {
+    if (conditions == state_.conditions)
+        return;
+    store_.setConditions(conditions);
+    publish(&ControllerState::conditions, conditions);
+    if (!state_.deferral)
+        return;
+    recheckTimer_.reset();
+    requestBackup(true);
+}
+
+} // namespace norvane
