@@ -1,0 +1,29 @@
+// What the tray item shows, derived from the controller's state.
+#pragma once
+
+#include <string>
+
+#include "controller/controller_state.h"
+
+namespace norvane {
+
+enum class LabelColor {
+    template_, ///< The tray's own foreground.
+    orange,
+    red,
+};
+
+struct MenuBarLabel {
+    std::string symbol; ///< Name of a drawing in ui/symbols.
+    LabelColor color = LabelColor::template_;
+    std::string text; ///< "42%" while a backup runs and the percentage is known; else empty.
+
+    bool operator==(const MenuBarLabel&) const = default;
+};
+
+[[nodiscard]] MenuBarLabel menuBarLabel(const ControllerState& state);
+
+/// The state in a few words, untranslated: "On Schedule".
+[[nodiscard]] std::string stateTitle(const ControllerState& state);
+
+} // namespace norvane
