@@ -1,0 +1,41 @@
+// The entry point: one instance, one event loop.
+#include <QGuiApplication>
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <thread>
+
+#include "app/dbus_instances.h"
+#include "app/norvane_app.h"
+
+namespace {
+
+/// Without a display the program still schedules; it only shows nothing.
+void allowRunningWithoutDisplay() {
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY") &&
+        !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+void sleepFor(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+
+} // namespace
+
+int main(int argc, char** argv) {
+    allowRunningWithoutDisplay();
+    QGuiApplication::setApplicationName("Norvane");
+    QGuiApplication::setDesktopFileName("org.norvane.Norvane");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const QGuiApplication application(argc, argv);
+
+    norvane::DBusInstances instances;
+    if (!norvane::becomesTheInstance(instances, sleepFor))
+        return EXIT_SUCCESS;
+
+    std::optional<norvane::NorvaneApp> app(std::in_place);
+    const int status = QGuiApplication::exec();
+    // A tool that hangs would keep a thread, and so the end of the program, waiting for its time limit.
+    if (!app->settle())
+        std::_Exit(status);
+    return status;
+}
