@@ -1,0 +1,127 @@
+#include "timemachine_linux/backup_control.h"
+
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <thread>
+
+extern "C" {
+#include <sys/pidfd.h> // glibc 2.36 does not say itself that these are C functions
+}
+
+#include "platform/linux/user_folders.h"
+#include "timemachine_linux/backup_history.h"
+#include "timemachine_linux/backup_worker.h"
+#include "timemachine_linux/detached_worker.h"
+#include "timemachine_linux/rsync_process.h"
+
+namespace norvane {
+namespace {
+
+// Whoever watches by `tmutil status` every two seconds must see even the shortest backup run, or takes it for
+// one that never began.
+constexpr double shortestVisibleSeconds = 5;
+
+void stayVisible(const Clock& clock, Instant start, StopRequests& stop) {
+    const double left = shortestVisibleSeconds - secondsBetween(start, clock.now());
+    pollfd request{stop.fd(), POLLIN, 0};
+    if (left > 0 && !stop.requested())
+        ::poll(&request, 1, static_cast<int>(std::min(left, shortestVisibleSeconds) * 1000));
+}
+
+BackupResult failedStart(const Clock& clock, UserDefaultsFile& preferences, const Destination& destination,
+                         BackupResult result) {
+    recordAttemptStart(preferences, destination.id, clock.now());
+    recordAttemptEnd(preferences, destination.id, {result, {}, std::nullopt, std::nullopt});
+    return result;
+}
+
+std::string lastMessage(const UserDefaultsFile& preferences) {
+    const auto destinations = preferences.object("Destinations");
+    if (!destinations || !destinations->array() || destinations->array()->empty())
+        return {};
+    const PropertyList* messages = destinations->array()->front().find("MessageParameters");
+    if (!messages || !messages->array() || messages->array()->empty() || !messages->array()->front().string())
+        return {};
+    return *messages->array()->front().string();
+}
+
+std::optional<pid_t> holderOf(const std::string& runLock) {
+    const std::string text = readSmallFile(runLock, 32);
+    pid_t pid = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
+    if (error != std::errc() || pid <= 1 || !FileLock::isHeld(runLock))
+        return std::nullopt;
+    return pid;
+}
+
+} // namespace
+
+StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, const UserPlaces& places,
+                         bool wait) {
+    const SessionFiles files(places.stateFolder);
+    const auto destination = configuredDestination(preferences);
+    if (!destination)
+        return {{ResultCode::noDestination, "No destinations configured."}};
+    if (!makeFolder(files.folder))
+        return {{ResultCode::failed, "Cannot make the folder " + files.folder + "."}};
+    const auto lock = FileLock::tryAcquire(files.runLock);
+    if (!lock && errno == EAGAIN)
+        return {{}, true};
+    if (!lock)
+        return {{ResultCode::failed, files.runLock + ": " + std::strerror(errno)}};
+    lock->write("");
+    ::unlink(files.status.c_str());
+    const auto rsync = findProgram("rsync");
+    if (!rsync)
+        return {failedStart(clock, preferences, *destination,
+                            {ResultCode::rsyncMissing, "rsync is not installed"})};
+    if (!isAvailable(*destination))
+        return {failedStart(clock, preferences, *destination,
+                            {ResultCode::destinationUnavailable, destination->path + " is not available"})};
+    const auto worker = startDetached(*lock, [&](const std::function<void()>& going) {
+        const Instant start = clock.now();
+        StopRequests stop;
+        lock->write(std::to_string(::getpid()));
+        SessionStatusFile status(clock, files.status);
+        going();
+        BackupWorker backup({clock, preferences, stop, status, files, places, hostFolderName(), *rsync},
+                            *destination);
+        const ResultCode code = backup.run();
+        if (!wait)
+            stayVisible(clock, start, stop);
+        return static_cast<int>(code);
+    });
+    if (!worker)
+        return {{ResultCode::failed, "The backup process could not be started."}};
+    if (!wait)
+        return {};
+    const int status = waitForDetached(*worker);
+    if (status == 0)
+        return {};
+    constexpr int highestCode = static_cast<int>(ResultCode::nothingToBackUp);
+    if (status > highestCode)
+        return {{ResultCode::failed, "The backup process was killed."}};
+    return {{static_cast<ResultCode>(status), lastMessage(preferences)}};
+}
+
+bool stopBackup(const SessionFiles& files) {
+    // A worker that is just starting has not written its number yet.
+    constexpr int mostTries = 200;
+    for (int tries = 0; tries < mostTries && FileLock::isHeld(files.runLock); ++tries) {
+        const auto pid = holderOf(files.runLock);
+        const FileDescriptor process(pid ? ::pidfd_open(*pid, 0) : -1);
+        // Asked again once the process is pinned down: the number may have passed on to another one before.
+        if (process && holderOf(files.runLock) == pid)
+            return ::pidfd_send_signal(process.get(), SIGTERM, nullptr, 0) == 0 || errno == ESRCH;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return !FileLock::isHeld(files.runLock);
+}
+
+} // namespace norvane

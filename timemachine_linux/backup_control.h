@@ -1,0 +1,27 @@
+// Starting and stopping a backup from outside.
+#pragma once
+
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/linux/user_defaults_file.h"
+#include "timemachine_linux/backup_session_state.h"
+#include "timemachine_linux/result_code.h"
+#include "timemachine_linux/source_selection.h"
+
+namespace norvane {
+
+struct StartOutcome {
+    BackupResult result; ///< Of the start; with `wait`, of the whole backup.
+    bool alreadyRunning = false;
+};
+
+/// Starts a worker and returns when it is certainly going or, with `wait`, when the backup has ended. What
+/// makes a backup impossible from the start is found out and recorded here already.
+[[nodiscard]] StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences,
+                                       const UserPlaces& places, bool wait);
+
+/// Asks the running worker, if any, to stop; does not wait. False: it runs but cannot be asked.
+bool stopBackup(const SessionFiles& files);
+
+} // namespace norvane

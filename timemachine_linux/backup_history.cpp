@@ -1,0 +1,73 @@
+#include "timemachine_linux/backup_history.h"
+
+#include <algorithm>
+
+namespace norvane {
+namespace {
+
+// "MessageParameters" are read by people in one line.
+constexpr std::size_t mostNotes = 5;
+
+PropertyList::Dictionary* entryOf(PropertyList::Dictionary& all, const std::string& id) {
+    const auto destinations = all.find("Destinations");
+    if (destinations == all.end() || !destinations->second.array())
+        return nullptr;
+    for (PropertyList& entry : std::get<PropertyList::Array>(destinations->second.value)) {
+        const PropertyList* stored = entry.find("DestinationID");
+        if (stored && stored->string() && *stored->string() == id)
+            return &std::get<PropertyList::Dictionary>(entry.value);
+    }
+    return nullptr;
+}
+
+PropertyList messagesOf(const AttemptEnd& end) {
+    PropertyList::Array messages;
+    if (!end.result.message.empty())
+        messages.push_back({end.result.message});
+    for (std::size_t i = 0; i < end.notes.size() && i < mostNotes; ++i)
+        messages.push_back({end.notes[i]});
+    if (end.notes.size() > mostNotes)
+        messages.push_back({"and " + std::to_string(end.notes.size() - mostNotes) + " more"});
+    return {std::move(messages)};
+}
+
+} // namespace
+
+bool recordAttemptStart(UserDefaultsFile& preferences, const std::string& destinationId, Instant start) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        PropertyList::Dictionary* entry = entryOf(all, destinationId);
+        if (!entry)
+            return;
+        PropertyList& dates = (*entry)["AttemptDates"];
+        if (!dates.array())
+            dates = {PropertyList::Array{}};
+        auto& list = std::get<PropertyList::Array>(dates.value);
+        list.push_back({start});
+        if (list.size() > mostAttemptDates)
+            list.erase(list.begin(), list.end() - static_cast<std::ptrdiff_t>(mostAttemptDates));
+        all["LastDestinationID"] = {destinationId};
+    });
+}
+
+bool recordAttemptEnd(UserDefaultsFile& preferences, const std::string& destinationId,
+                      const AttemptEnd& end) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        PropertyList::Dictionary* entry = entryOf(all, destinationId);
+        if (!entry)
+            return;
+        (*entry)["RESULT"] = {static_cast<std::int64_t>(end.result.code)};
+        (*entry)["MessageParameters"] = messagesOf(end);
+        if (end.snapshots) {
+            PropertyList::Array dates;
+            for (const Snapshot& snapshot : *end.snapshots)
+                dates.push_back({snapshot.date});
+            (*entry)["SnapshotDates"] = {std::move(dates)};
+        }
+        if (end.space) {
+            (*entry)["BytesAvailable"] = {end.space->availableBytes};
+            (*entry)["BytesUsed"] = {end.space->usedBytes};
+        }
+    });
+}
+
+} // namespace norvane

@@ -1,0 +1,212 @@
+#include "timemachine_linux/backup_worker.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "timemachine_linux/backup_history.h"
+#include "timemachine_linux/leftover_note.h"
+#include "timemachine_linux/rsync_process.h"
+#include "timemachine_linux/rsync_progress.h"
+#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/tree_removal.h"
+
+namespace norvane {
+namespace {
+
+constexpr mode_t privateFolder = 0700; // a snapshot shows nothing to those who cannot read the sources
+
+bool isFull(int error) { return error == ENOSPC || error == EDQUOT; }
+
+} // namespace
+
+BackupWorker::BackupWorker(Surroundings surroundings, Destination destination)
+    : around_(std::move(surroundings)), destination_(std::move(destination)),
+      store_(destination_.path, around_.hostName) {}
+
+ResultCode BackupWorker::run() {
+    around_.status.setDestination(destination_.id, destination_.path);
+    around_.status.enter(phase::starting);
+    recordAttemptStart(around_.preferences, destination_.id, around_.clock.now());
+    const BackupResult result = backUp().value_or(BackupResult{});
+    if (result.code != ResultCode::success)
+        keepLeftover(result.code);
+    record(result);
+    return result.code;
+}
+
+BackupWorker::Failure BackupWorker::backUp() {
+    for (const auto step : {&BackupWorker::openDestination, &BackupWorker::chooseSources,
+                            &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
+        if (Failure failure = (this->*step)())
+            return failure;
+        if (around_.stop.requested() && step != &BackupWorker::finish)
+            return stopped();
+    }
+    return std::nullopt;
+}
+
+BackupWorker::Failure BackupWorker::openDestination() {
+    if (!isAvailable(destination_))
+        return BackupResult{ResultCode::destinationUnavailable, destination_.path + " is not available"};
+    if (::mkdir(store_.folder().c_str(), privateFolder) != 0 && errno != EEXIST)
+        return destinationFailure("making the folder of this machine", errno);
+    destinationFolder_.reset(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!destinationFolder_)
+        return destinationFailure("opening the folder of this machine", errno);
+    if (const int error = probeWriting(store_.folder()); error != 0)
+        return destinationFailure("writing", error);
+    return std::nullopt;
+}
+
+BackupWorker::Failure BackupWorker::chooseSources() {
+    around_.status.enter(phase::findingChanges);
+    selection_ = selectSources(around_.preferences, around_.places, destination_.path);
+    for (const std::string& path : selection_.missing)
+        notes_.push_back("A folder to back up is missing: " + path);
+    if (selection_.sources.empty())
+        return BackupResult{ResultCode::nothingToBackUp, "There is no folder to back up"};
+    return std::nullopt;
+}
+
+BackupWorker::Failure BackupWorker::prepareFolder() {
+    constexpr double earlierRunSeconds = 30;
+    if (!waitForEarlierRun(around_.files.copyLock, earlierRunSeconds, around_.stop)) {
+        if (around_.stop.requested())
+            return stopped();
+        return BackupResult{ResultCode::failed, "rsync of an earlier backup is still running"};
+    }
+    std::vector<std::string> leftovers = store_.unfinished();
+    const std::string newest = leftovers.empty() ? std::string() : leftovers.back();
+    job_.resuming = !newest.empty() && resume(newest);
+    for (const std::string& name : leftovers)
+        if (!(job_.resuming && name == newest) && !removeTree(store_.pathOf(name)))
+            notes_.push_back("Cannot remove the unfinished backup " + name);
+    const std::string name = snapshotName(around_.clock.now()) + std::string(inProgressSuffix);
+    unfinishedName_ = job_.resuming ? newest : name;
+    // Before the folder, so that no folder can be taken for one that an earlier note vouches for.
+    writeLeftoverNote(around_.files.leftover, {destination_.id, unfinishedName_, currentBootId()});
+    if (!job_.resuming && ::mkdir(store_.pathOf(unfinishedName_).c_str(), privateFolder) != 0)
+        return destinationFailure("making the backup's folder", errno);
+    return std::nullopt;
+}
+
+bool BackupWorker::resume(const std::string& name) {
+    if (!canTrust(readLeftoverNote(around_.files.leftover), destination_.id, name, currentBootId()))
+        return false;
+    const std::string folder = store_.pathOf(name);
+    return removeAllBut(folder, selection_.sources) && removeSharedFiles(folder);
+}
+
+void BackupWorker::countTotals() {
+    ChangeQuestion question{selection_.sources, selection_.excluded, {}, job_.abilities.nanoseconds};
+    if (job_.previousSnapshot)
+        question.bases.push_back(*job_.previousSnapshot);
+    if (job_.resuming)
+        question.bases.push_back(job_.target);
+    const ChangeTotals totals = countChanges(question, [&] { return around_.stop.requested(); });
+    around_.status.setTotals(totals.bytes, totals.files);
+}
+
+BackupWorker::Failure BackupWorker::copy() {
+    const std::vector<Snapshot> snapshots = store_.list();
+    job_.sources = selection_.sources;
+    job_.target = store_.pathOf(unfinishedName_);
+    if (!snapshots.empty())
+        job_.previousSnapshot = store_.pathOf(snapshots.back().name);
+    job_.filterFile = around_.files.filter;
+    job_.abilities = abilitiesOf(store_.folder());
+    if (!job_.abilities.accessControlLists)
+        notes_.emplace_back("The destination cannot hold access control lists");
+    if (!job_.abilities.extendedAttributes)
+        notes_.emplace_back("The destination cannot hold extended attributes");
+    if (!replaceFile(job_.filterFile, filterFileFor(selection_.excluded)))
+        return BackupResult{ResultCode::failed,
+                            "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
+    countTotals();
+    if (around_.stop.requested())
+        return stopped();
+    around_.status.enter(phase::copying);
+    const RsyncOutcome outcome = runCopy();
+    notes_.insert(notes_.end(), outcome.notes.begin(), outcome.notes.end());
+    if (outcome.code != ResultCode::success)
+        return BackupResult{outcome.code, outcome.message};
+    return std::nullopt;
+}
+
+RsyncOutcome BackupWorker::runCopy() {
+    RsyncProgressReader progress;
+    RsyncRun run;
+    run.program = around_.rsyncPath;
+    run.arguments = rsyncArguments(job_);
+    run.copyLockPath = around_.files.copyLock;
+    run.onOutput = [&](std::string_view bytes) { progress.feed(bytes); };
+    run.onTick = [&] { around_.status.setCopied(progress.bytes(), progress.files()); };
+    run.onStopping = [&] { around_.status.setStopping(); };
+    const auto exit = runRsync(run, around_.stop);
+    if (!exit)
+        return {ResultCode::failed, std::string("rsync could not be started: ") + std::strerror(errno), {}};
+    around_.status.setCopied(progress.bytes(), progress.files());
+    return judgeRsyncExit(*exit, around_.stop.requested());
+}
+
+BackupWorker::Failure BackupWorker::finish() {
+    around_.status.enter(phase::finishing);
+    constexpr double lastProcessSeconds = 30;
+    StopRequests& stop = around_.stop;
+    if (!waitForEarlierRun(around_.files.copyLock, lastProcessSeconds, stop))
+        return stop.requested() ? stopped() : BackupResult{ResultCode::copyFailed, "rsync did not end"};
+    if (::syncfs(destinationFolder_.get()) != 0)
+        return destinationFailure("writing to the disk", errno);
+    if (const int error = probeWriting(store_.folder()); error != 0)
+        return destinationFailure("writing to the disk", error);
+    if (!isAvailable(destination_))
+        return BackupResult{ResultCode::destinationUnavailable, destination_.path + " has gone away"};
+    if (!store_.publish(unfinishedName_, around_.clock.now()))
+        return destinationFailure("naming the backup", errno);
+    unfinishedName_.clear();
+    ::unlink(around_.files.leftover.c_str());
+    return std::nullopt;
+}
+
+void BackupWorker::keepLeftover(ResultCode code) {
+    if (unfinishedName_.empty())
+        return;
+    // syncfs(2) reports an error once only, so an earlier failure counts beside its answer.
+    const bool failing = code == ResultCode::destinationFailing || code == ResultCode::destinationUnavailable;
+    if (!failing && ::syncfs(destinationFolder_.get()) == 0 && isAvailable(destination_))
+        writeLeftoverNote(around_.files.leftover, {destination_.id, unfinishedName_, ""});
+    else
+        ::unlink(around_.files.leftover.c_str());
+}
+
+void BackupWorker::record(const BackupResult& result) {
+    AttemptEnd end{result, notes_, std::nullopt, std::nullopt};
+    if (result.code != ResultCode::destinationUnavailable && isAvailable(destination_)) {
+        end.snapshots = store_.list();
+        end.space = spaceOf(store_.folder());
+    }
+    recordAttemptEnd(around_.preferences, destination_.id, end);
+    writeLog(result);
+}
+
+void BackupWorker::writeLog(const BackupResult& result) const {
+    std::string text = "Result " + std::to_string(static_cast<int>(result.code));
+    text += result.message.empty() ? "\n" : ": " + result.message + "\n";
+    for (const std::string& note : notes_)
+        text += note + "\n";
+    replaceFile(around_.files.log, text);
+}
+
+BackupResult BackupWorker::destinationFailure(const std::string& step, int error) const {
+    const std::string message = destination_.path + ": " + step + ": " + std::strerror(error);
+    return {isFull(error) ? ResultCode::destinationFull : ResultCode::destinationFailing, message};
+}
+
+BackupResult BackupWorker::stopped() { return {ResultCode::stopped, "The backup was stopped"}; }
+
+} // namespace norvane

@@ -1,0 +1,71 @@
+// One backup, from its first step to the record of how it ended.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/linux/user_defaults_file.h"
+#include "timemachine_linux/change_count.h"
+#include "timemachine_linux/destination.h"
+#include "timemachine_linux/rsync_command.h"
+#include "timemachine_linux/rsync_outcome.h"
+#include "timemachine_linux/session_status_file.h"
+#include "timemachine_linux/snapshot_store.h"
+#include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/stop_requests.h"
+
+namespace norvane {
+
+/// The caller holds the session's run lock. A snapshot appears under its name only when all of it is on the
+/// disk; whatever happens, earlier snapshots stay as they are.
+class BackupWorker {
+public:
+    struct Surroundings {
+        const Clock& clock;
+        UserDefaultsFile& preferences;
+        StopRequests& stop;
+        SessionStatusFile& status;
+        SessionFiles files;
+        UserPlaces places;
+        std::string hostName;
+        std::string rsyncPath;
+    };
+
+    BackupWorker(Surroundings surroundings, Destination destination);
+
+    /// Blocks until the backup has ended and its outcome is in the preferences.
+    [[nodiscard]] ResultCode run();
+
+private:
+    using Failure = std::optional<BackupResult>; // none: go on
+
+    Failure backUp();
+    Failure openDestination();
+    Failure chooseSources();
+    Failure prepareFolder();
+    void countTotals();
+    Failure copy();
+    Failure finish();
+
+    bool resume(const std::string& name);
+    void keepLeftover(ResultCode code);
+    void record(const BackupResult& result);
+    void writeLog(const BackupResult& result) const;
+    [[nodiscard]] RsyncOutcome runCopy();
+    [[nodiscard]] BackupResult destinationFailure(const std::string& step, int error) const;
+    [[nodiscard]] static BackupResult stopped();
+
+    Surroundings around_;
+    const Destination destination_;
+    const SnapshotStore store_;
+    FileDescriptor
+        destinationFolder_; // open before the first write, so that syncfs(2) reports every lost one
+    SourceSelection selection_;
+    CopyJob job_;
+    std::string unfinishedName_;
+    std::vector<std::string> notes_;
+};
+
+} // namespace norvane

@@ -1,0 +1,38 @@
+// Where backups go: the first entry of the preferences' "Destinations", and whether it is really there.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/user_defaults_file.h"
+#include "timemachine_linux/file_descriptor.h"
+
+namespace norvane {
+
+struct Destination {
+    std::string id; ///< A random UUID; the marker file in the folder holds the same.
+    std::string name;
+    std::string kind; ///< "Local" or "Network".
+    std::string path; ///< Absolute and canonical.
+    std::optional<std::string> url;
+};
+
+/// The file in the destination's folder that tells it from the empty mount point of a disk that is away.
+inline constexpr const char* destinationMarkerName = ".norvane-destination";
+
+/// The configured destination; none when there is none.
+[[nodiscard]] std::optional<Destination> configuredDestination(const UserDefaultsFile& preferences);
+
+/// Makes the folder the destination. Returns what is wrong with it; empty on success.
+[[nodiscard]] std::string setDestination(UserDefaultsFile& preferences, const std::string& folder,
+                                         const std::vector<std::string>& sources);
+
+/// False: none was configured, or the preferences cannot be written.
+bool removeDestination(UserDefaultsFile& preferences);
+
+/// Whether the folder is there and holds the marker with the destination's id. Bounded to a few seconds even
+/// on a network mount that no longer answers; quick otherwise.
+[[nodiscard]] bool isAvailable(const Destination& destination);
+
+} // namespace norvane

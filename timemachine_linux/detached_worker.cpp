@@ -1,0 +1,90 @@
+#include "timemachine_linux/detached_worker.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "timemachine_linux/stop_requests.h"
+
+namespace norvane {
+namespace {
+
+void closeAllBut(int one, int other) {
+    const auto low = static_cast<unsigned>(std::min(one, other));
+    const auto high = static_cast<unsigned>(std::max(one, other));
+    constexpr unsigned first = STDERR_FILENO + 1;
+    if (low > first)
+        ::close_range(first, low - 1, 0);
+    if (high > low + 1)
+        ::close_range(low + 1, high - 1, 0);
+    ::close_range(high + 1, ~0U, 0);
+}
+
+void redirectStandardStreams() {
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        ::dup2(null, stream);
+    if (null > STDERR_FILENO)
+        ::close(null);
+}
+
+void leaveCaller(int lockFd, int goingFd) {
+    ::setsid();
+    closeAllBut(lockFd, goingFd);
+    redirectStandardStreams();
+    ::umask(S_IRWXG | S_IRWXO);
+    ::signal(SIGPIPE, SIG_IGN);
+    ::signal(SIGCHLD, SIG_DFL);
+    if (::chdir("/") != 0)
+        ::_exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+std::optional<pid_t> startDetached(const FileLock& lock,
+                                   const std::function<int(std::function<void()> going)>& work) {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return std::nullopt;
+    const FileDescriptor reading(ends[0]);
+    FileDescriptor writing(ends[1]);
+    // Blocked until the worker can take a request to stop, so that an early one is not lost.
+    blockStopSignals();
+    const pid_t worker = ::fork();
+    if (worker == 0) {
+        leaveCaller(lock.fd(), writing.get());
+        ::_exit(work([&] {
+            writeAll(writing.get(), "1");
+            writing.reset();
+        }));
+    }
+    unblockStopSignals();
+    if (worker < 0)
+        return std::nullopt;
+    writing.reset();
+    char byte = 0;
+    ssize_t count = 0;
+    while ((count = ::read(reading.get(), &byte, 1)) < 0 && errno == EINTR) {
+    }
+    if (count == 1)
+        return worker;
+    while (::waitpid(worker, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    return std::nullopt;
+}
+
+int waitForDetached(pid_t worker) {
+    int status = 0;
+    while (::waitpid(worker, &status, 0) < 0)
+        if (errno != EINTR)
+            return 255;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 255;
+}
+
+} // namespace norvane

@@ -1,0 +1,26 @@
+// What the file system of a folder can do.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "timemachine_linux/rsync_command.h"
+
+namespace norvane {
+
+struct FileSystemSpace {
+    std::int64_t availableBytes = 0; ///< For ordinary users.
+    std::int64_t usedBytes = 0;
+};
+
+/// None: the file system does not answer.
+[[nodiscard]] std::optional<FileSystemSpace> spaceOf(const std::string& folder);
+
+/// Tries it out with a file in the folder, which must be writable. What cannot be found out counts as there.
+[[nodiscard]] FileSystemAbilities abilitiesOf(const std::string& folder);
+
+/// Writes a file in the folder, proves it to be on the disk and removes it. 0, or the errno of the failure.
+[[nodiscard]] int probeWriting(const std::string& folder);
+
+} // namespace norvane

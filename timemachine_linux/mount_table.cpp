@@ -1,0 +1,112 @@
+#include "timemachine_linux/mount_table.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <vector>
+
+#include "timemachine_linux/paths.h"
+
+namespace norvane {
+namespace {
+
+std::vector<std::string_view> fieldsOf(std::string_view line) {
+    std::vector<std::string_view> fields;
+    while (!line.empty()) {
+        const std::size_t end = std::min(line.find(' '), line.size());
+        if (end > 0)
+            fields.push_back(line.substr(0, end));
+        line.remove_prefix(std::min(end + 1, line.size()));
+    }
+    return fields;
+}
+
+// Space, tab, line feed, backslash and number sign stand as three octal digits.
+std::string unescaped(std::string_view field) {
+    std::string text;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        int code = 0;
+        const auto digits = field.substr(i + 1 < field.size() ? i + 1 : field.size(), 3);
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), code, 8);
+        if (field[i] == '\\' && digits.size() == 3 && error == std::errc() && end == digits.data() + 3) {
+            text += static_cast<char>(code);
+            i += 3;
+        } else {
+            text += field[i];
+        }
+    }
+    return text;
+}
+
+std::string percentEncoded(std::string_view path) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80 &&
+            (std::isalnum(byte) != 0 || std::string_view("/-._~@:").find(c) != std::string_view::npos)) {
+            text += c;
+        } else {
+            text += '%';
+            text += digits[byte >> 4];
+            text += digits[byte & 15];
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
+    while (!mountInfo.empty()) {
+        const std::size_t end = std::min(mountInfo.find('\n'), mountInfo.size());
+        const auto fields = fieldsOf(mountInfo.substr(0, end));
+        mountInfo.remove_prefix(std::min(end + 1, mountInfo.size()));
+        const auto separator = std::find(fields.begin(), fields.end(), "-");
+        if (fields.size() < 6 || fields.end() - separator < 3)
+            continue;
+        std::uint64_t number = 0;
+        std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), number);
+        if (number == id)
+            return Mount{number, unescaped(fields[3]), unescaped(fields[4]), std::string(separator[1]),
+                         unescaped(separator[2])};
+    }
+    return std::nullopt;
+}
+
+bool isNetworkFileSystem(std::string_view type) {
+    constexpr std::array<std::string_view, 14> types{
+        "nfs",        "nfs4",        "cifs",  "smb3",        "smbfs",          "9p",       "afs", "ceph",
+        "fuse.sshfs", "fuse.rclone", "davfs", "fuse.davfs2", "fuse.curlftpfs", "glusterfs"};
+    return std::find(types.begin(), types.end(), type) != types.end() || type == "fuse.glusterfs" ||
+           type == "fuse.smbnetfs";
+}
+
+std::optional<std::string> networkUrl(const Mount& mount, std::string_view path) {
+    if (!isNetworkFileSystem(mount.type) || !isWithin(path, mount.folder))
+        return std::nullopt;
+    std::string below = mount.root == "/" ? "" : mount.root;
+    below += mount.folder == "/" ? path : path.substr(mount.folder.size());
+    if (mount.source.find("://") != std::string::npos)
+        return mount.source + percentEncoded(below);
+    if (mount.source.starts_with("//"))
+        return "smb:" + percentEncoded(mount.source) + percentEncoded(below);
+    // An IPv6 address stands in brackets, which hold colons of their own.
+    const std::size_t bracket = mount.source.find(']');
+    const std::size_t colon = mount.source.find(':', bracket == std::string::npos ? 0 : bracket);
+    if (colon == std::string::npos || colon == 0)
+        return std::nullopt;
+    const std::string scheme = mount.type.starts_with("nfs") ? "nfs"
+                               : mount.type == "fuse.sshfs"  ? "sftp"
+                                                             : "";
+    if (scheme.empty())
+        return std::nullopt;
+    std::string remote = mount.source[std::min(colon + 1, mount.source.size() - 1)] == '/' ? "" : "/";
+    remote.append(mount.source, colon + 1);
+    if (remote == "/" && !below.empty())
+        remote.clear();
+    return scheme + "://" + mount.source.substr(0, colon) + percentEncoded(remote) + percentEncoded(below);
+}
+
+} // namespace norvane

@@ -1,0 +1,28 @@
+// What is mounted where. Format: proc(5), /proc/pid/mountinfo.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace norvane {
+
+struct Mount {
+    std::uint64_t id = 0;
+    std::string root;   ///< The folder of the file system that is mounted.
+    std::string folder; ///< Where it is mounted.
+    std::string type;   ///< Such as "ext4" or "fuse.sshfs".
+    std::string source; ///< Such as "/dev/sda1" or "//nas/share".
+};
+
+/// The mount with this id in the text of a mountinfo file; none when it is not there.
+[[nodiscard]] std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id);
+
+[[nodiscard]] bool isNetworkFileSystem(std::string_view type);
+
+/// The address of `path` (absolute, on this mount): "smb://nas/share/folder"; none when the mount names no
+/// host.
+[[nodiscard]] std::optional<std::string> networkUrl(const Mount& mount, std::string_view path);
+
+} // namespace norvane

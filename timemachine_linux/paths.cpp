@@ -1,0 +1,74 @@
+#include "timemachine_linux/paths.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/utf8.h"
+
+namespace norvane {
+namespace {
+
+std::string withoutTrailingSlashes(std::string path) {
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+bool isWithin(std::string_view path, std::string_view folder) {
+    if (folder == "/")
+        return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+std::optional<std::string> canonicalPath(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), std::free);
+    if (!resolved)
+        return std::nullopt;
+    return std::string(resolved.get());
+}
+
+std::optional<std::string> resolvedPath(const std::string& path) {
+    const std::string trimmed = withoutTrailingSlashes(path);
+    const std::size_t slash = trimmed.rfind('/');
+    const std::string name = slash == std::string::npos ? trimmed : trimmed.substr(slash + 1);
+    if (name.empty() || name == "." || name == "..")
+        return canonicalPath(trimmed);
+    const auto parent = canonicalPath(slash == std::string::npos ? "." : trimmed.substr(0, slash + 1));
+    if (!parent)
+        return std::nullopt;
+    return *parent == "/" ? "/" + name : *parent + "/" + name;
+}
+
+bool isPrintableUtf8(std::string_view bytes) {
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
+    return isValidUtf8(bytes) && std::none_of(bytes.begin(), bytes.end(), isControl);
+}
+
+PropertyList pathToPropertyList(const std::string& path) {
+    if (isPrintableUtf8(path))
+        return {path};
+    return {PropertyListData{path}};
+}
+
+std::vector<std::string> pathsFromPropertyList(const PropertyList& list, const std::string& home) {
+    std::vector<std::string> paths;
+    if (!list.array())
+        return paths;
+    for (const PropertyList& entry : *list.array()) {
+        std::string path;
+        if (entry.string())
+            path = *entry.string();
+        else if (entry.data())
+            path = entry.data()->bytes;
+        if (path == "~" || path.starts_with("~/"))
+            path.replace(0, 1, home);
+        if (path.starts_with('/') && path.find('\0') == std::string::npos)
+            paths.push_back(withoutTrailingSlashes(std::move(path)));
+    }
+    return paths;
+}
+
+} // namespace norvane

@@ -1,0 +1,35 @@
+// Absolute paths as plain bytes, and how the preferences hold them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/property_list.h"
+
+namespace norvane {
+
+/// Whether `path` is `folder` or lies below it. Both absolute, without a slash at the end ("/" apart).
+[[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
+
+/// The path with its parent folder resolved by realpath(3), so that it can be compared with what a walk of
+/// the folders meets; the last component stays as it is, even when it is a symbolic link. Relative paths
+/// start at the working directory. None: the parent does not exist.
+[[nodiscard]] std::optional<std::string> resolvedPath(const std::string& path);
+
+/// The path with every symbolic link resolved; none when it does not exist.
+[[nodiscard]] std::optional<std::string> canonicalPath(const std::string& path);
+
+/// Whether the bytes are UTF-8 without control characters, as one line of output needs it.
+[[nodiscard]] bool isPrintableUtf8(std::string_view bytes);
+
+/// A path is stored as a string if it can be one, else as data: file names are any bytes.
+[[nodiscard]] PropertyList pathToPropertyList(const std::string& path);
+
+/// The absolute paths of a stored array; "~/" at the start stands for the home folder, other entries are
+/// skipped.
+[[nodiscard]] std::vector<std::string> pathsFromPropertyList(const PropertyList& list,
+                                                             const std::string& home);
+
+} // namespace norvane

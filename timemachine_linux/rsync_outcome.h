@@ -1,0 +1,25 @@
+// What an ended rsync run means for the backup. Pure. Source: rsync(1), EXIT VALUES; errno(3) on Linux.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "timemachine_linux/result_code.h"
+
+namespace norvane {
+
+struct RsyncExit {
+    int status = 0;                  ///< Exit status; for an end by a signal 128 + its number.
+    std::vector<std::string> errors; ///< The lines of standard error, in order.
+};
+
+struct RsyncOutcome {
+    ResultCode code = ResultCode::success;
+    std::string message;            ///< Why it failed; empty on success.
+    std::vector<std::string> notes; ///< On success: what could not be saved.
+};
+
+[[nodiscard]] RsyncOutcome judgeRsyncExit(const RsyncExit& exit, bool stopRequested);
+
+} // namespace norvane

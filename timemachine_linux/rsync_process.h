@@ -1,0 +1,36 @@
+// One run of rsync as a child process.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/rsync_outcome.h"
+#include "timemachine_linux/stop_requests.h"
+
+namespace norvane {
+
+/// The program's path by $PATH; none when it is not installed.
+[[nodiscard]] std::optional<std::string> findProgram(const std::string& name);
+
+struct RsyncRun {
+    std::string program;
+    std::vector<std::string> arguments;
+    std::string copyLockPath;                       ///< A lock that every process of this run will hold.
+    std::function<void(std::string_view)> onOutput; ///< Pieces of standard output.
+    std::function<void()> onTick;                   ///< About four times a second.
+    std::function<void()> onStopping;               ///< The stop has been passed on.
+};
+
+/// Waits until no process of an earlier run is left, such as one whose worker was killed. False: one still is
+/// after `timeoutSeconds`, or a stop was requested.
+[[nodiscard]] bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds,
+                                     StopRequests& stop);
+
+/// Runs it to its end. rsync dies with the calling process; a stop goes to its whole process group as
+/// SIGTERM, and as SIGKILL after ten seconds. None: it could not be started; errno says why.
+[[nodiscard]] std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop);
+
+} // namespace norvane

@@ -1,0 +1,59 @@
+#include "timemachine_linux/snapshot_name.h"
+
+#include <array>
+#include <cstdlib>
+#include <ctime>
+
+namespace norvane {
+namespace {
+
+constexpr std::string_view pattern = "dddd-dd-dd-dddddd";
+
+bool fitsPattern(std::string_view name) {
+    if (name.size() != pattern.size())
+        return false;
+    for (std::size_t i = 0; i < name.size(); ++i)
+        if (pattern[i] == 'd' ? name[i] < '0' || name[i] > '9' : name[i] != pattern[i])
+            return false;
+    return true;
+}
+
+int digits(std::string_view name, std::size_t start, std::size_t count) {
+    int number = 0;
+    for (const char c : name.substr(start, count))
+        number = number * 10 + (c - '0');
+    return number;
+}
+
+} // namespace
+
+std::string snapshotName(Instant instant) {
+    const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch().count();
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d-%H%M%S", &local);
+    return {text.data(), length};
+}
+
+std::optional<Instant> parseSnapshotName(std::string_view name) {
+    if (!fitsPattern(name))
+        return std::nullopt;
+    std::tm local{};
+    local.tm_year = digits(name, 0, 4) - 1900;
+    local.tm_mon = digits(name, 5, 2) - 1;
+    local.tm_mday = digits(name, 8, 2);
+    local.tm_hour = digits(name, 11, 2);
+    local.tm_min = digits(name, 13, 2);
+    local.tm_sec = digits(name, 15, 2);
+    local.tm_isdst = -1;
+    const std::tm asked = local;
+    const std::time_t seconds = ::mktime(&local);
+    // mktime carries a 31st of June over; an hour that the clocks skipped may come from another time zone.
+    if (asked.tm_mon < 0 || asked.tm_mon > 11 || asked.tm_mday != local.tm_mday || asked.tm_hour > 23 ||
+        asked.tm_min > 59 || asked.tm_sec > 59)
+        return std::nullopt;
+    return Instant(std::chrono::seconds(seconds));
+}
+
+} // namespace norvane

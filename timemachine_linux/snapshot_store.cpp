@@ -1,0 +1,119 @@
+#include "timemachine_linux/snapshot_store.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+#include "timemachine_linux/file_descriptor.h"
+#include "timemachine_linux/snapshot_name.h"
+
+namespace norvane {
+namespace {
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::vector<std::string> foldersIn(const std::string& folder, bool (*matches)(std::string_view)) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(folder.c_str()), ::closedir);
+    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr)
+        if (matches(entry->d_name) && isFolder(folder + "/" + entry->d_name))
+            names.emplace_back(entry->d_name);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool isUnfinishedName(std::string_view name) {
+    return name.ends_with(inProgressSuffix) &&
+           parseSnapshotName(name.substr(0, name.size() - inProgressSuffix.size())).has_value();
+}
+
+// The name is local time, so it moves when the machine changes its time zone and is ambiguous when the clocks
+// are set back. The folder's modification time says which instant was meant.
+Instant dateOf(const std::string& path, Instant named) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return named;
+    const Instant modified{std::chrono::seconds(status.st_mtim.tv_sec)};
+    constexpr double widestZoneDifferenceSeconds = 27.0 * 3600;
+    return std::abs(secondsBetween(named, modified)) <= widestZoneDifferenceSeconds ? modified : named;
+}
+
+bool setModificationTime(const std::string& path, Instant instant) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch().count();
+    const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, timespec{seconds, 0}};
+    return ::utimensat(AT_FDCWD, path.c_str(), times.data(), 0) == 0;
+}
+
+// Never onto something that is there, not even an empty folder. Network file systems do not know the flag.
+bool renameToFree(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
+        return false;
+    struct stat status {};
+    if (::lstat(to.c_str(), &status) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+} // namespace
+
+SnapshotStore::SnapshotStore(const std::string& destinationFolder, const std::string& hostName)
+    : folder_(destinationFolder + "/" + hostName) {}
+
+std::vector<Snapshot> SnapshotStore::list() const {
+    std::vector<Snapshot> snapshots;
+    const auto isName = [](std::string_view name) { return parseSnapshotName(name).has_value(); };
+    for (const std::string& name : foldersIn(folder_, isName))
+        snapshots.push_back({name, dateOf(pathOf(name), *parseSnapshotName(name))});
+    return snapshots;
+}
+
+std::vector<std::string> SnapshotStore::unfinished() const { return foldersIn(folder_, isUnfinishedName); }
+
+std::optional<Snapshot> SnapshotStore::publish(const std::string& unfinishedName, Instant now) const {
+    const FileDescriptor parent(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor copy(::open(pathOf(unfinishedName).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!parent || !copy)
+        return std::nullopt;
+    Instant date = std::chrono::floor<std::chrono::seconds>(now);
+    constexpr int mostTries = 1000;
+    for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
+        if (!setModificationTime(pathOf(unfinishedName), date) || ::fsync(copy.get()) != 0)
+            return std::nullopt;
+        const Snapshot snapshot{snapshotName(date), date};
+        if (renameToFree(pathOf(unfinishedName), pathOf(snapshot.name))) {
+            // Network file systems refuse to sync a folder; they have sent the rename already.
+            if (::fsync(parent.get()) != 0 && errno != EINVAL && errno != EOPNOTSUPP)
+                return std::nullopt;
+            return snapshot;
+        }
+        if (errno != EEXIST && errno != ENOTEMPTY)
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string hostFolderName() {
+    std::array<char, 256> buffer{};
+    if (::gethostname(buffer.data(), buffer.size() - 1) != 0)
+        return "localhost";
+    std::string name = buffer.data();
+    if (name.empty() || name.starts_with('.') || name.find('/') != std::string::npos)
+        return "localhost";
+    return name;
+}
+
+} // namespace norvane

@@ -1,0 +1,44 @@
+// The snapshots of one machine on a destination: <destination>/<host>/<yyyy-MM-dd-HHmmss>, each a browsable
+// folder that holds every source below its own full path.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/instant.h"
+
+namespace norvane {
+
+struct Snapshot {
+    std::string name;
+    Instant date;
+
+    bool operator==(const Snapshot&) const = default;
+};
+
+class SnapshotStore {
+public:
+    SnapshotStore(const std::string& destinationFolder, const std::string& hostName);
+
+    [[nodiscard]] const std::string& folder() const { return folder_; }
+    [[nodiscard]] std::string pathOf(const std::string& name) const { return folder_ + "/" + name; }
+
+    /// Complete snapshots only, oldest name first.
+    [[nodiscard]] std::vector<Snapshot> list() const;
+
+    /// Names of unfinished snapshots, oldest first.
+    [[nodiscard]] std::vector<std::string> unfinished() const;
+
+    /// Gives the finished copy its final name: that of `now`, or of the next free second. What is in it must
+    /// be on the disk already; the new name is when this returns. None: errno says why.
+    [[nodiscard]] std::optional<Snapshot> publish(const std::string& unfinishedName, Instant now) const;
+
+private:
+    std::string folder_;
+};
+
+/// This machine's name, fit to be a folder's name.
+[[nodiscard]] std::string hostFolderName();
+
+} // namespace norvane

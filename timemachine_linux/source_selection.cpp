@@ -1,0 +1,114 @@
+#include "timemachine_linux/source_selection.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/linux/user_folders.h"
+#include "timemachine_linux/paths.h"
+
+namespace norvane {
+namespace {
+
+constexpr const char* sourcesKey = "SourceFolders";
+constexpr const char* exclusionsKey = "SkipPaths";
+
+std::vector<std::string> storedPaths(const UserDefaultsFile& preferences, const char* key,
+                                     const std::string& home) {
+    const auto stored = preferences.object(key);
+    return stored ? pathsFromPropertyList(*stored, home) : std::vector<std::string>();
+}
+
+// Rules and walks speak of canonical paths; what does not exist cannot be met by them.
+std::string resolvedOrAsGiven(const std::string& path) { return resolvedPath(path).value_or(path); }
+
+void addOnce(std::vector<std::string>& list, std::string path) {
+    if (std::find(list.begin(), list.end(), path) == list.end())
+        list.push_back(std::move(path));
+}
+
+bool covered(const std::vector<std::string>& folders, std::string_view path) {
+    return std::any_of(folders.begin(), folders.end(),
+                       [&](const auto& folder) { return isWithin(path, folder); });
+}
+
+bool onSameFileSystem(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev;
+}
+
+} // namespace
+
+UserPlaces userPlaces() {
+    UserPlaces places;
+    places.home = homeFolder();
+    const char* cache = std::getenv("XDG_CACHE_HOME"); // NOLINT(concurrency-mt-unsafe): one thread
+    places.cache = cache && *cache == '/' ? std::string(cache) : places.home + "/.cache";
+    places.stateFolder = libraryFolder() + "/TimeMachine";
+    return places;
+}
+
+SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
+                              const std::string& destinationFolder) {
+    SourceSelection selection;
+    std::vector<std::string> wanted = storedPaths(preferences, sourcesKey, places.home);
+    if (!preferences.object(sourcesKey))
+        wanted = {places.home};
+    std::vector<std::string> found;
+    for (const std::string& path : wanted) {
+        if (auto canonical = canonicalPath(path))
+            addOnce(found, std::move(*canonical));
+        else
+            selection.missing.push_back(path);
+    }
+    for (const std::string& path :
+         {places.home + "/.cache", places.cache, places.home + "/.local/share/Trash", places.stateFolder})
+        addOnce(selection.excluded, resolvedOrAsGiven(path));
+    for (const std::string& path : storedPaths(preferences, exclusionsKey, places.home))
+        addOnce(selection.excluded, resolvedOrAsGiven(path));
+    if (!destinationFolder.empty() && covered(found, destinationFolder))
+        addOnce(selection.excluded, destinationFolder);
+    for (const std::string& path : found) {
+        const bool inside = std::any_of(found.begin(), found.end(), [&](const std::string& other) {
+            return other != path && isWithin(path, other) && onSameFileSystem(path, other);
+        });
+        if (!inside && !covered(selection.excluded, path))
+            selection.sources.push_back(path);
+    }
+    return selection;
+}
+
+bool isLeftOut(const SourceSelection& selection, std::string_view path) {
+    return covered(selection.excluded, path) || !covered(selection.sources, path);
+}
+
+bool addExclusion(UserDefaultsFile& preferences, const std::string& path) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        PropertyList& list = all[exclusionsKey];
+        if (!list.array())
+            list = {PropertyList::Array{}};
+        auto& paths = std::get<PropertyList::Array>(list.value);
+        const PropertyList entry = pathToPropertyList(path);
+        if (std::find(paths.begin(), paths.end(), entry) == paths.end())
+            paths.push_back(entry);
+    });
+}
+
+bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        const auto list = all.find(exclusionsKey);
+        if (list == all.end() || !list->second.array())
+            return;
+        // Entries that people wrote by hand may spell the path in another way.
+        auto& paths = std::get<PropertyList::Array>(list->second.value);
+        std::erase_if(paths, [&](const PropertyList& entry) {
+            const auto parsed = pathsFromPropertyList({PropertyList::Array{entry}}, home);
+            return !parsed.empty() && (parsed.front() == path || resolvedOrAsGiven(parsed.front()) == path);
+        });
+    });
+}
+
+} // namespace norvane

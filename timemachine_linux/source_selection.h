@@ -1,0 +1,41 @@
+// Which folders a backup takes and what it leaves out of them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/user_defaults_file.h"
+
+namespace norvane {
+
+/// The folders of one user that the rules name.
+struct UserPlaces {
+    std::string home;
+    std::string cache;       ///< $XDG_CACHE_HOME, by default ~/.cache.
+    std::string stateFolder; ///< This program's own state.
+};
+
+/// Of the process's environment.
+[[nodiscard]] UserPlaces userPlaces();
+
+struct SourceSelection {
+    std::vector<std::string>
+        sources; ///< Canonical, none excluded, none inside another on the same file system.
+    std::vector<std::string> excluded; ///< Paths that are left out with all below them.
+    std::vector<std::string> missing;  ///< Configured sources that do not exist now.
+};
+
+/// `destinationFolder` may be empty: none is configured.
+[[nodiscard]] SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
+                                            const std::string& destinationFolder);
+
+/// Whether a backup leaves the path (as `resolvedPath` gives it) out: an exclusion covers it, or no source
+/// does.
+[[nodiscard]] bool isLeftOut(const SourceSelection& selection, std::string_view path);
+
+/// Adds the path to, or removes it from, the user's exclusions. False: the preferences cannot be written.
+bool addExclusion(UserDefaultsFile& preferences, const std::string& path);
+bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+
+} // namespace norvane

@@ -1,0 +1,231 @@
+#include "timemachine_linux/tmutil_verbs.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string>
+#include <sys/stat.h>
+
+#include "platform/linux/system_clock.h"
+#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/user_folders.h"
+#include "platform/property_list_text.h"
+#include "timemachine_linux/backup_control.h"
+#include "timemachine_linux/destination.h"
+#include "timemachine_linux/paths.h"
+#include "timemachine_linux/snapshot_store.h"
+#include "timemachine_linux/source_selection.h"
+
+namespace norvane {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+struct Context {
+    UserDefaultsFile preferences{preferencesFile("com.apple.TimeMachine")};
+    UserPlaces places = userPlaces();
+};
+
+void print(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+int fail(const std::string& text) {
+    const std::string line = "tmutil: " + text + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    return exitFailure;
+}
+
+std::string destinationFolder(const Context& context) {
+    const auto destination = configuredDestination(context.preferences);
+    return destination ? destination->path : std::string();
+}
+
+int setDestinationVerb(Context& context, const Arguments& arguments) {
+    const auto sources = selectSources(context.preferences, context.places, "").sources;
+    const std::string trouble = setDestination(context.preferences, arguments.front(), sources);
+    return trouble.empty() ? exitSuccess : fail(trouble);
+}
+
+int removeDestinationVerb(Context& context, const Arguments&) {
+    if (!configuredDestination(context.preferences))
+        return fail("No destinations configured.");
+    return removeDestination(context.preferences) ? exitSuccess : fail("The preferences cannot be written.");
+}
+
+int destinationInfo(Context& context, const Arguments&) {
+    const auto destination = configuredDestination(context.preferences);
+    if (!destination)
+        return fail("No destinations configured.");
+    print("> ==================================================\n");
+    print("Name          : " + destination->name + "\n");
+    print("Kind          : " + destination->kind + "\n");
+    if (isAvailable(*destination))
+        print("Mount Point   : " + destination->path + "\n");
+    if (destination->url)
+        print("URL           : " + *destination->url + "\n");
+    print("ID            : " + destination->id + "\n");
+    return exitSuccess;
+}
+
+int setAutoBackup(Context& context, bool enabled) {
+    const bool stored =
+        context.preferences.update([&](PropertyList::Dictionary& all) { all["AutoBackup"] = {enabled}; });
+    return stored ? exitSuccess : fail("The preferences cannot be written.");
+}
+
+int enable(Context& context, const Arguments&) { return setAutoBackup(context, true); }
+int disable(Context& context, const Arguments&) { return setAutoBackup(context, false); }
+
+int startBackupVerb(Context& context, const Arguments& arguments) {
+    const bool wait = !arguments.empty();
+    if (wait && arguments.front() != "--block" && arguments.front() != "-b") {
+        fail("startbackup: unknown option " + arguments.front());
+        return exitUsage;
+    }
+    const SystemClock clock;
+    const StartOutcome outcome = startBackup(clock, context.preferences, context.places, wait);
+    if (outcome.alreadyRunning)
+        print("A backup is already running.\n");
+    if (outcome.result.code == ResultCode::success)
+        return exitSuccess;
+    return fail(outcome.result.message.empty() ? "The backup failed." : outcome.result.message);
+}
+
+int stopBackupVerb(Context& context, const Arguments&) {
+    return stopBackup(SessionFiles(context.places.stateFolder))
+               ? exitSuccess
+               : fail("The backup could not be asked to stop.");
+}
+
+int status(Context& context, const Arguments&) {
+    const PropertyList state = currentStatus(SessionFiles(context.places.stateFolder));
+    print("Backup session status:\n" + writeTextPropertyList(state) + "\n");
+    return exitSuccess;
+}
+
+/// Paths of the snapshots, oldest first; a complaint instead when there are none.
+int printSnapshots(const Context& context, bool latestOnly) {
+    const auto destination = configuredDestination(context.preferences);
+    if (!destination)
+        return fail("No destinations configured.");
+    if (!isAvailable(*destination))
+        return fail(destination->path + " is not available.");
+    const SnapshotStore store(destination->path, hostFolderName());
+    std::vector<Snapshot> snapshots = store.list();
+    if (snapshots.empty())
+        return fail("No backups found for this machine.");
+    if (latestOnly)
+        snapshots.erase(snapshots.begin(), snapshots.end() - 1);
+    for (const Snapshot& snapshot : snapshots)
+        print(store.pathOf(snapshot.name) + "\n");
+    return exitSuccess;
+}
+
+int latestBackup(Context& context, const Arguments&) { return printSnapshots(context, true); }
+int listBackups(Context& context, const Arguments&) { return printSnapshots(context, false); }
+
+/// Runs `action` with each path resolved; complains about those that do not exist and goes on.
+template <class Action>
+int forEachPath(const Arguments& arguments, Action action) {
+    int result = exitSuccess;
+    for (const std::string& argument : arguments) {
+        const auto path = resolvedPath(argument);
+        if (!path)
+            result = fail(argument + ": No such file or directory");
+        else if (const std::string trouble = action(*path); !trouble.empty())
+            result = fail(argument + ": " + trouble);
+    }
+    return result;
+}
+
+int addExclusionVerb(Context& context, const Arguments& arguments) {
+    return forEachPath(arguments, [&](const std::string& path) -> std::string {
+        struct stat found {};
+        if (::lstat(path.c_str(), &found) != 0)
+            return "No such file or directory";
+        return addExclusion(context.preferences, path) ? "" : "The preferences cannot be written.";
+    });
+}
+
+int removeExclusionVerb(Context& context, const Arguments& arguments) {
+    return forEachPath(arguments, [&](const std::string& path) -> std::string {
+        return removeExclusion(context.preferences, path, context.places.home)
+                   ? ""
+                   : "The preferences cannot be written.";
+    });
+}
+
+int isExcluded(Context& context, const Arguments& arguments) {
+    const SourceSelection selection =
+        selectSources(context.preferences, context.places, destinationFolder(context));
+    return forEachPath(arguments, [&](const std::string& path) -> std::string {
+        print(isLeftOut(selection, path) ? "[Excluded]    " : "[Included]    ");
+        print(path + "\n");
+        return "";
+    });
+}
+
+int listLocalSnapshots(Context&, const Arguments& arguments) {
+    print("Snapshots for disk " + arguments.front() + ":\n");
+    return exitSuccess;
+}
+
+int help(Context&, const Arguments&) {
+    print(usageText());
+    return exitSuccess;
+}
+
+struct Verb {
+    std::string_view name;
+    std::string_view arguments;
+    std::size_t fewest;
+    std::size_t most;
+    int (*run)(Context&, const Arguments&);
+};
+
+constexpr std::size_t anyNumber = SIZE_MAX;
+
+constexpr std::array verbs{
+    Verb{"setdestination", "folder", 1, 1, setDestinationVerb},
+    Verb{"removedestination", "", 0, 0, removeDestinationVerb},
+    Verb{"destinationinfo", "", 0, 0, destinationInfo},
+    Verb{"enable", "", 0, 0, enable},
+    Verb{"disable", "", 0, 0, disable},
+    Verb{"startbackup", "[--block]", 0, 1, startBackupVerb},
+    Verb{"stopbackup", "", 0, 0, stopBackupVerb},
+    Verb{"status", "", 0, 0, status},
+    Verb{"latestbackup", "", 0, 0, latestBackup},
+    Verb{"listbackups", "", 0, 0, listBackups},
+    Verb{"addexclusion", "path ...", 1, anyNumber, addExclusionVerb},
+    Verb{"removeexclusion", "path ...", 1, anyNumber, removeExclusionVerb},
+    Verb{"isexcluded", "path ...", 1, anyNumber, isExcluded},
+    Verb{"listlocalsnapshots", "mount_point", 1, 1, listLocalSnapshots},
+    Verb{"help", "", 0, 0, help},
+};
+
+} // namespace
+
+std::string usageText() {
+    std::string text = "Usage:\n";
+    for (const Verb& verb : verbs) {
+        text += "    tmutil " + std::string(verb.name);
+        text += verb.arguments.empty() ? "\n" : " " + std::string(verb.arguments) + "\n";
+    }
+    return text;
+}
+
+int runVerb(std::string_view name, const Arguments& arguments) {
+    const auto verb =
+        std::find_if(verbs.begin(), verbs.end(), [&](const Verb& one) { return one.name == name; });
+    if (verb == verbs.end()) {
+        fail("unknown verb: " + std::string(name) + "\n" + usageText());
+        return exitUsage;
+    }
+    if (arguments.size() < verb->fewest || arguments.size() > verb->most) {
+        fail("usage: tmutil " + std::string(verb->name) + " " + std::string(verb->arguments));
+        return exitUsage;
+    }
+    Context context;
+    return verb->run(context, arguments);
+}
+
+} // namespace norvane
