@@ -1,0 +1,125 @@
+// The promise that matters most: whenever a backup is killed, what was saved before stays saved.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <thread>
+
+#include "timemachine_linux/backup_sandbox.h"
+#include "timemachine_linux/file_lock.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+using SteadyClock = std::chrono::steady_clock;
+
+constexpr int rounds = 200;
+constexpr int filesInTree = 2000;
+constexpr std::size_t mostSnapshots = 6;
+
+class KilledBackups : public testing::Test {
+protected:
+    int random(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
+
+    [[nodiscard]] std::string filePath(int number) const {
+        return box_.tree() + "/d" + std::to_string(number % 40) + "/f" + std::to_string(number);
+    }
+
+    void makeTree() {
+        for (int folder = 0; folder < 40; ++folder)
+            fs::create_directory(box_.tree() + "/d" + std::to_string(folder));
+        for (int number = 0; number < filesInTree; ++number)
+            writeFile(filePath(number), std::string(static_cast<std::size_t>(random(4000)), 'a'));
+    }
+
+    void changeTree() {
+        for (int i = 0; i < 150; ++i) {
+            const std::string path = filePath(random(filesInTree));
+            switch (random(4)) {
+            case 0:
+                fs::remove(path);
+                break;
+            case 1:
+                ::chmod(path.c_str(), random(2) == 0 ? 0600 : 0644);
+                break;
+            default: // often at the size that it had
+                writeFile(path, std::string(static_cast<std::size_t>(1000 + random(2)),
+                                            static_cast<char>('a' + i % 26)));
+            }
+        }
+    }
+
+    /// Adopts what is new and forgets the oldest: every snapshot that is listed is as it was when it was
+    /// made.
+    void checkSnapshots(std::uint64_t tree, bool all) {
+        const std::vector<std::string> listed = box_.snapshots();
+        for (const std::string& path : listed) {
+            const auto known = known_.find(path);
+            if (known == known_.end())
+                known_[path] = tree;
+            if (known == known_.end() || all || random(static_cast<int>(listed.size())) == 0) {
+                ASSERT_EQ(fingerprint(box_.copyOf(path, box_.tree())), known_[path])
+                    << path << ", round " << round_;
+            }
+        }
+        ASSERT_EQ(known_.size(), listed.size()) << "a snapshot is gone, round " << round_;
+        while (known_.size() > mostSnapshots) {
+            ASSERT_EQ(fingerprint(box_.copyOf(known_.begin()->first, box_.tree())), known_.begin()->second);
+            fs::remove_all(known_.begin()->first);
+            known_.erase(known_.begin());
+        }
+    }
+
+    void killAfter(SteadyClock::duration delay, bool whileFinishing) {
+        ASSERT_EQ(box_.tmutil({"startbackup"}).exitCode, 0);
+        const pid_t worker = box_.worker();
+        if (whileFinishing) {
+            ASSERT_TRUE(eventually([&] { return box_.status("BackupPhase") == "Finishing"; }));
+        }
+        std::this_thread::sleep_for(delay);
+        ASSERT_EQ(::kill(worker, SIGKILL), 0);
+        ASSERT_TRUE(eventually([&] { return !FileLock::isHeld(box_.session.runLock); }));
+    }
+
+    BackupSandbox box_;
+    std::mt19937 random_{20260301};
+    std::map<std::string, std::uint64_t> known_;
+    int round_ = 0;
+};
+
+TEST_F(KilledBackups, NeverHarmASnapshot) {
+    ASSERT_EQ(box_.tmutil({"setdestination", box_.destination()}).exitCode, 0);
+    makeTree();
+    const auto start = SteadyClock::now();
+    ASSERT_EQ(box_.tmutil({"startbackup", "--block"}).exitCode, 0);
+    const auto wholeRun = std::chrono::duration_cast<std::chrono::microseconds>(SteadyClock::now() - start);
+    checkSnapshots(fingerprint(box_.tree()), true);
+    std::size_t published = 0;
+    for (round_ = 0; round_ < rounds && !HasFatalFailure(); ++round_) {
+        changeTree();
+        const auto tree = fingerprint(box_.tree());
+        const bool whileFinishing = round_ % 4 == 0;
+        const int longest = whileFinishing ? 20'000 : static_cast<int>(wholeRun.count());
+        const std::size_t before = known_.size();
+        killAfter(std::chrono::microseconds(random(longest)), whileFinishing);
+        checkSnapshots(tree, false);
+        published += known_.size() > before ? 1 : 0;
+        // Two kills in a row now and then: a leftover of a leftover.
+        if (round_ % 3 == 2)
+            continue;
+        ASSERT_EQ(box_.tmutil({"startbackup", "--block"}).exitCode, 0) << "round " << round_;
+        checkSnapshots(tree, false);
+        for (const auto& entry : fs::directory_iterator(fs::path(known_.begin()->first).parent_path()))
+            ASSERT_TRUE(known_.count(entry.path().string())) << entry.path() << " is left, round " << round_;
+    }
+    checkSnapshots(0, true);
+    RecordProperty("KilledAfterPublishing", static_cast<int>(published));
+}
+
+} // namespace
+} // namespace norvane

@@ -1,0 +1,161 @@
+#include "timemachine_linux/backup_sandbox.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "platform/linux/user_folders.h"
+#include "platform/property_list_text.h"
+#include "timemachine_linux/file_descriptor.h"
+#include "timemachine_linux/file_lock.h"
+
+namespace norvane {
+namespace {
+
+std::string newRoot() {
+    std::string path = std::filesystem::temp_directory_path() / "norvane-backup-XXXXXX";
+    ::mkdtemp(path.data());
+    std::filesystem::create_directories(path + "/home/tree");
+    std::filesystem::create_directories(path + "/disk");
+    ::setenv("HOME", (path + "/home").c_str(), 1);
+    ::setenv("PATH", (path + "/bin:/usr/bin:/bin:/usr/sbin:/sbin").c_str(), 1);
+    for (const char* name : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "RSYNC_PROXY"})
+        ::unsetenv(name);
+    return path;
+}
+
+void hashInto(std::uint64_t& hash, const std::string& text) {
+    constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
+    hash = (hash ^ std::hash<std::string>{}(text)) * multiplier;
+}
+
+} // namespace
+
+BackupSandbox::BackupSandbox() : BackupSandbox(newRoot()) {}
+
+BackupSandbox::BackupSandbox(std::string root)
+    : preferences(preferencesFile("com.apple.TimeMachine")), session(libraryFolder() + "/TimeMachine"),
+      root_(std::move(root)) {
+    makeFolder(preferencesFolder());
+    preferences.set("SourceFolders", {PropertyList::Array{{tree()}}});
+}
+
+BackupSandbox::~BackupSandbox() {
+    (void)tmutil({"stopbackup"});
+    (void)eventually(
+        [&] { return !FileLock::isHeld(session.runLock) && !FileLock::isHeld(session.copyLock); });
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+}
+
+ToolResult BackupSandbox::run(const std::vector<std::string>& command) const {
+    std::vector<char*> words;
+    words.reserve(command.size() + 1);
+    for (const std::string& word : command)
+        words.push_back(const_cast<char*>(word.c_str()));
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, in("out").c_str(), flags, 0600);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, in("err").c_str(), flags, 0600);
+    pid_t child = -1;
+    ToolResult result;
+    if (::posix_spawnp(&child, words[0], &actions, nullptr, words.data(), environ) == 0) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+    ::posix_spawn_file_actions_destroy(&actions);
+    result.output = readSmallFile(in("out"), std::size_t{1} << 24);
+    result.errors = readSmallFile(in("err"), std::size_t{1} << 24);
+    return result;
+}
+
+ToolResult BackupSandbox::tmutil(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), NORVANE_LIBEXEC_DIR "/tmutil");
+    return run(arguments);
+}
+
+std::vector<std::string> BackupSandbox::snapshots() const {
+    std::istringstream lines(tmutil({"listbackups"}).output);
+    std::vector<std::string> paths;
+    for (std::string line; std::getline(lines, line);)
+        paths.push_back(line);
+    return paths;
+}
+
+std::string BackupSandbox::copyOf(const std::string& snapshot, const std::string& path) const {
+    return snapshot + path;
+}
+
+std::string BackupSandbox::status(const std::string& key) const {
+    const std::string text = tmutil({"status"}).output;
+    const auto list =
+        parseTextPropertyList(std::string_view(text).substr(std::min(text.find('{'), text.size())));
+    const PropertyList* value = list ? list->find(key) : nullptr;
+    return value && value->string() ? *value->string() : std::string();
+}
+
+PropertyList BackupSandbox::recorded(const std::string& key) const {
+    const auto destinations = preferences.object("Destinations");
+    const PropertyList* value = destinations ? destinations->array()->front().find(key) : nullptr;
+    return value ? *value : PropertyList{};
+}
+
+pid_t BackupSandbox::worker() const { return std::atoi(readSmallFile(session.runLock).c_str()); }
+
+void BackupSandbox::slowDownRsync(int kilobytesPerSecond) const {
+    std::filesystem::create_directories(in("bin"));
+    const std::string path = in("bin/rsync");
+    writeFile(path,
+              "#!/bin/sh\nexec /usr/bin/rsync --bwlimit=" + std::to_string(kilobytesPerSecond) + " \"$@\"\n");
+    ::chmod(path.c_str(), 0755);
+}
+
+void writeFile(const std::string& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
+}
+
+std::uint64_t fingerprint(const std::string& folder) {
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        paths.push_back(entry.path().string());
+    paths.push_back(folder);
+    std::sort(paths.begin(), paths.end());
+    std::uint64_t hash = 0;
+    for (const std::string& path : paths) {
+        struct stat status {};
+        ::lstat(path.c_str(), &status);
+        hashInto(hash, path.substr(folder.size()));
+        hashInto(hash, std::to_string(status.st_mode) + " " + std::to_string(status.st_mtim.tv_sec) + " " +
+                           std::to_string(status.st_mtim.tv_nsec));
+        if (S_ISREG(status.st_mode))
+            hashInto(hash, readSmallFile(path, std::size_t{1} << 24));
+        if (S_ISLNK(status.st_mode))
+            hashInto(hash, std::filesystem::read_symlink(path).string());
+    }
+    return hash;
+}
+
+bool eventually(const std::function<bool()>& condition) {
+    for (int tries = 0; tries < 6000; ++tries) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return false;
+}
+
+} // namespace norvane

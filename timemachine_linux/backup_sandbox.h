@@ -1,0 +1,67 @@
+// For tests: a user of their own, with a home folder, a tree to back up and a destination.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/user_defaults_file.h"
+#include "timemachine_linux/backup_session_state.h"
+
+namespace norvane {
+
+struct ToolResult {
+    int exitCode = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Sets HOME, XDG_* and PATH of the whole test process while it lives, and removes all at the end.
+class BackupSandbox {
+public:
+    BackupSandbox();
+    BackupSandbox(const BackupSandbox&) = delete;
+    BackupSandbox& operator=(const BackupSandbox&) = delete;
+    ~BackupSandbox();
+
+    [[nodiscard]] std::string home() const { return root_ + "/home"; }
+    [[nodiscard]] std::string tree() const { return home() + "/tree"; } ///< The only source folder.
+    [[nodiscard]] std::string destination() const { return root_ + "/disk"; }
+    [[nodiscard]] std::string in(const std::string& name) const { return root_ + "/" + name; }
+
+    [[nodiscard]] ToolResult run(const std::vector<std::string>& command) const;
+    [[nodiscard]] ToolResult tmutil(std::vector<std::string> arguments) const;
+    [[nodiscard]] std::vector<std::string> snapshots() const; ///< Their paths, as tmutil lists them.
+    [[nodiscard]] std::string copyOf(const std::string& snapshot, const std::string& path) const;
+    [[nodiscard]] std::string status(const std::string& key) const;
+    [[nodiscard]] PropertyList
+    recorded(const std::string& key) const; ///< Of the destination; empty text if absent.
+    [[nodiscard]] std::int64_t recordedResult() const {
+        return recorded("RESULT").exactInteger().value_or(-1);
+    }
+    [[nodiscard]] pid_t worker() const;
+
+    /// Every later rsync copies at most so many kilobytes a second.
+    void slowDownRsync(int kilobytesPerSecond) const;
+
+    UserDefaultsFile preferences;
+    SessionFiles session;
+
+private:
+    explicit BackupSandbox(std::string root);
+
+    std::string root_;
+};
+
+void writeFile(const std::string& path, const std::string& content);
+
+/// Path, kind, mode, modification time and content of everything below the folder, in one number.
+[[nodiscard]] std::uint64_t fingerprint(const std::string& folder);
+
+/// Whether the condition comes true within a generous time.
+[[nodiscard]] bool eventually(const std::function<bool()>& condition);
+
+} // namespace norvane

@@ -1,0 +1,305 @@
+// The program as people and other programs run it.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+
+#include "timemachine_linux/backup_sandbox.h"
+#include "timemachine_linux/destination.h"
+#include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/result_code.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct stat statOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+/// What rsync would still have to do to make the copy equal, attributes and content included.
+std::string differences(const BackupSandbox& box, const std::string& original, const std::string& copy) {
+    const ToolResult result = box.run({"/usr/bin/rsync", "-naHAXci", "--modify-window=-1", "--delete",
+                                       "--numeric-ids", original + "/", copy + "/"});
+    return result.output + result.errors;
+}
+
+class Tmutil : public testing::Test {
+protected:
+    void useDestination() { ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0); }
+
+    void backUp() {
+        const ToolResult result = box.tmutil({"startbackup", "--block"});
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+
+    /// A backup that takes many seconds, stopped in the middle of its copy.
+    void startSlowBackup() {
+        for (int i = 0; i < 50; ++i)
+            writeFile(box.tree() + "/a" + std::to_string(i), "small");
+        writeFile(box.tree() + "/big", std::string(std::size_t{40} << 20, 'x'));
+        box.slowDownRsync(2000);
+        ASSERT_EQ(box.tmutil({"startbackup"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return box.status("BackupPhase") == "Copying"; }));
+    }
+
+    BackupSandbox box;
+};
+
+TEST_F(Tmutil, ExplainsWrongUse) {
+    struct Case {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* errors;
+    };
+    const Case cases[] = {
+        {{}, 64, "Usage:"},
+        {{"frobnicate"}, 64, "unknown verb"},
+        {{"setdestination"}, 64, "usage: tmutil setdestination folder"},
+        {{"status", "x"}, 64, "usage"},
+        {{"startbackup", "--fast"}, 64, "unknown option"},
+        {{"help"}, 0, ""},
+        {{"destinationinfo"}, 1, "tmutil: No destinations configured.\n"},
+        {{"removedestination"}, 1, "No destinations configured"},
+        {{"startbackup"}, 1, "No destinations configured"},
+        {{"listbackups"}, 1, "No destinations configured"},
+        {{"stopbackup"}, 0, ""},
+        {{"setdestination", "/nonexistent/x"}, 1, "No such file"},
+        {{"setdestination", "/etc/passwd"}, 1, "not a folder"},
+        {{"setdestination", "/"}, 1, "root folder"},
+        {{"setdestination", "/proc/self"}, 1, "/proc/"},
+        {{"setdestination", box.tree()}, 1, "is itself backed up"},
+        {{"addexclusion", "/nonexistent"}, 1, "No such file"},
+    };
+    for (const Case& c : cases) {
+        const ToolResult result = box.tmutil(c.arguments);
+        const std::string verb = c.arguments.empty() ? "none" : c.arguments.back();
+        EXPECT_EQ(result.exitCode, c.exitCode) << verb;
+        EXPECT_NE(result.errors.find(c.errors), std::string::npos) << verb << ": " << result.errors;
+    }
+    EXPECT_EQ(box.tmutil({"listlocalsnapshots", "/"}).output, "Snapshots for disk /:\n");
+    EXPECT_EQ(box.tmutil({"disable"}).exitCode, 0);
+    EXPECT_EQ(box.preferences.object("AutoBackup"), PropertyList{false});
+}
+
+TEST_F(Tmutil, DestinationIsKnownByItsMarker) {
+    useDestination();
+    const auto destination = configuredDestination(box.preferences);
+    ASSERT_TRUE(destination);
+    const std::string heading = "> ==================================================\nName          : disk\n"
+                                "Kind          : Local\n";
+    const std::string mountPoint = "Mount Point   : " + box.destination() + "\n";
+    const std::string id = "ID            : " + destination->id + "\n";
+    EXPECT_EQ(box.tmutil({"destinationinfo"}).output, heading + mountPoint + id);
+
+    // As after the disk went away and left its mount point.
+    fs::rename(box.destination() + "/" + destinationMarkerName, box.in("marker"));
+    EXPECT_EQ(box.tmutil({"destinationinfo"}).output, heading + id);
+    const ToolResult result = box.tmutil({"startbackup"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("not available"), std::string::npos);
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::destinationUnavailable));
+    EXPECT_TRUE(fs::is_empty(box.destination()));
+
+    // The same folder again is the same destination, with its history.
+    fs::rename(box.in("marker"), box.destination() + "/" + destinationMarkerName);
+    useDestination();
+    EXPECT_EQ(configuredDestination(box.preferences)->id, destination->id);
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::destinationUnavailable));
+    EXPECT_EQ(box.tmutil({"removedestination"}).exitCode, 0);
+    EXPECT_FALSE(configuredDestination(box.preferences));
+}
+
+TEST_F(Tmutil, SnapshotsEqualTheTreeAndShareWhatDidNotChange) {
+    useDestination();
+    const std::string tree = box.tree();
+    fs::create_directories(tree + "/dir/empty");
+    for (const std::string name :
+         {"plain", "we[ir]d*?", "new\nline", "\xff\xfe bytes", "back\\slash", "-rf", "a:b"})
+        writeFile(tree + "/dir/" + name, "content of " + name);
+    fs::create_symlink("nowhere", tree + "/dangling");
+    fs::create_hard_link(tree + "/dir/plain", tree + "/dir/second name");
+    writeFile(tree + "/sealed", "x");
+    ::chmod((tree + "/sealed").c_str(), 0400);
+    ::setxattr((tree + "/sealed").c_str(), "user.note", "abc", 3, 0);
+    (void)box.run({"setfacl", "-m", "u:12345:r", tree + "/dir/plain"});
+    ::chmod((tree + "/dir/empty").c_str(), 0555);
+    backUp();
+    const std::string first = box.snapshots().at(0);
+    const std::string firstCopy = box.copyOf(first, tree);
+    EXPECT_EQ(differences(box, tree, firstCopy), "");
+    EXPECT_EQ(statOf(firstCopy + "/dir/plain").st_ino, statOf(firstCopy + "/dir/second name").st_ino);
+    const auto before = fingerprint(first);
+
+    // Within the same second and at the same size, by mode alone, and not at all.
+    writeFile(tree + "/dir/we[ir]d*?", "CONTENT of we[ir]d*?");
+    ::chmod((tree + "/sealed").c_str(), 0440);
+    backUp();
+    ASSERT_EQ(box.snapshots().size(), 2U);
+    const std::string secondCopy = box.copyOf(box.snapshots().at(1), tree);
+    EXPECT_EQ(differences(box, tree, secondCopy), "");
+    EXPECT_EQ(fingerprint(first), before);
+    EXPECT_EQ(statOf(firstCopy + "/dir/new\nline").st_ino, statOf(secondCopy + "/dir/new\nline").st_ino);
+    EXPECT_EQ(box.tmutil({"latestbackup"}).output, box.snapshots().at(1) + "\n");
+    EXPECT_EQ(box.recorded("SnapshotDates").array()->size(), 2U);
+    EXPECT_EQ(box.recorded("AttemptDates").array()->size(), 2U);
+    EXPECT_EQ(box.recordedResult(), 0);
+}
+
+TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
+    box.preferences.set("SourceFolders", {PropertyList::Array{{std::string("~")}}});
+    ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0);
+    const std::string home = box.home();
+    for (const std::string folder :
+         {".cache/x", ".local/share/Trash/files", "keep/.cache", "w*ld", "wild", "b\\[s"})
+        fs::create_directories(home + "/" + folder);
+    for (const std::string file : {"a\nb", "a", "\xff", "w*ld/f", "wild/f", "b\\[s/f", "keep/.cache/f"})
+        writeFile(home + "/" + file, "x");
+    const std::vector<std::string> excluded{"a\nb", "\xff", "w*ld", "b\\[s", "tree"};
+    for (const std::string& name : excluded)
+        EXPECT_EQ(box.tmutil({"addexclusion", home + "/" + name}).exitCode, 0);
+    EXPECT_EQ(box.tmutil({"removeexclusion", home + "/tree"}).exitCode, 0);
+    EXPECT_EQ(box.tmutil({"isexcluded", home + "/w*ld/f", home + "/wild", home + "/.cache/y", "/etc"}).output,
+              "[Excluded]    " + home + "/w*ld/f\n[Included]    " + home + "/wild\n[Excluded]    " + home +
+                  "/.cache/y\n[Excluded]    /etc\n");
+    backUp();
+    const std::string copy = box.copyOf(box.snapshots().at(0), home);
+    for (const std::string name : {"a\nb", "\xff", "w*ld", "b\\[s", ".cache", ".local/share/Trash"})
+        EXPECT_FALSE(fs::exists(copy + "/" + name)) << name;
+    for (const std::string name : {"a", "wild/f", "keep/.cache/f", "tree"})
+        EXPECT_TRUE(fs::exists(copy + "/" + name)) << name;
+
+    box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/gone"}}});
+    EXPECT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 1);
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::nothingToBackUp));
+    EXPECT_EQ(box.snapshots().size(), 1U);
+}
+
+TEST_F(Tmutil, DestinationInsideASourceIsNotBackedUp) {
+    const std::string inside = box.tree() + "/backups";
+    fs::create_directories(inside);
+    writeFile(box.tree() + "/f", "x");
+    ASSERT_EQ(box.tmutil({"setdestination", inside}).exitCode, 0);
+    backUp();
+    backUp();
+    const std::string copy = box.copyOf(box.snapshots().at(1), box.tree());
+    EXPECT_TRUE(fs::exists(copy + "/f"));
+    EXPECT_FALSE(fs::exists(copy + "/backups"));
+}
+
+TEST_F(Tmutil, StartLetsGoOfItsCallerAndOnlyOneRuns) {
+    useDestination();
+    startSlowBackup();
+    // A reader of its output sees the end although a worker carries on.
+    ASSERT_EQ(box.tmutil({"stopbackup"}).exitCode, 0);
+    ASSERT_TRUE(eventually([&] { return !FileLock::isHeld(box.session.runLock); }));
+    FILE* pipe = ::popen(NORVANE_LIBEXEC_DIR "/tmutil startbackup 2>&1", "r");
+    std::array<char, 64> text{};
+    EXPECT_EQ(std::fread(text.data(), 1, text.size(), pipe), 0U);
+    EXPECT_EQ(::pclose(pipe), 0);
+    EXPECT_EQ(box.status("Running"), "1");
+    const pid_t worker = box.worker();
+    EXPECT_NE(::getsid(worker), ::getsid(0));
+    EXPECT_EQ(fs::read_symlink("/proc/" + std::to_string(worker) + "/cwd"), "/");
+    const ToolResult second = box.tmutil({"startbackup", "--block"});
+    EXPECT_EQ(second.exitCode, 0);
+    EXPECT_EQ(second.output, "A backup is already running.\n");
+    EXPECT_EQ(box.worker(), worker);
+}
+
+TEST_F(Tmutil, StopIsNoFailureAndTheNextRunKeepsWhatWasFinished) {
+    useDestination();
+    writeFile(box.tree() + "/old", "old");
+    backUp();
+    const std::string first = box.snapshots().at(0);
+    const auto before = fingerprint(first);
+    startSlowBackup();
+    const std::string unfinished =
+        box.destination() + "/" + fs::path(first).parent_path().filename().string();
+    std::string finishedCopy;
+    ASSERT_TRUE(eventually([&] {
+        for (const auto& entry : fs::directory_iterator(unfinished))
+            if (entry.path().extension() == ".inProgress")
+                finishedCopy = entry.path().string() + box.tree() + "/a1";
+        return fs::exists(finishedCopy);
+    }));
+    const auto inode = statOf(finishedCopy).st_ino;
+    EXPECT_EQ(box.tmutil({"stopbackup"}).exitCode, 0);
+    ASSERT_TRUE(eventually([&] { return box.status("Running") == "0"; }));
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::stopped));
+    EXPECT_EQ(box.snapshots().size(), 1U);
+
+    // The leftover shares "old" with the first snapshot, where its mode must not change with the source's.
+    ::chmod((box.tree() + "/old").c_str(), 0600);
+    fs::remove(box.tree() + "/a2");
+    box.slowDownRsync(0);
+    backUp();
+    ASSERT_EQ(box.snapshots().size(), 2U);
+    const std::string copy = box.copyOf(box.snapshots().at(1), box.tree());
+    EXPECT_EQ(differences(box, box.tree(), copy), "");
+    EXPECT_EQ(statOf(copy + "/a1").st_ino, inode);
+    EXPECT_EQ(fingerprint(first), before);
+}
+
+TEST_F(Tmutil, StatusNeverClaimsADeadRunAndItsCopyDiesWithIt) {
+    useDestination();
+    startSlowBackup();
+    EXPECT_EQ(box.status("Running"), "1");
+    EXPECT_EQ(box.status("DestinationMountPoint"), box.destination());
+    ::kill(box.worker(), SIGKILL);
+    EXPECT_TRUE(eventually([&] { return box.status("Running") == "0"; }));
+    EXPECT_TRUE(eventually([&] { return !FileLock::isHeld(box.session.copyLock); }));
+    EXPECT_TRUE(box.snapshots().empty());
+}
+
+TEST_F(Tmutil, UnreadableFilesAreReportedAndTheRestIsSaved) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root reads everything";
+    useDestination();
+    writeFile(box.tree() + "/readable", "x");
+    writeFile(box.tree() + "/secret", "x");
+    ::chmod((box.tree() + "/secret").c_str(), 0);
+    backUp();
+    EXPECT_TRUE(fs::exists(box.copyOf(box.snapshots().at(0), box.tree()) + "/readable"));
+    const PropertyList messages = box.recorded("MessageParameters");
+    ASSERT_EQ(messages.array()->size(), 1U);
+    EXPECT_NE(messages.array()->front().string()->find("secret"), std::string::npos);
+}
+
+TEST_F(Tmutil, RsyncMissingAndDiskFullAreToldApart) {
+    writeFile(box.in("image"), "");
+    fs::resize_file(box.in("image"), std::uintmax_t{64} << 20);
+    if (box.run({"mkfs.ext4", "-q", "-F", box.in("image")}).exitCode != 0 ||
+        box.run({"mount", "-o", "loop", box.in("image"), box.destination()}).exitCode != 0)
+        GTEST_SKIP() << "needs root and loop devices";
+    useDestination();
+    writeFile(box.tree() + "/small", "x");
+    backUp();
+    const auto before = fingerprint(box.snapshots().at(0));
+    writeFile(box.tree() + "/big", std::string(std::size_t{80} << 20, 'x'));
+    const ToolResult full = box.tmutil({"startbackup", "--block"});
+    EXPECT_EQ(full.exitCode, 1);
+    EXPECT_NE(full.errors.find("No space left"), std::string::npos) << full.errors;
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::destinationFull));
+    ASSERT_EQ(box.snapshots().size(), 1U);
+    EXPECT_EQ(fingerprint(box.snapshots().at(0)), before);
+    fs::remove(box.tree() + "/big");
+    backUp();
+    EXPECT_EQ(box.snapshots().size(), 2U);
+    ::setenv("PATH", "/nonexistent", 1);
+    EXPECT_NE(box.tmutil({"startbackup"}).errors.find("rsync is not installed"), std::string::npos);
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::rsyncMissing));
+    ::setenv("PATH", "/usr/bin:/bin:/usr/sbin:/sbin", 1);
+    EXPECT_EQ(box.run({"umount", box.destination()}).exitCode, 0);
+}
+
+} // namespace
+} // namespace norvane
