@@ -12,7 +12,10 @@ constexpr int sourceFilesVanished = 24;
 // rsync ends a message about a failed system call with the errno in parentheses, and names the process that
 // met it; a file's name can imitate neither at both ends of the line.
 bool endsWithError(std::string_view line, int number) {
-    return line.ends_with("(" + std::to_string(number) + ")");
+    std::string ending(1, '(');
+    ending += std::to_string(number);
+    ending += ')';
+    return line.ends_with(ending);
 }
 
 bool fromReceivingSide(std::string_view line) {

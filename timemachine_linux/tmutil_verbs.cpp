@@ -207,8 +207,10 @@ constexpr std::array verbs{
 std::string usageText() {
     std::string text = "Usage:\n";
     for (const Verb& verb : verbs) {
-        text += "    tmutil " + std::string(verb.name);
-        text += verb.arguments.empty() ? "\n" : " " + std::string(verb.arguments) + "\n";
+        text.append("    tmutil ").append(verb.name);
+        if (!verb.arguments.empty())
+            text.append(1, ' ').append(verb.arguments);
+        text += '\n';
     }
     return text;
 }
