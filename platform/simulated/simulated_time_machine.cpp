@@ -1,8 +1,8 @@
 #include "platform/simulated/simulated_time_machine.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "platform/property_list_text.h"
 #include "platform/property_list_xml.h"
 
 namespace norvane {
@@ -20,7 +20,7 @@ PropertyList dateList(const std::vector<Instant>& dates) {
 
 /// Time Machine thins what it keeps; here the oldest go.
 void keepNewest(std::vector<Instant>& dates, Instant newest) {
-    constexpr std::size_t kept = 50;
+    constexpr std::size_t kept = 8;
     if (dates.size() >= kept)
         dates.erase(dates.begin());
     dates.push_back(newest);
@@ -93,22 +93,17 @@ void SimulatedTimeMachine::catchUp() const {
 }
 
 std::string SimulatedTimeMachine::statusText() const {
-    using Dictionary = PropertyList::Dictionary;
-    const auto text = [](auto number) { return PropertyList{std::to_string(number)}; };
-    Dictionary status = {{"ClientID", {std::string("com.apple.backupd")}},
-                         {"Running", text(startedAt_ ? 1 : 0)}};
-    if (startedAt_) {
-        const double fraction =
-            std::clamp(secondsBetween(*startedAt_, time_.now()) / backupSeconds, 0.0, 1.0);
-        auto bytes = static_cast<std::int64_t>(fraction * static_cast<double>(backupBytes));
-        bytes = std::min(bytes, stallsAt.value_or(bytes));
-        status["BackupPhase"] = {std::string("Copying")};
-        status["Percent"] = text(fraction);
-        status["Progress"] = {Dictionary{{"bytes", text(bytes)},
-                                         {"totalBytes", text(backupBytes)},
-                                         {"TimeRemaining", text(backupSeconds * (1 - fraction))}}};
-    }
-    return "Backup session status:\n" + writeTextPropertyList({status}) + "\n";
+    if (!startedAt_)
+        return "Backup session status:\n{\n    ClientID = \"com.apple.backupd\";\n    Running = 0;\n}\n";
+    const double fraction = std::clamp(secondsBetween(*startedAt_, time_.now()) / backupSeconds, 0.0, 1.0);
+    auto bytes = static_cast<std::int64_t>(fraction * static_cast<double>(backupBytes));
+    bytes = std::min(bytes, stallsAt.value_or(bytes));
+    const auto remaining = static_cast<std::int64_t>(backupSeconds * (1 - fraction));
+    return "Backup session status:\n{\n    BackupPhase = Copying;\n    ClientID = \"com.apple.backupd\";\n"
+           "    Percent = \"" +
+           std::to_string(fraction) + "\";\n    Progress =     {\n        TimeRemaining = " +
+           std::to_string(remaining) + ";\n        bytes = " + std::to_string(bytes) +
+           ";\n        totalBytes = " + std::to_string(backupBytes) + ";\n    };\n    Running = 1;\n}\n";
 }
 
 std::string SimulatedTimeMachine::destinationText() const {
@@ -136,7 +131,12 @@ std::string SimulatedTimeMachine::preferencesText() const {
             {"MessageParameters", {parameters}},
         }}}};
     }
-    return writeXmlPropertyList({preferences}, PlistDatePrecision::wholeSeconds);
+    // Asked for a hundred thousand times a simulated year, and seldom changed in between.
+    if (preferences != preferences_) {
+        preferencesText_ = writeXmlPropertyList({preferences}, PlistDatePrecision::wholeSeconds);
+        preferences_ = std::move(preferences);
+    }
+    return preferencesText_;
 }
 
 } // namespace norvane

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/command_runner.h"
+#include "platform/property_list.h"
 #include "platform/simulated/simulated_time.h"
 
 namespace norvane {
@@ -60,6 +61,8 @@ private:
 
     SimulatedTime& time_;
     mutable std::optional<Instant> startedAt_; // none: idle
+    mutable PropertyList::Dictionary preferences_; // as last written out
+    mutable std::string preferencesText_;
 };
 
 } // namespace norvane

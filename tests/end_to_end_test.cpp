@@ -1,0 +1,128 @@
+// The running program with the real tools and real files.
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+#include "tests/program_fixture.h"
+
+namespace norvane {
+namespace {
+
+void fillWithFiles(const std::string& folder, int count, int bytesEach) {
+    std::filesystem::create_directories(folder);
+    for (int i = 0; i < count; ++i)
+        std::ofstream(folder + "/file " + std::to_string(i)) << std::string(static_cast<std::size_t>(bytesEach), 'x')
+                                                             << i;
+}
+
+/// The lines of the log that fail the test are the ones to read.
+#define ASSERT_LOGGED(position, text, seconds)                                                                 \
+    do {                                                                                                       \
+        const auto found = user.waitForLog(text, seconds, position);                                           \
+        ASSERT_TRUE(found) << "not logged: " << (text) << "\n" << user.log();                                   \
+        position = *found;                                                                                     \
+    } while (false)
+
+TEST(Norvane, RunsScheduledBackupsFromThePlanToTheProof) {
+    ProgramFixture user;
+    fillWithFiles(user.source() + "/notes", 300, 2000);
+    user.makeBackupDue();
+    const pid_t program = user.start();
+
+    std::size_t position = 0;
+    ASSERT_LOGGED(position, "Next backup scheduled for", 10);
+    ASSERT_LOGGED(position, "Scheduled backup requested", 90);
+    ASSERT_LOGGED(position, "Backup started", 30);
+    ASSERT_LOGGED(position, "Backup finished — snapshot verified", 60);
+    ASSERT_LOGGED(position, "Next backup scheduled for", 5);
+    const std::string snapshot = user.tmutil("latestbackup");
+    EXPECT_EQ(user.shell("diff -r --no-dereference '" + user.source() + "' '" + snapshot + user.source() + "'"), "");
+
+    // A backup is due again, but the destination is gone: told at once, and tried again in a quarter of an hour.
+    user.setLastBackupTwoHoursAgo();
+    std::filesystem::rename(user.destination(), user.path("elsewhere"));
+    user.action("back-up-now");
+    ASSERT_LOGGED(position, "Backup disk \"Backup Disk\" isn't mounted", 10);
+    const std::string failureLine = user.log().substr(0, position);
+    const std::string failedAt = failureLine.substr(failureLine.rfind('\n') + 1, 25);
+    const std::string retryAt = user.shell("date -u -d '" + failedAt + " 15 minutes' '+%Y-%m-%d %H:%M:%S'");
+    ASSERT_LOGGED(position, "Next backup scheduled for " + retryAt, 5);
+    EXPECT_EQ(user.defaults("read org.norvane.Norvane failureStreak.v1"), "1");
+    std::filesystem::rename(user.path("elsewhere"), user.destination());
+
+    fillWithFiles(user.source() + "/large", 400, 1'000'000);
+    user.action("back-up-now");
+    ASSERT_LOGGED(position, "Backup started", 30);
+    user.action("stop");
+    ASSERT_LOGGED(position, "Backup stopped", 30);
+    EXPECT_EQ(user.tmutil("latestbackup"), snapshot) << "what was stopped is no snapshot";
+
+    const pid_t second = user.start();
+    EXPECT_EQ(user.waitForExit(second, 10), 0);
+    ASSERT_LOGGED(position, "Reopened from Finder/Dock — opening Health window", 5);
+    EXPECT_TRUE(user.running(program));
+
+    user.action("quit");
+    EXPECT_EQ(user.waitForExit(program, 10), 0);
+}
+
+TEST(Norvane, TheUsersActionsArriveOverTheBus) {
+    ProgramFixture user;
+    const pid_t program = user.start();
+    std::size_t position = 0;
+    ASSERT_LOGGED(position, "First launch: interval timing starts now", 10);
+    for (const auto& [action, line] : {std::pair{"pause-1-hour", "Paused until "},
+                                       {"pause-3-hours", "Paused until "},
+                                       {"pause-until-tomorrow", "Paused until "},
+                                       {"resume", "Schedule resumed"},
+                                       {"skip-next", "Skipping the "},
+                                       {"no such action", ""}}) {
+        user.action(action);
+        ASSERT_LOGGED(position, line, 5);
+    }
+    EXPECT_TRUE(user.running(program));
+    // A setting written from outside is seen, and the program's own are readable from outside.
+    EXPECT_NE(user.defaults("read org.norvane.Norvane plannedFireDate.v1"), "");
+}
+
+TEST(Norvane, NothingThatIsMissingStopsIt) {
+    struct Case {
+        const char* what;
+        std::string program = NORVANE_BIN_DIR "/norvane";
+        std::vector<std::string> variables = {};
+        std::string garbageInSettings = {};
+        bool logs = true;
+    };
+    ProgramFixture tools;
+    std::filesystem::create_directories(tools.path("alone/bin"));
+    std::filesystem::copy(NORVANE_BIN_DIR "/norvane", tools.path("alone/bin/norvane"));
+    const Case cases[] = {
+        {.what = "no session bus", .variables = {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"}},
+        {.what = "no tools", .program = tools.path("alone/bin/norvane")},
+        {.what = "no place for the log", .variables = {"XDG_STATE_HOME=/dev/null/state"}, .logs = false},
+        {.what = "no place for settings", .variables = {"XDG_CONFIG_HOME=/dev/null/config"}},
+        {.what = "settings of garbage", .garbageInSettings = "\xff\xfe garbage {"},
+        {.what = "settings cut short", .garbageInSettings = "<?xml version=\"1.0\"?><plist><dict><key>sche"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ProgramFixture user;
+        const std::string settings = user.path("config/norvane/org.norvane.Norvane.plist");
+        if (!c.garbageInSettings.empty())
+            std::ofstream(settings) << c.garbageInSettings;
+        const pid_t program = user.start(c.program, c.variables);
+        if (c.logs) {
+            EXPECT_TRUE(user.waitForLog("Next backup scheduled for", 10));
+        }
+        EXPECT_EQ(user.waitForExit(program, 1.5), std::nullopt) << "it ended";
+        if (!c.garbageInSettings.empty()) {
+            EXPECT_TRUE(std::filesystem::exists(settings + ".unreadable")) << "what was there is kept aside";
+        }
+        kill(program, SIGTERM);
+        EXPECT_EQ(user.waitForExit(program, 5), 128 + SIGTERM);
+    }
+}
+
+} // namespace
+} // namespace norvane
