@@ -90,9 +90,12 @@ BackupWorker::Failure BackupWorker::prepareFolder() {
     unfinishedName_ = job_.resuming ? newest : name;
     // Before the folder, so that no folder can be taken for one that an earlier note vouches for.
     writeLeftoverNote(around_.files.leftover, {destination_.id, unfinishedName_, currentBootId()});
-    if (!job_.resuming && ::mkdir(store_.pathOf(unfinishedName_).c_str(), privateFolder) != 0)
-        return destinationFailure("making the backup's folder", errno);
-    return std::nullopt;
+    if (job_.resuming || ::mkdir(store_.pathOf(unfinishedName_).c_str(), privateFolder) == 0)
+        return std::nullopt;
+    const int error = errno;
+    unfinishedName_.clear(); // whatever has the name is not ours to vouch for
+    ::unlink(around_.files.leftover.c_str());
+    return destinationFailure("making the backup's folder", error);
 }
 
 bool BackupWorker::resume(const std::string& name) {

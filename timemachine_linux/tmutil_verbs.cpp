@@ -132,7 +132,7 @@ int forEachPath(const Arguments& arguments, Action action) {
         if (!path)
             result = fail(argument + ": No such file or directory");
         else if (const std::string trouble = action(*path); !trouble.empty())
-            result = fail(argument + ": " + trouble);
+            result = fail(std::string(argument).append(": ").append(trouble));
     }
     return result;
 }
