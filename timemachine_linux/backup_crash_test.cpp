@@ -61,8 +61,10 @@ protected:
         const std::vector<std::string> listed = box_.snapshots();
         for (const std::string& path : listed) {
             const auto known = known_.find(path);
-            if (known == known_.end())
+            if (known == known_.end()) {
                 known_[path] = tree;
+                ++adopted_;
+            }
             if (known == known_.end() || all || random(static_cast<int>(listed.size())) == 0) {
                 ASSERT_EQ(fingerprint(box_.copyOf(path, box_.tree())), known_[path])
                     << path << ", round " << round_;
@@ -83,13 +85,31 @@ protected:
         lastRunMicroseconds_ = static_cast<int>(taken.count());
     }
 
-    void killAfter(SteadyClock::duration delay, bool whileFinishing) {
+    [[nodiscard]] std::size_t namedSnapshots() const {
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(fs::path(known_.begin()->first).parent_path()))
+            count += entry.is_directory() && entry.path().extension() != ".inProgress" ? 1 : 0;
+        return count;
+    }
+
+    enum class Moment { anywhere, finishing, named };
+
+    void killAt(Moment moment) {
+        const std::size_t before = known_.size();
         ASSERT_EQ(box_.tmutil({"startbackup"}).exitCode, 0);
         const pid_t worker = box_.worker();
-        if (whileFinishing) {
+        int longestMicroseconds = lastRunMicroseconds_;
+        if (moment == Moment::finishing) {
             ASSERT_TRUE(eventually([&] { return box_.status("BackupPhase") == "Finishing"; }));
+            longestMicroseconds /= 2;
         }
-        std::this_thread::sleep_for(delay);
+        if (moment == Moment::named) {
+            const auto limit = SteadyClock::now() + std::chrono::seconds(60);
+            while (namedSnapshots() <= before && SteadyClock::now() < limit)
+                std::this_thread::sleep_for(std::chrono::microseconds(100));
+            longestMicroseconds = 3000;
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(random(longestMicroseconds)));
         ASSERT_EQ(::kill(worker, SIGKILL), 0);
         ASSERT_TRUE(eventually([&] { return !FileLock::isHeld(box_.session.runLock); }));
     }
@@ -98,6 +118,7 @@ protected:
     std::mt19937 random_{20260301};
     std::map<std::string, std::uint64_t> known_;
     int round_ = 0;
+    int adopted_ = 0; // snapshots that have ever been seen
     int lastRunMicroseconds_ = 0;
 };
 
@@ -106,18 +127,16 @@ TEST_F(KilledBackups, NeverHarmASnapshot) {
     makeTree();
     ASSERT_NO_FATAL_FAILURE(wholeBackup());
     checkSnapshots(fingerprint(box_.tree()), true);
-    std::size_t published = 0;
+    int published = 0;
     for (round_ = 0; round_ < rounds && !HasFatalFailure(); ++round_) {
         changeTree();
         const auto tree = fingerprint(box_.tree());
-        const std::size_t before = known_.size();
+        const int before = adopted_;
         // Half of the moments are about the end, where the copy gets its name.
-        if (round_ % 2 == 0)
-            killAfter(std::chrono::microseconds(random(lastRunMicroseconds_ / 2)), true);
-        else
-            killAfter(std::chrono::microseconds(random(lastRunMicroseconds_)), false);
+        const Moment moments[] = {Moment::anywhere, Moment::finishing, Moment::anywhere, Moment::named};
+        ASSERT_NO_FATAL_FAILURE(killAt(moments[round_ % 4]));
         checkSnapshots(tree, false);
-        published += known_.size() > before ? 1 : 0;
+        published += adopted_ - before;
         // Otherwise the next round's run finds the leftover, while the tree has changed.
         if (random(2) == 0)
             continue;
@@ -127,8 +146,8 @@ TEST_F(KilledBackups, NeverHarmASnapshot) {
             ASSERT_TRUE(known_.count(entry.path().string())) << entry.path() << " is left, round " << round_;
     }
     checkSnapshots(0, true);
-    RecordProperty("KilledAfterPublishing", static_cast<int>(published));
-    std::printf("%zu of %d runs were killed after their snapshot had its name\n", published, rounds);
+    RecordProperty("KilledAfterPublishing", published);
+    std::printf("%d of %d runs were killed after their snapshot had its name\n", published, rounds);
 }
 
 } // namespace

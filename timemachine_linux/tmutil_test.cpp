@@ -124,7 +124,7 @@ TEST_F(Tmutil, SnapshotsEqualTheTreeAndShareWhatDidNotChange) {
     fs::create_directories(tree + "/dir/empty");
     for (const std::string name :
          {"plain", "we[ir]d*?", "new\nline", "\xff\xfe bytes", "back\\slash", "-rf", "a:b"})
-        writeFile(tree + "/dir/" + name, "content of " + name);
+        writeFile(fs::path(tree + "/dir") / name, "content of " + name);
     fs::create_symlink("nowhere", tree + "/dangling");
     fs::create_hard_link(tree + "/dir/plain", tree + "/dir/second name");
     writeFile(tree + "/sealed", "x");
@@ -160,12 +160,12 @@ TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
     const std::string home = box.home();
     for (const std::string folder :
          {".cache/x", ".local/share/Trash/files", "keep/.cache", "w*ld", "wild", "b\\[s"})
-        fs::create_directories(home + "/" + folder);
+        fs::create_directories(fs::path(home) / folder);
     for (const std::string file : {"a\nb", "a", "\xff", "w*ld/f", "wild/f", "b\\[s/f", "keep/.cache/f"})
-        writeFile(home + "/" + file, "x");
+        writeFile(fs::path(home) / file, "x");
     const std::vector<std::string> excluded{"a\nb", "\xff", "w*ld", "b\\[s", "tree"};
     for (const std::string& name : excluded)
-        EXPECT_EQ(box.tmutil({"addexclusion", home + "/" + name}).exitCode, 0);
+        EXPECT_EQ(box.tmutil({"addexclusion", fs::path(home) / name}).exitCode, 0);
     EXPECT_EQ(box.tmutil({"removeexclusion", home + "/tree"}).exitCode, 0);
     EXPECT_EQ(box.tmutil({"isexcluded", home + "/w*ld/f", home + "/wild", home + "/.cache/y", "/etc"}).output,
               "[Excluded]    " + home + "/w*ld/f\n[Included]    " + home + "/wild\n[Excluded]    " + home +
@@ -173,9 +173,9 @@ TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
     backUp();
     const std::string copy = box.copyOf(box.snapshots().at(0), home);
     for (const std::string name : {"a\nb", "\xff", "w*ld", "b\\[s", ".cache", ".local/share/Trash"})
-        EXPECT_FALSE(fs::exists(copy + "/" + name)) << name;
+        EXPECT_FALSE(fs::exists(fs::path(copy) / name)) << name;
     for (const std::string name : {"a", "wild/f", "keep/.cache/f", "tree"})
-        EXPECT_TRUE(fs::exists(copy + "/" + name)) << name;
+        EXPECT_TRUE(fs::exists(fs::path(copy) / name)) << name;
 
     box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/gone"}}});
     EXPECT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 1);

@@ -1,0 +1,100 @@
+#include "timemachine_linux/source_selection.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "timemachine_linux/backup_sandbox.h"
+#include "timemachine_linux/leftover_note.h"
+#include "timemachine_linux/paths.h"
+#include "timemachine_linux/tree_removal.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+using Paths = std::vector<std::string>;
+
+TEST(SourceSelection, TakesFoldersOnceAndOnlyThoseNotExcluded) {
+    BackupSandbox box;
+    const UserPlaces places = userPlaces();
+    const std::string home = places.home;
+    fs::create_directories(home + "/a/inner");
+    fs::create_directories(home + "/b/out");
+    fs::create_directory_symlink(home + "/a", home + "/alias");
+    struct Case {
+        Paths configured;
+        Paths sources;
+        std::size_t missing;
+    };
+    const Case cases[] = {
+        {{"~"}, {home}, 0},
+        {{"~/a", "~/b/"}, {home + "/a", home + "/b"}, 0},
+        {{"~/alias", "~/a", "~/a/inner"}, {home + "/a"}, 0},
+        {{"~/nothing", "~/b", "relative"}, {home + "/b"}, 1},
+        {{"~/b/out", "~/.cache"}, {}, 1},
+        {{}, {}, 0},
+    };
+    ASSERT_TRUE(addExclusion(box.preferences, home + "/b/out"));
+    for (const Case& c : cases) {
+        PropertyList::Array configured;
+        for (const std::string& path : c.configured)
+            configured.push_back({path});
+        box.preferences.set("SourceFolders", {configured});
+        const SourceSelection selection = selectSources(box.preferences, places, home + "/a/backups");
+        const std::string hint = c.configured.empty() ? "none" : c.configured.front();
+        EXPECT_EQ(selection.sources, c.sources) << hint;
+        EXPECT_EQ(selection.missing.size(), c.missing) << hint;
+    }
+    box.preferences.remove("SourceFolders");
+    EXPECT_EQ(selectSources(box.preferences, places, "").sources, Paths{home});
+    // A destination around a source must not swallow it.
+    box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/a"}}});
+    EXPECT_EQ(selectSources(box.preferences, places, home).sources, Paths{home + "/a"});
+    EXPECT_FALSE(isWithin("/home/user2", "/home/user"));
+}
+
+TEST(UnfinishedSnapshots, LoseSourcesThatAreGoneAndFilesThatOthersShare) {
+    const BackupSandbox box;
+    const std::string folder = box.in("disk/unfinished");
+    for (const std::string path : {"/home/u/docs", "/home/u/other", "/home/u2", "/srv"}) {
+        fs::create_directories(folder + path);
+        writeFile(folder + path + "/f", "x");
+        fs::permissions(folder + path, fs::perms::owner_read | fs::perms::owner_exec);
+    }
+    fs::create_directory_symlink(box.home(), folder + "/home/u2-link");
+    fs::create_hard_link(folder + "/home/u/docs/f", box.in("disk/shared"));
+    EXPECT_TRUE(removeAllBut(folder, {"/home/u/docs", "/home/u2"}));
+    EXPECT_FALSE(fs::exists(folder + "/home/u/other"));
+    EXPECT_FALSE(fs::exists(folder + "/srv"));
+    EXPECT_TRUE(fs::exists(folder + "/home/u2/f"));
+    EXPECT_TRUE(removeSharedFiles(folder));
+    EXPECT_FALSE(fs::exists(folder + "/home/u/docs/f"));
+    EXPECT_TRUE(fs::exists(folder + "/home/u2/f"));
+    EXPECT_TRUE(fs::exists(box.in("disk/shared")));
+    EXPECT_TRUE(removeTree(folder));
+    EXPECT_TRUE(removeTree(folder));
+    EXPECT_TRUE(fs::exists(box.tree())) << "a symbolic link was followed";
+}
+
+TEST(UnfinishedSnapshots, AreTrustedOnlyInTheSameBootOrWhenSynced) {
+    const BackupSandbox box;
+    const std::string path = box.in("note");
+    EXPECT_FALSE(canTrust(readLeftoverNote(path), "disk", "name", "boot"));
+    struct Case {
+        LeftoverNote note;
+        bool trusted;
+    };
+    const Case cases[] = {
+        {{"disk", "name", "boot"}, true},     {{"disk", "name", ""}, true},
+        {{"disk", "name", "earlier"}, false}, {{"disk", "other", ""}, false},
+        {{"other", "name", "boot"}, false},
+    };
+    for (const Case& c : cases) {
+        ASSERT_TRUE(writeLeftoverNote(path, c.note));
+        EXPECT_EQ(canTrust(readLeftoverNote(path), "disk", "name", "boot"), c.trusted) << c.note.bootId;
+    }
+}
+
+} // namespace
+} // namespace norvane
