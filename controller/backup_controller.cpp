@@ -148,8 +148,8 @@ std::unique_ptr<BackupController::Subscription> BackupController::subscribe(std:
 }
 
 void BackupController::notifyObservers() {
-    for (std::function<void()>* observer : observers_)
-        (*observer)();
+    for (auto next = observers_.begin(); next != observers_.end();)
+        (**next++)(); // an observer may end its own subscription
 }
 
 BackupController::Subscription::Subscription(BackupController& controller, std::function<void()> observer)

@@ -174,6 +174,7 @@ TEST(Settings, StrangeStoredNumbersBreakNothing) {
     conditions.recheckMinutes = INT64_MIN;
     h.store.setConditions(conditions);
     h.defaults.set("launchGraceMinutes.v1", {INT64_MAX / 2});
+    h.store.setFailureStreak(INT64_MAX);
     h.measurements.power.onAC = false;
     h.start();
     h.time.advance(60);
@@ -183,6 +184,10 @@ TEST(Settings, StrangeStoredNumbersBreakNothing) {
     h.time.advance(600);
     EXPECT_GT(h.countLogged("Waiting running on battery power"), 100)
         << "checked every second, never in a tight loop";
+    h.timeMachine.toolsMissing = true;
+    h.controller->requestBackup(false);
+    h.time.advance(1);
+    EXPECT_EQ(h.store.failureStreak(), INT64_MAX);
 }
 
 } // namespace

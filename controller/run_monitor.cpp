@@ -1,5 +1,6 @@
 // From the request to the verified snapshot: starting a backup, following it, and judging its end.
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 #include "controller/backup_controller.h"
@@ -322,7 +323,8 @@ void BackupController::finishBackup(bool verified) {
 
 void BackupController::recordFailure(const std::string& message) {
     announce(message);
-    ++consecutiveFailures_;
+    if (consecutiveFailures_ < std::numeric_limits<std::int64_t>::max()) // the stored streak may be any number
+        ++consecutiveFailures_;
     store_.setFailureStreak(consecutiveFailures_);
     retryFloor_ = plusSeconds(now(), retryDelaySeconds(consecutiveFailures_));
     postFailureAlert(message, *retryFloor_);
