@@ -1,5 +1,5 @@
 // How desktops launch the program and reach its actions: org.freedesktop.Application on the session bus
-// (Desktop Entry Specification 1.5, "D-Bus Activation").
+// (freedesktop.org Desktop Entry 1.5, "D-Bus Activation").
 #pragma once
 
 #include <functional>

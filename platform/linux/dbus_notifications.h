@@ -1,4 +1,4 @@
-// Notifications through org.freedesktop.Notifications (Desktop Notifications Specification 1.2).
+// Notifications through org.freedesktop.Notifications (freedesktop.org Desktop Notifications 1.2).
 #pragma once
 
 #include "platform/notifications.h"

@@ -12,7 +12,7 @@ namespace norvane {
 
 namespace {
 
-/// The variable's value if it is an absolute path: the specification has relative ones ignored.
+/// The variable's value if it is an absolute path: relative ones are to be ignored (XDG Base Directory 0.8).
 std::string absolutePath(const char* variable) {
     const char* const value = std::getenv(variable);
     return value && *value == '/' ? value : "";

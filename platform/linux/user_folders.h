@@ -1,4 +1,4 @@
-// Where this user's files live (XDG Base Directory Specification 0.8).
+// Where this user's files live (XDG Base Directory 0.8).
 #pragma once
 
 #include <string>
