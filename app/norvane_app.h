@@ -17,6 +17,7 @@
 #include "platform/linux/qt_background.h"
 #include "platform/linux/qt_timers.h"
 #include "platform/linux/status_notifier_item.h"
+#include "platform/linux/system_clock.h"
 #include "platform/linux/tcp_network_probe.h"
 #include "platform/linux/user_defaults_file.h"
 #include "ui/tray_presenter.h"

@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/file_descriptor.h"
 #include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/file_descriptor.h"
 #include "timemachine_linux/rsync_command.h"
 
 namespace {

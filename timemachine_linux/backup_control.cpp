@@ -14,11 +14,13 @@ extern "C" {
 #include <sys/pidfd.h> // glibc 2.36 does not say itself that these are C functions
 }
 
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/backup_worker.h"
 #include "timemachine_linux/detached_worker.h"
 #include "timemachine_linux/rsync_process.h"
+#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

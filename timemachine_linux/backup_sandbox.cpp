@@ -17,8 +17,8 @@
 
 #include "platform/linux/user_folders.h"
 #include "platform/property_list_text.h"
-#include "timemachine_linux/file_descriptor.h"
 #include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

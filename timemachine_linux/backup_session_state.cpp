@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "platform/property_list_xml.h"
-#include "timemachine_linux/file_descriptor.h"
 #include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

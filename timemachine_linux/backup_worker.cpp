@@ -12,6 +12,7 @@
 #include "timemachine_linux/leftover_note.h"
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
+#include "timemachine_linux/small_file.h"
 #include "timemachine_linux/snapshot_name.h"
 #include "timemachine_linux/tree_removal.h"
 

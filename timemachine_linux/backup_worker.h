@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_defaults_file.h"
 #include "timemachine_linux/change_count.h"
 #include "timemachine_linux/destination.h"

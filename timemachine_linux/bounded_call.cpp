@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <chrono>
 
-#include "timemachine_linux/file_descriptor.h"
+#include "platform/linux/file_descriptor.h"
 
 namespace norvane {
 namespace {

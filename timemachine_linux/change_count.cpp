@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "timemachine_linux/file_descriptor.h"
+#include "platform/linux/file_descriptor.h"
 
 namespace norvane {
 namespace {

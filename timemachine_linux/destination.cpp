@@ -11,9 +11,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/linux/file_descriptor.h"
 #include "timemachine_linux/bounded_call.h"
 #include "timemachine_linux/mount_table.h"
 #include "timemachine_linux/paths.h"
+#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/file_descriptor.h"
 
 namespace norvane {
 

@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 
+#include "platform/linux/file_descriptor.h"
 #include "timemachine_linux/stop_requests.h"
 
 namespace norvane {

@@ -9,7 +9,7 @@
 #include <array>
 #include <cerrno>
 
-#include "timemachine_linux/file_descriptor.h"
+#include "platform/linux/file_descriptor.h"
 
 namespace norvane {
 namespace {

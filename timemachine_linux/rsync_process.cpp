@@ -14,6 +14,8 @@
 #include <string_view>
 #include <thread>
 
+#include "platform/linux/file_descriptor.h"
+
 namespace norvane {
 namespace {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "platform/property_list_xml.h"
-#include "timemachine_linux/file_descriptor.h"
+#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "timemachine_linux/file_descriptor.h"
+#include "platform/linux/file_descriptor.h"
 #include "timemachine_linux/snapshot_name.h"
 
 namespace norvane {

@@ -1,8 +1,9 @@
-// Owning one file descriptor.
+// Owning one file descriptor, and writing to it.
 #pragma once
 
 #include <unistd.h>
 
+#include <string_view>
 #include <utility>
 
 namespace norvane {
@@ -33,5 +34,8 @@ public:
 private:
     int fd_ = -1;
 };
+
+/// Writes all bytes. False: not all could be written; errno says why.
+bool writeAll(int fd, std::string_view bytes);
 
 } // namespace norvane

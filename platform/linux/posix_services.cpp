@@ -25,10 +25,6 @@ std::optional<Instant> creationTime(int folder, const char* name) {
 
 } // namespace
 
-Instant SystemClock::now() const {
-    return std::chrono::time_point_cast<std::chrono::microseconds>(std::chrono::system_clock::now());
-}
-
 PosixFileSystem::PosixFileSystem(std::string home) : home_(std::move(home)) {}
 
 bool PosixFileSystem::exists(const std::string& path) const {
@@ -63,16 +59,8 @@ PosixLogFile::PosixLogFile(std::string path) : path_(std::move(path)) {}
 
 void PosixLogFile::append(std::string_view bytes) {
     const FileDescriptor file(open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-    if (!file)
-        return;
-    while (!bytes.empty()) {
-        const ssize_t written = write(file.get(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (file)
+        writeAll(file.get(), bytes);
 }
 
 } // namespace norvane

@@ -3,16 +3,10 @@
 
 #include <string>
 
-#include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/log_file.h"
 
 namespace norvane {
-
-class SystemClock final : public Clock {
-public:
-    [[nodiscard]] Instant now() const override;
-};
 
 class PosixFileSystem final : public FileSystem {
 public:

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "platform/linux/linux_tool_paths.h"
+#include "platform/linux/system_clock.h"
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {

@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_folders.h"
 #include "platform/property_list_xml.h"
 
@@ -25,23 +26,6 @@ namespace norvane {
 namespace {
 
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor() {
-        if (isOpen())
-            ::close(number_);
-    }
-
-    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-    [[nodiscard]] int number() const { return number_; }
-
-private:
-    int number_;
-};
 
 std::int64_t nanoseconds(const timespec& time) { return time.tv_sec * nanosecondsPerSecond + time.tv_nsec; }
 
@@ -96,18 +80,18 @@ Content readContent(const std::string& path) {
     constexpr off_t sizeLimit = off_t{64} * 1024 * 1024; // nobody's settings: reading it would only stall
     Content content;
     // Without O_NONBLOCK opening a named pipe would wait for a writer.
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file.isOpen()) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file) {
         content.kind = errno == ENOENT ? Content::Kind::missing : Content::Kind::inaccessible;
         return content;
     }
     content.kind = Content::Kind::inaccessible;
     struct stat status {};
-    if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > sizeLimit)
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > sizeLimit)
         return content;
     const Identity identity(status);
     const bool settled = isSettled(identity);
-    const auto text = readToEnd(file.number());
+    const auto text = readToEnd(file.get());
     if (!text)
         return content;
     auto list = parsePropertyList(*text);
@@ -120,21 +104,11 @@ Content readContent(const std::string& path) {
     return content;
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count > 0)
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            return false;
-    }
-    return true;
-}
-
 bool writeNewFile(const std::string& path, std::string_view bytes) {
     ::unlink(path.c_str()); // what a killed writer left
-    const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    return file.isOpen() && writeAll(file.number(), bytes) && ::fsync(file.number()) == 0;
+    const FileDescriptor file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    return file && writeAll(file.get(), bytes) && ::fsync(file.get()) == 0;
 }
 
 bool isSameFile(int descriptor, const std::string& path) {
@@ -146,16 +120,17 @@ bool isSameFile(int descriptor, const std::string& path) {
 
 /// The lock is held while the result lives. Gives up after about 10 s: a holder that was stopped must not
 /// stop everyone else.
-std::optional<Descriptor> lockFile(const std::string& path) {
+std::optional<FileDescriptor> lockFile(const std::string& path) {
     constexpr int attempts = 10'000;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
-        if (!lock.isOpen())
+        FileDescriptor lock(
+            ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+        if (!lock)
             return std::nullopt;
-        if (::flock(lock.number(), LOCK_EX | LOCK_NB) == 0) {
+        if (::flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
             // Somebody may have deleted the file between the two calls; the next writer would lock another
             // one.
-            if (isSameFile(lock.number(), path))
+            if (isSameFile(lock.get(), path))
                 return lock;
         } else if (errno != EWOULDBLOCK && errno != EINTR) {
             return std::nullopt;
@@ -207,9 +182,9 @@ bool store(const std::string& path, PropertyList::Dictionary entries, bool keepO
     }
     // The new content stands; should the folder not take a sync, a power cut may bring back the old one,
     // whole.
-    const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.isOpen())
-        ::fsync(folder.number());
+    const FileDescriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder)
+        ::fsync(folder.get());
     return true;
 }
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/file_descriptor.h"
+#include "timemachine_linux/small_file.h"
 
 #include <fcntl.h>
 
@@ -6,19 +6,9 @@
 #include <cerrno>
 #include <cstdio>
 
-namespace norvane {
+#include "platform/linux/file_descriptor.h"
 
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
+namespace norvane {
 
 std::string readSmallFile(const std::string& path, std::size_t limitBytes) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));

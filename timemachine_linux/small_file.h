@@ -1,0 +1,17 @@
+// Files that are read and written whole.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace norvane {
+
+/// The file's first bytes, at most `limitBytes`; empty when it cannot be read.
+[[nodiscard]] std::string readSmallFile(const std::string& path, std::size_t limitBytes = 65536);
+
+/// Replaces the file in one step, mode 0600, through "<path>.new". A reader sees the old or the new content,
+/// never a part. It survives a crash of the program; after a power cut it may be the old one.
+bool replaceFile(const std::string& path, std::string_view bytes);
+
+} // namespace norvane
