@@ -118,6 +118,29 @@ TEST_F(Tmutil, DestinationIsKnownByItsMarker) {
     EXPECT_FALSE(configuredDestination(box.preferences));
 }
 
+TEST_F(Tmutil, DestinationInfoTellsTheUrlOfFileServersOnly) {
+    useDestination();
+    struct Case {
+        const char* url;
+        bool told;
+    };
+    const Case cases[] = {
+        {"smb://nas/share", true},         {"afp://nas/share", true},      {"nfs://server/export", false},
+        {"sftp://me@host/backups", false}, {"https://host/webdav", false}, {"smbx://nas/share", false},
+    };
+    for (const Case& c : cases) {
+        box.preferences.update([&](PropertyList::Dictionary& all) {
+            PropertyList::Dictionary entry = *all["Destinations"].array()->front().dictionary();
+            entry["NetworkURL"] = {std::string(c.url)};
+            all["Destinations"] = {PropertyList::Array{{std::move(entry)}}};
+        });
+        const std::string line = std::string("URL           : ") + c.url + "\n";
+        const std::string output = box.tmutil({"destinationinfo"}).output;
+        EXPECT_EQ(output.find(line) != std::string::npos, c.told) << c.url;
+        EXPECT_EQ(output.find("URL") != std::string::npos, c.told) << c.url;
+    }
+}
+
 TEST_F(Tmutil, SnapshotsEqualTheTreeAndShareWhatDidNotChange) {
     useDestination();
     const std::string tree = box.tree();

@@ -51,6 +51,10 @@ int removeDestinationVerb(Context& context, const Arguments&) {
     return removeDestination(context.preferences) ? exitSuccess : fail("The preferences cannot be written.");
 }
 
+/// Who reads a URL here takes the destination for reachable only while a file server of these two kinds
+/// answers at its host, so the address of any other would keep it from ever being backed up to.
+bool isFileServerUrl(std::string_view url) { return url.starts_with("smb://") || url.starts_with("afp://"); }
+
 int destinationInfo(Context& context, const Arguments&) {
     const auto destination = configuredDestination(context.preferences);
     if (!destination)
@@ -60,7 +64,7 @@ int destinationInfo(Context& context, const Arguments&) {
     print("Kind          : " + destination->kind + "\n");
     if (isAvailable(*destination))
         print("Mount Point   : " + destination->path + "\n");
-    if (destination->url)
+    if (destination->url && isFileServerUrl(*destination->url))
         print("URL           : " + *destination->url + "\n");
     print("ID            : " + destination->id + "\n");
     return exitSuccess;
