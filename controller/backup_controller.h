@@ -124,7 +124,7 @@ private:
     void launchBackup();
     void takeLaunchOutcome(const LaunchOutcome& outcome);
     void failLaunch(const std::string& message);
-    void applyStatus(const TMStatus& status);
+    void applyStatus(TMStatus status);
     void backupStarted();
     void backupEnded();
     void checkNeverStarted();

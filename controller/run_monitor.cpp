@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "controller/backup_controller.h"
 #include "controller/planning.h"
@@ -120,9 +121,9 @@ void BackupController::pollTick() {
 
 void BackupController::pollStatus() {
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
-                 [this](const TMStatus& status) {
+                 [this](TMStatus status) {
                      pollInFlight_ = false;
-                     applyStatus(status);
+                     applyStatus(std::move(status));
                      checkNeverStarted();
                      checkProgress();
                  });
@@ -188,15 +189,16 @@ void BackupController::stopBackup() {
             tmUtil.stopBackup();
             return tmUtil.status();
         },
-        [this](const TMStatus& status) { applyStatus(status); });
+        [this](TMStatus status) { applyStatus(std::move(status)); });
 }
 
-void BackupController::applyStatus(const TMStatus& status) {
+void BackupController::applyStatus(TMStatus status) {
     const bool wasRunning = state_.status.running;
-    publish(&ControllerState::status, status);
-    if (!wasRunning && status.running)
+    const bool isRunning = status.running;
+    publish(&ControllerState::status, std::move(status));
+    if (!wasRunning && isRunning)
         backupStarted();
-    else if (wasRunning && !status.running)
+    else if (wasRunning && !isRunning)
         backupEnded();
 }
 

@@ -23,10 +23,24 @@ bool isAsciiAlphanumeric(char character) {
            (character >= '0' && character <= '9');
 }
 
-bool isUnquotedCharacter(char character) {
-    return isAsciiAlphanumeric(character) ||
-           std::string_view("_$/:.-").find(character) != std::string_view::npos;
-}
+/// The characters that belong to a set, for a look-up by byte.
+class CharacterSet {
+public:
+    constexpr explicit CharacterSet(std::string_view characters) {
+        for (const char character : characters)
+            contains_[static_cast<unsigned char>(character)] = true;
+    }
+    [[nodiscard]] constexpr bool contains(char character) const {
+        return contains_[static_cast<unsigned char>(character)];
+    }
+
+private:
+    std::array<bool, 256> contains_{};
+};
+
+constexpr CharacterSet spaceCharacters(" \t\n\v\f\r");
+constexpr CharacterSet
+    unquotedCharacters("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_$/:.-");
 
 std::optional<unsigned> hexDigit(char character) {
     if (character >= '0' && character <= '9')
@@ -39,26 +53,29 @@ std::optional<unsigned> hexDigit(char character) {
 }
 
 /// A recursive-descent parser over one text. Every function leaves the position behind what it read, or gives
-/// none or false, after which the whole text is refused.
+/// none or false, after which the whole text is refused. Values are read into their place, unmoved.
 class TextReader {
 public:
     explicit TextReader(std::string_view text) : text_(text) {}
 
     std::optional<PropertyList> readDocument() {
-        auto value = readValue(0);
-        if (!value || !skipSpace() || !atEnd())
+        std::optional<PropertyList> list(std::in_place);
+        if (!readValue(*list, 0) || !skipSpace() || !atEnd())
             return std::nullopt;
-        return value;
+        return list;
     }
 
 private:
-    [[nodiscard]] bool atEnd() const { return position_ == text_.size(); }
+    [[nodiscard]] bool atEnd() const { return position_ >= text_.size(); }
     [[nodiscard]] char peek() const { return text_[position_]; }
 
     /// Skips white space and comments. False: a comment does not end.
     bool skipSpace() {
         while (true) {
-            position_ = std::min(text_.find_first_not_of(" \t\n\v\f\r", position_), text_.size());
+            while (!atEnd() && spaceCharacters.contains(peek()))
+                ++position_;
+            if (atEnd() || peek() != '/')
+                return true;
             const std::string_view rest = text_.substr(position_);
             if (rest.starts_with("//")) {
                 position_ = std::min(text_.find_first_of("\r\n", position_), text_.size());
@@ -82,91 +99,83 @@ private:
     }
 
     /// `depth` counts the containers around the value.
-    std::optional<PropertyList> readValue(int depth) {
+    bool readValue(PropertyList& list, int depth) {
         if (!skipSpace() || atEnd())
-            return std::nullopt;
+            return false;
         if (peek() == '{' || peek() == '(') {
             if (depth == maxPropertyListDepth)
-                return std::nullopt;
-            return text_[position_++] == '{' ? readDictionary(depth + 1) : readArray(depth + 1);
+                return false;
+            return text_[position_++] == '{'
+                       ? readDictionary(list.value.emplace<PropertyList::Dictionary>(), depth + 1)
+                       : readArray(list.value.emplace<PropertyList::Array>(), depth + 1);
         }
         if (take('<'))
-            return readData();
-        auto string = readString();
-        if (!string)
-            return std::nullopt;
-        return PropertyList{std::move(*string)};
+            return readData(list.value.emplace<PropertyListData>().bytes);
+        return readString(list.value.emplace<std::string>());
     }
 
-    std::optional<PropertyList> readDictionary(int depth) {
-        PropertyList::Dictionary dictionary;
+    bool readDictionary(PropertyList::Dictionary& dictionary, int depth) {
         while (!take('}')) {
-            auto key = readString();
-            if (!key || !take('='))
-                return std::nullopt;
-            auto value = readValue(depth);
-            if (!value || !take(';'))
-                return std::nullopt;
-            dictionary.insert_or_assign(std::move(*key), std::move(*value));
+            std::string key;
+            if (!readString(key) || !take('='))
+                return false;
+            // Tools print the keys in order, so that the end is their place.
+            const auto entry = dictionary.try_emplace(dictionary.end(), std::move(key));
+            if (!readValue(entry->second, depth) || !take(';'))
+                return false;
         }
-        return PropertyList{std::move(dictionary)};
+        return true;
     }
 
-    std::optional<PropertyList> readArray(int depth) {
-        PropertyList::Array array;
+    bool readArray(PropertyList::Array& array, int depth) {
         while (!take(')')) {
-            auto value = readValue(depth);
-            if (!value)
-                return std::nullopt;
-            array.push_back(std::move(*value));
+            if (!readValue(array.emplace_back(), depth))
+                return false;
             if (take(','))
                 continue;
-            if (take(')'))
-                break;
-            return std::nullopt;
+            return take(')');
         }
-        return PropertyList{std::move(array)};
+        return true;
     }
 
-    std::optional<PropertyList> readData() {
-        PropertyListData data;
+    bool readData(std::string& bytes) {
         while (!take('>')) {
             // White space may stand between bytes, not inside one.
             const auto high = position_ < text_.size() ? hexDigit(text_[position_]) : std::nullopt;
             const auto low = position_ + 1 < text_.size() ? hexDigit(text_[position_ + 1]) : std::nullopt;
             if (!high || !low)
-                return std::nullopt;
-            data.bytes += static_cast<char>(*high << 4 | *low);
+                return false;
+            bytes += static_cast<char>(*high << 4 | *low);
             position_ += 2;
         }
-        return PropertyList{std::move(data)};
+        return true;
     }
 
-    std::optional<std::string> readString() {
+    bool readString(std::string& string) {
         if (!skipSpace() || atEnd())
-            return std::nullopt;
+            return false;
         if (peek() == '"' || peek() == '\'')
-            return readQuotedString(text_[position_++]);
+            return readQuotedString(string, text_[position_++]);
         const std::size_t start = position_;
-        while (!atEnd() && isUnquotedCharacter(peek()))
+        while (!atEnd() && unquotedCharacters.contains(peek()))
             ++position_;
-        if (position_ == start)
-            return std::nullopt;
-        return std::string(text_.substr(start, position_ - start));
+        string = text_.substr(start, position_ - start);
+        return !string.empty();
     }
 
-    std::optional<std::string> readQuotedString(char quote) {
-        std::string string;
-        while (!atEnd()) {
-            const char character = text_[position_++];
-            if (character == quote)
-                return string;
-            if (character != '\\')
-                string += character;
-            else if (!readEscape(string))
-                return std::nullopt;
+    bool readQuotedString(std::string& string, char quote) {
+        while (true) {
+            const std::size_t start = position_;
+            while (!atEnd() && peek() != quote && peek() != '\\')
+                ++position_;
+            string += text_.substr(start, position_ - start);
+            if (atEnd())
+                return false;
+            if (text_[position_++] == quote)
+                return true;
+            if (!readEscape(string))
+                return false;
         }
-        return std::nullopt;
     }
 
     /// What follows a backslash.

@@ -15,15 +15,18 @@ namespace norvane {
 
 namespace {
 
-constexpr std::string_view xmlSpace = " \t\r\n";
-
 // ---- Reading.
 
+constexpr bool isXmlSpace(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
 std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(xmlSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(xmlSpace) - first + 1);
+    while (!text.empty() && isXmlSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isXmlSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 /// The character that "&name;" stands for. Only XML's own entities: those that a document declares could grow
@@ -66,40 +69,52 @@ bool appendWithEntities(std::string& text, std::string_view raw) {
     }
 }
 
-/// All text inside an element; none when there is an element in it.
-std::optional<std::string> textOf(const pugi::xml_node& element) {
-    std::string text;
-    for (const auto& child : element.children()) {
+/// Reads all text inside an element. False: there is an element in it.
+bool readText(const pugi::xml_node& element, std::string& text) {
+    for (auto child = element.first_child(); child; child = child.next_sibling()) {
         if (child.type() == pugi::node_cdata)
             text += child.value();
         else if (child.type() != pugi::node_pcdata || !appendWithEntities(text, child.value()))
-            return std::nullopt;
+            return false;
     }
-    return text;
+    return true;
 }
 
-/// The elements inside an element; none when there is any other text than white space.
-std::optional<std::vector<pugi::xml_node>> elementsOf(const pugi::xml_node& parent) {
-    std::vector<pugi::xml_node> elements;
-    for (const auto& child : parent.children()) {
-        if (child.type() == pugi::node_element)
-            elements.push_back(child);
-        else if (child.type() != pugi::node_pcdata || !trimmed(child.value()).empty())
-            return std::nullopt;
+/// Hands each element inside an element to `read` until that returns false. False: it did, or there is any
+/// other text than white space.
+template <class Read>
+bool readElements(const pugi::xml_node& parent, Read read) {
+    for (auto child = parent.first_child(); child; child = child.next_sibling()) {
+        const bool good = child.type() == pugi::node_element
+                              ? read(child)
+                              : child.type() == pugi::node_pcdata && trimmed(child.value()).empty();
+        if (!good)
+            return false;
     }
-    return elements;
+    return true;
+}
+
+/// The one element inside an element that holds nothing else; a null node when that is not so.
+pugi::xml_node onlyElement(const pugi::xml_node& parent) {
+    pugi::xml_node only;
+    const bool good = readElements(parent, [&](const pugi::xml_node& child) {
+        const bool first = !only;
+        only = child;
+        return first;
+    });
+    return good ? only : pugi::xml_node();
 }
 
 constexpr std::string_view base64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 /// Base 64 (RFC 4648, section 4) with its padding; white space anywhere.
-std::optional<PropertyList> readData(std::string_view text) {
+std::optional<PropertyListData> dataFrom(std::string_view text) {
     PropertyListData data;
     std::uint32_t bits = 0;
     int digits = 0; // of the present group of four, padding included
     int padding = 0;
     for (const char character : text) {
-        if (xmlSpace.find(character) != std::string_view::npos)
+        if (isXmlSpace(character))
             continue;
         std::size_t digit = 0;
         if (character == '=' && digits >= 2) {
@@ -119,76 +134,66 @@ std::optional<PropertyList> readData(std::string_view text) {
     }
     if (digits != 0)
         return std::nullopt;
-    return PropertyList{std::move(data)};
+    return data;
+}
+
+bool readElement(const pugi::xml_node& element, PropertyList& list, int depth);
+
+bool readArray(const pugi::xml_node& element, PropertyList::Array& array, int depth) {
+    return readElements(element, [&](const pugi::xml_node& child) {
+        return readElement(child, array.emplace_back(), depth);
+    });
+}
+
+bool readDictionary(const pugi::xml_node& element, PropertyList::Dictionary& dictionary, int depth) {
+    PropertyList* place = nullptr; // for the value of the key before it
+    const bool good = readElements(element, [&](const pugi::xml_node& child) {
+        if (place)
+            return readElement(child, *std::exchange(place, nullptr), depth);
+        std::string key;
+        if (std::string_view(child.name()) != "key" || !readText(child, key))
+            return false;
+        place = &dictionary[std::move(key)];
+        return true;
+    });
+    return good && !place;
 }
 
 template <class Value>
-std::optional<PropertyList> wrapped(std::optional<Value> value) {
-    if (!value)
-        return std::nullopt;
-    return PropertyList{std::move(*value)};
+bool assign(PropertyList& list, std::optional<Value> value) {
+    if (value)
+        list = PropertyList{std::move(*value)};
+    return value.has_value();
 }
 
-std::optional<PropertyList> readElement(const pugi::xml_node& element, int depth);
-
-std::optional<PropertyList> readArray(const pugi::xml_node& element, int depth) {
-    const auto elements = elementsOf(element);
-    if (!elements)
-        return std::nullopt;
-    PropertyList::Array array;
-    for (const auto& child : *elements) {
-        auto value = readElement(child, depth);
-        if (!value)
-            return std::nullopt;
-        array.push_back(std::move(*value));
-    }
-    return PropertyList{std::move(array)};
-}
-
-std::optional<PropertyList> readDictionary(const pugi::xml_node& element, int depth) {
-    const auto elements = elementsOf(element);
-    if (!elements || elements->size() % 2 != 0)
-        return std::nullopt;
-    PropertyList::Dictionary dictionary;
-    for (std::size_t index = 0; index < elements->size(); index += 2) {
-        const auto& keyElement = (*elements)[index];
-        if (std::string_view(keyElement.name()) != "key")
-            return std::nullopt;
-        auto key = textOf(keyElement);
-        auto value = readElement((*elements)[index + 1], depth);
-        if (!key || !value)
-            return std::nullopt;
-        dictionary.insert_or_assign(std::move(*key), std::move(*value));
-    }
-    return PropertyList{std::move(dictionary)};
-}
-
-std::optional<PropertyList> readScalar(std::string_view name, const std::string& text) {
+bool readScalar(std::string_view name, std::string text, PropertyList& list) {
     if (name == "string")
-        return PropertyList{text};
+        return assign(list, std::optional(std::move(text)));
     if (name == "integer")
-        return parseIntegerText(trimmed(text));
+        return assign(list, parseIntegerText(trimmed(text)));
     if (name == "real")
-        return wrapped(parseRealText(trimmed(text)));
+        return assign(list, parseRealText(trimmed(text)));
     if (name == "date")
-        return wrapped(parseDateText(trimmed(text)));
+        return assign(list, parseDateText(trimmed(text)));
     if (name == "data")
-        return readData(text);
+        return assign(list, dataFrom(text));
     if ((name == "true" || name == "false") && trimmed(text).empty())
-        return PropertyList{name == "true"};
-    return std::nullopt;
+        return assign(list, std::optional(name == "true"));
+    return false;
 }
 
 /// `depth` counts the containers around the element.
-std::optional<PropertyList> readElement(const pugi::xml_node& element, int depth) {
+bool readElement(const pugi::xml_node& element, PropertyList& list, int depth) {
     const std::string_view name = element.name();
     if (name == "dict" || name == "array") {
         if (depth == maxPropertyListDepth)
-            return std::nullopt;
-        return name == "dict" ? readDictionary(element, depth + 1) : readArray(element, depth + 1);
+            return false;
+        return name == "dict"
+                   ? readDictionary(element, list.value.emplace<PropertyList::Dictionary>(), depth + 1)
+                   : readArray(element, list.value.emplace<PropertyList::Array>(), depth + 1);
     }
-    const auto text = textOf(element);
-    return text ? readScalar(name, *text) : std::nullopt;
+    std::string text;
+    return readText(element, text) && readScalar(name, std::move(text), list);
 }
 
 // ---- Writing.
@@ -319,13 +324,12 @@ std::optional<PropertyList> parseXmlPropertyList(std::string_view text) {
     pugi::xml_document document;
     if (!document.load_buffer(text.data(), text.size(), options, pugi::encoding_utf8))
         return std::nullopt;
-    const auto roots = elementsOf(document);
-    if (!roots || roots->size() != 1 || std::string_view(roots->front().name()) != "plist")
+    const auto root = onlyElement(document);
+    const auto value = onlyElement(root);
+    std::optional<PropertyList> list(std::in_place);
+    if (!value || std::string_view(root.name()) != "plist" || !readElement(value, *list, 0))
         return std::nullopt;
-    const auto values = elementsOf(roots->front());
-    if (!values || values->size() != 1)
-        return std::nullopt;
-    return readElement(values->front(), 0);
+    return list;
 }
 
 std::string writeXmlPropertyList(const PropertyList& list, PlistDatePrecision dates) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include <unicode/utf8.h> // macros only: nothing of ICU is linked
 
@@ -24,9 +25,16 @@ UChar32 decode(std::string_view text, std::size_t& index) {
 
 bool isValidUtf8(std::string_view text) {
     for (std::size_t index = 0; index < text.size();) {
-        if (static_cast<unsigned char>(text[index]) < 0x80)
-            ++index; // nearly all text that the program reads
-        else if (decode(text, index) < 0)
+        // Nearly all text that the program reads is ASCII, so look at eight bytes at once.
+        std::uint64_t bytes = 0;
+        if (text.size() - index >= sizeof bytes) {
+            std::memcpy(&bytes, text.data() + index, sizeof bytes);
+            if ((bytes & 0x8080'8080'8080'8080) == 0) {
+                index += sizeof bytes;
+                continue;
+            }
+        }
+        if (decode(text, index) < 0)
             return false;
     }
     return true;

@@ -32,6 +32,7 @@ std::vector<Instant> datesFrom(const PropertyList* value) {
     std::vector<Instant> dates;
     if (!value || !value->array())
         return dates;
+    dates.reserve(value->array()->size());
     for (const PropertyList& element : *value->array()) {
         if (!element.date())
             return {};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "timemachine/text_values.h"
 #include "timemachine/tm_util.h"
@@ -70,8 +71,9 @@ TMStatus TMUtil::parseStatus(std::string_view text) {
     const std::size_t brace = text.find('{');
     if (brace == std::string_view::npos)
         return TMStatus::idle();
-    const std::optional<PropertyList> list = parsePropertyList(text.substr(brace));
-    if (!list || !list->dictionary())
+    std::optional<PropertyList> list = parsePropertyList(text.substr(brace));
+    auto* const entries = list ? std::get_if<PropertyList::Dictionary>(&list->value) : nullptr;
+    if (!entries)
         return TMStatus::idle();
     TMStatus status;
     status.running = runningFrom(list->find("Running"));
@@ -80,7 +82,7 @@ TMStatus TMUtil::parseStatus(std::string_view text) {
     if (const PropertyList* phase = list->find("BackupPhase"); phase && phase->string())
         status.phase = *phase->string();
     status.progress = progressFrom(list->find("Progress"));
-    status.raw = *list->dictionary();
+    status.raw = std::move(*entries);
     return status;
 }
 

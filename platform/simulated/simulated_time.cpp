@@ -11,11 +11,20 @@ std::int64_t microseconds(double seconds) { return static_cast<std::int64_t>(std
 
 } // namespace
 
+struct SimulatedTime::TimerState {
+    std::function<void()> action;
+    Microseconds delay = 0;
+    bool repeats = false;
+    bool alive = true;
+};
+
 class SimulatedTime::EventTimer final : public Timer {
 public:
-    ~EventTimer() override { *alive = false; }
+    explicit EventTimer(std::shared_ptr<TimerState> state) : state_(std::move(state)) {}
+    ~EventTimer() override { state_->alive = false; }
 
-    const std::shared_ptr<bool> alive = std::make_shared<bool>(true); // shared with the event in the queue
+private:
+    const std::shared_ptr<TimerState> state_; // shared with the event in the queue
 };
 
 SimulatedTime::SimulatedTime(Instant start) : wallAtZero_(start) {}
@@ -23,49 +32,44 @@ SimulatedTime::~SimulatedTime() = default;
 
 Instant SimulatedTime::now() const { return wallAtZero_ + std::chrono::microseconds(elapsed_); }
 
-void SimulatedTime::schedule(Microseconds due, std::function<void()> action) {
-    events_.emplace(due, std::move(action));
+void SimulatedTime::schedule(Microseconds delay, decltype(Event::what) what) {
+    const Microseconds due = elapsed_ + delay;
+    const auto place = std::partition_point(events_.begin(), events_.end(),
+                                            [due](const Event& other) { return other.due > due; });
+    events_.insert(place, {due, std::move(what)});
+}
+
+std::unique_ptr<Timer> SimulatedTime::startTimer(TimerState state) {
+    const auto shared = std::make_shared<TimerState>(std::move(state));
+    schedule(shared->delay, shared);
+    return std::make_unique<EventTimer>(shared);
 }
 
 std::unique_ptr<Timer> SimulatedTime::once(double intervalSeconds, double /*toleranceSeconds*/,
                                            std::function<void()> action) {
-    auto timer = std::make_unique<EventTimer>();
-    schedule(elapsed_ + microseconds(intervalSeconds), [alive = timer->alive, action = std::move(action)] {
-        if (*alive)
-            action();
-    });
-    return timer;
+    return startTimer({std::move(action), microseconds(intervalSeconds)});
 }
 
 std::unique_ptr<Timer> SimulatedTime::repeating(double intervalSeconds, double /*toleranceSeconds*/,
                                                 std::function<void()> action) {
-    auto timer = std::make_unique<EventTimer>();
-    struct Repetition {
-        SimulatedTime& time;
-        Microseconds interval;
-        std::shared_ptr<bool> alive;
-        std::shared_ptr<std::function<void()>> action;
-
-        void operator()() const {
-            if (!*alive)
-                return;
-            time.schedule(time.elapsed_ + interval, *this);
-            const auto keepAlive = action; // the action may destroy the timer
-            (*keepAlive)();
-        }
-    };
     const Microseconds interval = std::max<Microseconds>(microseconds(intervalSeconds), 1);
-    schedule(elapsed_ + interval, Repetition{*this, interval, timer->alive,
-                                             std::make_shared<std::function<void()>>(std::move(action))});
-    return timer;
+    return startTimer({std::move(action), interval, true});
 }
 
-void SimulatedTime::post(std::function<Completion()> work) {
-    schedule(elapsed_, [this, work = std::move(work)] {
-        spent_ = 0;
-        Completion completion = work();
-        schedule(elapsed_ + spent_, std::move(completion));
-    });
+void SimulatedTime::post(std::function<Completion()> work) { schedule(0, std::move(work)); }
+
+void SimulatedTime::run(const std::shared_ptr<TimerState>& timer) {
+    if (!timer->alive)
+        return;
+    if (timer->repeats)
+        schedule(timer->delay, timer);
+    timer->action(); // which may destroy the timer, but not its state
+}
+
+void SimulatedTime::run(const Work& work) {
+    spent_ = 0;
+    Completion completion = work();
+    schedule(spent_, std::move(completion));
 }
 
 void SimulatedTime::advance(double seconds) { runDueUntil(elapsed_ + microseconds(seconds)); }
@@ -75,16 +79,15 @@ void SimulatedTime::advanceTo(Instant instant) { advance(secondsBetween(now(), i
 bool SimulatedTime::step() {
     if (events_.empty())
         return false;
-    const auto first = events_.begin();
-    elapsed_ = std::max(elapsed_, first->first);
-    const auto action = std::move(first->second);
-    events_.erase(first);
-    action();
+    const Event event = std::move(events_.back());
+    events_.pop_back();
+    elapsed_ = std::max(elapsed_, event.due);
+    std::visit([this](const auto& what) { run(what); }, event.what);
     return true;
 }
 
 void SimulatedTime::runDueUntil(Microseconds end) {
-    while (!events_.empty() && events_.begin()->first <= end)
+    while (!events_.empty() && events_.back().due <= end)
         step();
     elapsed_ = std::max(elapsed_, end);
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <functional>
 #include <memory>
+#include <variant>
+#include <vector>
 
 #include "platform/background.h"
 #include "platform/clock.h"
@@ -44,15 +46,25 @@ public:
 
 private:
     using Microseconds = std::int64_t;
+    using Work = std::function<Completion()>;
+    struct TimerState;
     class EventTimer;
+    struct Event {
+        Microseconds due;
+        std::variant<std::shared_ptr<TimerState>, Work, Completion> what;
+    };
 
-    void schedule(Microseconds due, std::function<void()> action);
+    [[nodiscard]] std::unique_ptr<Timer> startTimer(TimerState state);
+    void schedule(Microseconds delay, decltype(Event::what) what);
+    void run(const std::shared_ptr<TimerState>& timer);
+    void run(const Work& work);
+    static void run(const Completion& completion) { completion(); }
     void runDueUntil(Microseconds end);
 
-    Microseconds elapsed_ = 0; // what timers count
-    Instant wallAtZero_;       // wall clock minus elapsed time
-    Microseconds spent_ = 0;   // by the background work that runs now
-    std::multimap<Microseconds, std::function<void()>> events_;
+    Microseconds elapsed_ = 0;  // what timers count
+    Instant wallAtZero_;        // wall clock minus elapsed time
+    Microseconds spent_ = 0;    // by the background work that runs now
+    std::vector<Event> events_; // a handful: the earliest last, those due at once in reverse order
 };
 
 } // namespace norvane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/property_list_scalars.h"
 #include "platform/property_list_xml.h"
 
 namespace norvane {
@@ -20,7 +21,7 @@ PropertyList dateList(const std::vector<Instant>& dates) {
 
 /// Time Machine thins what it keeps; here the oldest go.
 void keepNewest(std::vector<Instant>& dates, Instant newest) {
-    constexpr std::size_t kept = 8;
+    constexpr std::size_t kept = 4;
     if (dates.size() >= kept)
         dates.erase(dates.begin());
     dates.push_back(newest);
@@ -101,8 +102,9 @@ std::string SimulatedTimeMachine::statusText() const {
     const auto remaining = static_cast<std::int64_t>(backupSeconds * (1 - fraction));
     return "Backup session status:\n{\n    BackupPhase = Copying;\n    ClientID = \"com.apple.backupd\";\n"
            "    Percent = \"" +
-           std::to_string(fraction) + "\";\n    Progress =     {\n        TimeRemaining = " +
-           std::to_string(remaining) + ";\n        bytes = " + std::to_string(bytes) +
+           realText(fraction) +
+           "\";\n    Progress =     {\n        TimeRemaining = " + std::to_string(remaining) +
+           ";\n        bytes = " + std::to_string(bytes) +
            ";\n        totalBytes = " + std::to_string(backupBytes) + ";\n    };\n    Running = 1;\n}\n";
 }
 
@@ -117,6 +119,11 @@ std::string SimulatedTimeMachine::destinationText() const {
 }
 
 std::string SimulatedTimeMachine::preferencesText() const {
+    // Asked for a hundred thousand times a simulated year, and seldom changed in between.
+    const auto now = std::tie(name, snapshotDates, attemptDates, bytesUsed, bytesAvailable, result,
+                              messageParameters, autoBackup);
+    if (!preferencesText_.empty() && preferences_ == now)
+        return preferencesText_;
     PropertyList::Dictionary preferences = {{"AutoBackup", {autoBackup}}};
     if (name) {
         PropertyList::Array parameters;
@@ -131,11 +138,8 @@ std::string SimulatedTimeMachine::preferencesText() const {
             {"MessageParameters", {parameters}},
         }}}};
     }
-    // Asked for a hundred thousand times a simulated year, and seldom changed in between.
-    if (preferences != preferences_) {
-        preferencesText_ = writeXmlPropertyList({preferences}, PlistDatePrecision::wholeSeconds);
-        preferences_ = std::move(preferences);
-    }
+    preferences_ = now;
+    preferencesText_ = writeXmlPropertyList({std::move(preferences)}, PlistDatePrecision::wholeSeconds);
     return preferencesText_;
 }
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/command_runner.h"
@@ -61,7 +62,10 @@ private:
 
     SimulatedTime& time_;
     mutable std::optional<Instant> startedAt_; // none: idle
-    mutable PropertyList::Dictionary preferences_; // as last written out
+    /// What `preferencesText_` tells.
+    mutable std::tuple<std::optional<std::string>, std::vector<Instant>, std::vector<Instant>, std::int64_t,
+                       std::int64_t, std::int64_t, std::vector<std::string>, bool>
+        preferences_;
     mutable std::string preferencesText_;
 };
 
