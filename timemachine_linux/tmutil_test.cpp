@@ -77,7 +77,7 @@ TEST_F(Tmutil, ExplainsWrongUse) {
         {{"setdestination", "/"}, 1, "root folder"},
         {{"setdestination", "/proc/self"}, 1, "/proc/"},
         {{"setdestination", box.tree()}, 1, "is itself backed up"},
-        {{"addexclusion", "/nonexistent"}, 1, "No such file"},
+        {{"addexclusion", "/nonexistent/x"}, 1, "No such file"},
     };
     for (const Case& c : cases) {
         const ToolResult result = box.tmutil(c.arguments);

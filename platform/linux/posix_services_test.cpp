@@ -43,7 +43,7 @@ TEST(PosixFileSystem, TellsWhatIsThere) {
     EXPECT_TRUE(files.exists(folder.path + "/report.ips"));
     EXPECT_FALSE(files.exists(folder.path + "/other"));
     EXPECT_GT(files.homeVolumeAvailableBytes().value_or(0), 0);
-    EXPECT_EQ(PosixFileSystem("/nonexistent").homeVolumeAvailableBytes(), std::nullopt);
+    EXPECT_EQ(PosixFileSystem("/nonexistent/home").homeVolumeAvailableBytes(), std::nullopt);
     const auto entries = files.list(folder.path);
     ASSERT_TRUE(entries && entries->size() == 1);
     EXPECT_EQ(entries->front().name, "report.ips");
