@@ -34,18 +34,20 @@ private:
     std::shared_ptr<char> token_;
 };
 
-/// Runs `work` off the main thread and hands its result to `deliver` on the main thread, if `owner` still lives
-/// then. `work` must capture values and things that outlive every worker; `deliver` may capture the owner.
+/// Runs `work` off the main thread and hands its result to `deliver` on the main thread, if `owner` still
+/// lives then. `work` must capture values and things that outlive every worker; `deliver` may capture the
+/// owner.
 template <class Work, class Deliver>
 void runInBackground(Background& background, const Lifetime& owner, Work work, Deliver deliver) {
     background.post([work = std::move(work), deliver = std::move(deliver),
                      owner = owner.watch()]() mutable -> Background::Completion {
         using Result = std::invoke_result_t<Work>;
         auto result = std::make_shared<Result>(work());
-        return [result = std::move(result), deliver = std::move(deliver), owner = std::move(owner)]() mutable {
-            if (owner.lock())
-                deliver(std::move(*result));
-        };
+        return
+            [result = std::move(result), deliver = std::move(deliver), owner = std::move(owner)]() mutable {
+                if (owner.lock())
+                    deliver(std::move(*result));
+            };
     });
 }
 

@@ -11,8 +11,8 @@ namespace norvane {
 /// The outcome of a child process that was started and has ended.
 struct CommandResult {
     std::int32_t exitCode = 0; ///< Exit status; for a child ended by a signal, that signal's number.
-    std::string stdout;       ///< All of standard output; empty when it is not valid UTF-8.
-    std::string stderr;       ///< All of standard error; empty when it is not valid UTF-8.
+    std::string stdout;        ///< All of standard output; empty when it is not valid UTF-8.
+    std::string stderr;        ///< All of standard error; empty when it is not valid UTF-8.
 
     bool operator==(const CommandResult&) const = default;
 };

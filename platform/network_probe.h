@@ -29,8 +29,8 @@ class NetworkProbe {
 public:
     virtual ~NetworkProbe() = default;
 
-    /// True when a TCP connection is established within the time, name resolution included. Blocks at most that
-    /// long; never call it on the main thread.
+    /// True when a TCP connection is established within the time, name resolution included. Blocks at most
+    /// that long; never call it on the main thread.
     [[nodiscard]] virtual bool canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const = 0;
 };
 

@@ -28,8 +28,8 @@ struct PropertyList {
     using Array = std::vector<PropertyList>;
     using Dictionary = std::map<std::string, PropertyList, std::less<>>;
     /// An integer is held unsigned only when it does not fit the signed type.
-    using Value = std::variant<std::string, std::int64_t, std::uint64_t, double, bool, Instant, PropertyListData,
-                               Array, Dictionary>;
+    using Value = std::variant<std::string, std::int64_t, std::uint64_t, double, bool, Instant,
+                               PropertyListData, Array, Dictionary>;
 
     Value value;
 

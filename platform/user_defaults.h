@@ -9,8 +9,8 @@
 
 namespace norvane {
 
-/// One application's settings of one user. Any thread. Nothing reports an error: what cannot be read is absent,
-/// what cannot be written leaves the stored value as it was.
+/// One application's settings of one user. Any thread. Nothing reports an error: what cannot be read is
+/// absent, what cannot be written leaves the stored value as it was.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
@@ -35,7 +35,8 @@ public:
     /// A number (fraction dropped) or a text that is wholly a number; 0 when missing or anything else.
     [[nodiscard]] std::int64_t integer(const std::string& key) const;
 
-    /// A boolean, a number other than 0, or the texts "1", "YES" and "true"; false when missing or anything else.
+    /// A boolean, a number other than 0, or the texts "1", "YES" and "true"; false when missing or anything
+    /// else.
     [[nodiscard]] bool boolean(const std::string& key) const;
 };
 

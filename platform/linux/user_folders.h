@@ -18,7 +18,8 @@ namespace norvane {
 /// The file that holds a domain: "org.norvane.Norvane" → <preferencesFolder>/org.norvane.Norvane.plist.
 [[nodiscard]] std::string preferencesFile(std::string_view domain);
 
-/// Makes the folder and its parents, for this user alone (mode 0700). False: it is not there and cannot be made.
+/// Makes the folder and its parents, for this user alone (mode 0700). False: it is not there and cannot be
+/// made.
 bool makeFolder(const std::string& path);
 
 } // namespace norvane
