@@ -99,6 +99,9 @@ TEST(Norvane, NothingThatIsMissingStopsIt) {
     std::filesystem::copy(NORVANE_BIN_DIR "/norvane", tools.path("alone/bin/norvane"));
     const Case cases[] = {
         {.what = "no session bus", .variables = {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"}},
+        {.what = "no display", .variables = {"QT_QPA_PLATFORM=", "WAYLAND_DISPLAY=", "DISPLAY="}},
+        {.what = "a display that is gone",
+         .variables = {"QT_QPA_PLATFORM=", "WAYLAND_DISPLAY=", "DISPLAY=:9999"}},
         {.what = "no tools", .program = tools.path("alone/bin/norvane")},
         {.what = "no place for the log", .variables = {"XDG_STATE_HOME=/dev/null/state"}, .logs = false},
         {.what = "no place for settings", .variables = {"XDG_CONFIG_HOME=/dev/null/config"}},
@@ -122,6 +125,22 @@ TEST(Norvane, NothingThatIsMissingStopsIt) {
         kill(program, SIGTERM);
         EXPECT_EQ(user.waitForExit(program, 5), 128 + SIGTERM);
     }
+}
+
+TEST(Norvane, QuitsWithoutWaitingForAToolThatHangs) {
+    ProgramFixture user;
+    std::filesystem::create_directories(user.path("other/bin"));
+    std::filesystem::create_directories(user.path("other/libexec/norvane"));
+    std::filesystem::copy(NORVANE_BIN_DIR "/norvane", user.path("other/bin/norvane"));
+    const std::string tool = user.path("other/libexec/norvane/tmutil");
+    const std::string called = user.path("called");
+    std::ofstream(tool) << "#!/bin/sh\ntouch '" << called << "'\nexec sleep 12\n";
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    const pid_t program = user.start(user.path("other/bin/norvane"));
+    user.shell("timeout 10 sh -c 'until test -e " + called + "; do sleep 0.05; done'");
+    ASSERT_TRUE(std::filesystem::exists(called));
+    user.action("quit");
+    EXPECT_EQ(user.waitForExit(program, 5), 0); // the tool's own time limit is three times as long
 }
 
 } // namespace
