@@ -1,11 +1,11 @@
 // From the request to the verified snapshot: starting a backup, following it, and judging its end.
 #include <algorithm>
 #include <limits>
-#include <string_view>
 #include <utility>
 
 #include "controller/backup_controller.h"
 #include "controller/planning.h"
+#include "timemachine/text_values.h"
 
 namespace norvane {
 
@@ -29,13 +29,6 @@ constexpr std::int64_t verifyRetries = 4;
 constexpr double verifyRetrySeconds = 5;
 constexpr double assumedBackupSeconds = 3600; // when the start was not seen
 constexpr std::int64_t tooFewFreeBytes = 9'999'999'999;
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view space = " \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(space);
-    return first == std::string_view::npos ? ""
-                                           : text.substr(first, text.find_last_not_of(space) - first + 1);
-}
 
 std::string quoted(const std::optional<std::string>& destinationName) {
     return '"' + destinationName.value_or("destination") + '"';
@@ -170,7 +163,7 @@ void BackupController::takeLaunchOutcome(const LaunchOutcome& outcome) {
         failLaunch("startbackup could not run");
     else if (outcome.startBackup->exitCode != 0)
         failLaunch("startbackup exited " + std::to_string(outcome.startBackup->exitCode) + ": " +
-                   std::string(trimmed(outcome.startBackup->stderr)));
+                   std::string(trimWhitespace(outcome.startBackup->stderr)));
     else
         applyStatus(*outcome.status);
 }

@@ -1,6 +1,5 @@
 #include "timemachine_linux/bounded_call.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -46,18 +45,16 @@ std::optional<std::string> readUntilEnd(int fd, double timeoutSeconds) {
 
 std::optional<std::string> callBounded(double timeoutSeconds,
                                        const std::function<std::optional<std::string>()>& question) {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+    auto pipe = makePipe();
+    if (!pipe)
         return std::nullopt;
-    const FileDescriptor reading(ends[0]);
-    FileDescriptor writing(ends[1]);
     const pid_t child = ::fork();
     if (child < 0)
         return std::nullopt;
     if (child == 0)
-        answer(writing.get(), question);
-    writing.reset();
-    auto text = readUntilEnd(reading.get(), timeoutSeconds);
+        answer(pipe->writing.get(), question);
+    pipe->writing.reset();
+    auto text = readUntilEnd(pipe->reading.get(), timeoutSeconds);
     if (!text) {
         // Killed or not, it may stay stuck in the kernel for ever; whoever adopts it reaps it then.
         ::kill(child, SIGKILL);

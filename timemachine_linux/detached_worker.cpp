@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "platform/linux/file_descriptor.h"
@@ -50,28 +49,26 @@ void leaveCaller(int lockFd, int goingFd) {
 
 std::optional<pid_t> startDetached(const FileLock& lock,
                                    const std::function<int(std::function<void()> going)>& work) {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+    auto pipe = makePipe();
+    if (!pipe)
         return std::nullopt;
-    const FileDescriptor reading(ends[0]);
-    FileDescriptor writing(ends[1]);
     // Blocked until the worker can take a request to stop, so that an early one is not lost.
     blockStopSignals();
     const pid_t worker = ::fork();
     if (worker == 0) {
-        leaveCaller(lock.fd(), writing.get());
+        leaveCaller(lock.fd(), pipe->writing.get());
         ::_exit(work([&] {
-            writeAll(writing.get(), "1");
-            writing.reset();
+            writeAll(pipe->writing.get(), "1");
+            pipe->writing.reset();
         }));
     }
     unblockStopSignals();
     if (worker < 0)
         return std::nullopt;
-    writing.reset();
+    pipe->writing.reset();
     char byte = 0;
     ssize_t count = 0;
-    while ((count = ::read(reading.get(), &byte, 1)) < 0 && errno == EINTR) {
+    while ((count = ::read(pipe->reading.get(), &byte, 1)) < 0 && errno == EINTR) {
     }
     if (count == 1)
         return worker;

@@ -45,18 +45,6 @@ std::vector<char*> pointersTo(std::vector<std::string>& strings) {
     return pointers;
 }
 
-struct Pipe {
-    FileDescriptor reading;
-    FileDescriptor writing;
-};
-
-std::optional<Pipe> makePipe() {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        return std::nullopt;
-    return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
-
 struct ChildPlan {
     const char* program;
     char* const* arguments;

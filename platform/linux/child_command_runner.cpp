@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/syscall.h>
@@ -23,18 +22,6 @@ namespace {
 using MonotonicClock = std::chrono::steady_clock;
 constexpr std::chrono::seconds killDelay{2};
 constexpr std::size_t readSize = 64 * 1024;
-
-struct Pipe {
-    FileDescriptor readEnd;
-    FileDescriptor writeEnd;
-};
-
-std::optional<Pipe> makePipe() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        return std::nullopt;
-    return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
 
 /// The child starts with default signal handling whatever this process ignores or blocks.
 std::optional<pid_t> spawn(const std::string& executablePath, const std::vector<std::string>& arguments,
@@ -158,16 +145,15 @@ std::optional<CommandResult> ChildCommandRunner::run(const std::string& executab
     auto errorPipe = makePipe();
     if (!outputPipe || !errorPipe)
         return std::nullopt;
-    const auto child =
-        spawn(executablePath, arguments, outputPipe->writeEnd.get(), errorPipe->writeEnd.get());
-    outputPipe->writeEnd.reset();
-    errorPipe->writeEnd.reset();
+    const auto child = spawn(executablePath, arguments, outputPipe->writing.get(), errorPipe->writing.get());
+    outputPipe->writing.reset();
+    errorPipe->writing.reset();
     if (!child)
         return std::nullopt;
     FileDescriptor childDescriptor(openProcess(*child));
     Watchdog watchdog(*child, timeoutSeconds);
-    Stream output{std::move(outputPipe->readEnd), {}};
-    Stream error{std::move(errorPipe->readEnd), {}};
+    Stream output{std::move(outputPipe->reading), {}};
+    Stream error{std::move(errorPipe->reading), {}};
     follow(watchdog, childDescriptor, output, error);
     return CommandResult{reap(*child), validText(std::move(output.text)), validText(std::move(error.text))};
 }

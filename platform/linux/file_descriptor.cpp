@@ -1,9 +1,19 @@
 #include "platform/linux/file_descriptor.h"
 
+#include <array>
 #include <cerrno>
 #include <cstddef>
 
+#include <fcntl.h>
+
 namespace norvane {
+
+std::optional<Pipe> makePipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return std::nullopt;
+    return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
 
 bool writeAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {

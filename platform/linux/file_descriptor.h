@@ -1,8 +1,9 @@
-// Owning one file descriptor, and writing to it.
+// Owning file descriptors, and writing to them.
 #pragma once
 
 #include <unistd.h>
 
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -34,6 +35,15 @@ public:
 private:
     int fd_ = -1;
 };
+
+/// Both ends close-on-exec.
+struct Pipe {
+    FileDescriptor reading;
+    FileDescriptor writing;
+};
+
+/// None: the system has no descriptors left.
+[[nodiscard]] std::optional<Pipe> makePipe();
 
 /// Writes all bytes. False: not all could be written; errno says why.
 bool writeAll(int fd, std::string_view bytes);
