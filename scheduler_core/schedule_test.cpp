@@ -7,15 +7,6 @@
 namespace norvane {
 namespace {
 
-TEST(Weekday, NumbersAreTheCalendars) {
-    EXPECT_EQ(Weekdays::fromCalendarWeekday(1), Weekday::sunday);
-    EXPECT_EQ(Weekdays::fromCalendarWeekday(7), Weekday::saturday);
-    for (const std::int64_t number : {INT64_C(0), INT64_C(8), INT64_C(-1), INT64_C(257), INT64_MIN})
-        EXPECT_EQ(Weekdays::fromCalendarWeekday(number), std::nullopt) << number;
-    for (const Weekday day : Weekdays::allCases)
-        EXPECT_EQ(Weekdays::fromCalendarWeekday(rawValue(day)), day);
-}
-
 TEST(TimeOfDay, ClampsComparesAndKeepsWhatIsStored) {
     EXPECT_EQ(TimeOfDay(-3, 75), TimeOfDay(0, 59));
     EXPECT_EQ(TimeOfDay(24, 0), TimeOfDay(23, 0));
@@ -27,16 +18,6 @@ TEST(TimeOfDay, ClampsComparesAndKeepsWhatIsStored) {
     EXPECT_FALSE(oneOClock < sixtyMinutes || oneOClock > sixtyMinutes);
     EXPECT_TRUE(oneOClock <= sixtyMinutes && oneOClock != sixtyMinutes);
     EXPECT_GT(TimeOfDay::unclamped(INT64_MAX, INT64_MAX), TimeOfDay::unclamped(INT64_MIN, INT64_MIN));
-}
-
-TEST(BlackoutWindow, LastsFromStartToEnd) {
-    const auto duration = [](TimeOfDay start, TimeOfDay end) {
-        return BlackoutWindow{.days = {}, .start = start, .end = end}.durationMinutes();
-    };
-    EXPECT_EQ(duration({22, 0}, {6, 0}), 480);
-    EXPECT_EQ(duration({9, 0}, {17, 30}), 510);
-    EXPECT_EQ(duration({12, 0}, {12, 0}), 0);
-    EXPECT_EQ(duration({0, 1}, {0, 0}), 1439);
 }
 
 struct OccurrenceCase {
