@@ -21,6 +21,14 @@ install_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
+# The tracked files of these patterns, one a line. Also where the checkout belongs to somebody else than root.
+tracked_files() {
+    local files
+    files=$(git -C "$root" -c safe.directory="$root" ls-files "$@")
+    [ -n "$files" ] || { echo "no files found: $*" >&2; return 1; }
+    printf '%s\n' "$files"
+}
+
 # build PRESET [TARGET…]
 build() {
     local preset=$1
