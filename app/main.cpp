@@ -10,12 +10,17 @@
 
 namespace {
 
-/// Without a display the program still schedules; it only shows nothing. Qt's own choice would abort when
-/// DISPLAY names a server that is gone.
+/// Without a display the program still schedules; it only shows nothing. Qt's own choice would abort when the
+/// variables name a server that is gone or a kind that is not installed.
 void allowRunningWithoutDisplay() {
-    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return;
-    qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsEmpty("DISPLAY") ? "offscreen" : "xcb;offscreen");
+    QByteArray platforms = "offscreen";
+    if (!qEnvironmentVariableIsEmpty("DISPLAY"))
+        platforms.prepend("xcb;");
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        platforms.prepend("wayland;");
+    qputenv("QT_QPA_PLATFORM", platforms);
 }
 
 void sleepFor(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }

@@ -109,20 +109,34 @@ private:
     Stage stage_ = Stage::waiting;
 };
 
+/// Whether the child has not ended yet; one that has stays to be reaped.
+bool stillRuns(pid_t child) {
+    siginfo_t info{};
+    return waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0;
+}
+
 /// Waits until the child has ended and both streams are closed, or the watchdog gives up on the streams.
-void follow(Watchdog& watchdog, FileDescriptor& child, Stream& output, Stream& error) {
-    while (child || output.descriptor || error.descriptor) {
+void follow(pid_t child, Watchdog& watchdog, Stream& output, Stream& error) {
+    constexpr int lookMilliseconds = 50; // where the system gives no descriptor for a process
+    FileDescriptor ended(openProcess(child));
+    bool runs = true;
+    while (runs || output.descriptor || error.descriptor) {
         std::array<pollfd, 3> events = {pollfd{output.descriptor.get(), POLLIN, 0},
                                         pollfd{error.descriptor.get(), POLLIN, 0},
-                                        pollfd{child.get(), POLLIN, 0}};
-        poll(events.data(), events.size(), watchdog.millisecondsLeft());
+                                        pollfd{ended.get(), POLLIN, 0}};
+        const int wait = watchdog.millisecondsLeft();
+        poll(events.data(), events.size(), runs && !ended ? std::min(wait, lookMilliseconds) : wait);
         if (events[0].revents != 0)
             output.readSome();
         if (events[1].revents != 0)
             error.readSome();
-        if (events[2].revents != 0)
-            child.reset();
-        if (!watchdog.act(static_cast<bool>(child)))
+        if (runs && (!ended || events[2].revents != 0)) {
+            runs = stillRuns(child);
+            if (!runs)
+                ended.reset();
+        }
+        if (!watchdog.act(runs))
             return;
     }
 }
@@ -150,11 +164,10 @@ std::optional<CommandResult> ChildCommandRunner::run(const std::string& executab
     errorPipe->writing.reset();
     if (!child)
         return std::nullopt;
-    FileDescriptor childDescriptor(openProcess(*child));
     Watchdog watchdog(*child, timeoutSeconds);
     Stream output{std::move(outputPipe->reading), {}};
     Stream error{std::move(errorPipe->reading), {}};
-    follow(watchdog, childDescriptor, output, error);
+    follow(*child, watchdog, output, error);
     return CommandResult{reap(*child), validText(std::move(output.text)), validText(std::move(error.text))};
 }
 

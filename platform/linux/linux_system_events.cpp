@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <sys/timerfd.h>
 #include <utility>
 
@@ -50,8 +49,9 @@ private Q_SLOTS:
 private:
     /// Never expires by itself; only setting the clock ends it.
     void armClockTimer() {
+        constexpr std::time_t farFuture = 9'000'000'000; // the year 2255, within what the kernel takes
         itimerspec never{};
-        never.it_value.tv_sec = std::numeric_limits<std::int32_t>::max();
+        never.it_value.tv_sec = farFuture;
         timerfd_settime(clockTimer_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
     }
 

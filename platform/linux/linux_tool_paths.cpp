@@ -14,12 +14,12 @@ std::string programFolder() {
 }
 
 ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder) {
-    const auto choose = [&](const std::string& name) {
-        const std::string systemTool = "/usr/bin/" + name;
-        const std::string parent = binFolder.substr(0, binFolder.rfind('/'));
-        return files.exists(systemTool) ? systemTool : parent + "/libexec/norvane/" + name;
-    };
-    return {choose("tmutil"), choose("defaults")};
+    const ToolPaths ofSystem{"/usr/bin/tmutil", "/usr/bin/defaults"};
+    // Both or none: other packages bring a "defaults" that knows nothing of Time Machine.
+    if (files.exists(ofSystem.tmutil) && files.exists(ofSystem.defaults))
+        return ofSystem;
+    const std::string own = binFolder.substr(0, binFolder.rfind('/')) + "/libexec/norvane/";
+    return {own + "tmutil", own + "defaults"};
 }
 
 } // namespace norvane
