@@ -144,19 +144,16 @@ void BackupController::announce(const std::string& event) {
 }
 
 std::unique_ptr<BackupController::Subscription> BackupController::subscribe(std::function<void()> observer) {
-    return std::make_unique<Subscription>(*this, std::move(observer));
+    observers_.push_back(std::make_shared<Observer>(Observer{std::move(observer)}));
+    return std::make_unique<Subscription>(observers_.back());
 }
 
 void BackupController::notifyObservers() {
-    for (auto next = observers_.begin(); next != observers_.end();)
-        (**next++)(); // an observer may end its own subscription
+    std::erase_if(observers_, [](const auto& observer) { return !observer->active; });
+    const auto observers = observers_; // any of them may come or go while one is told
+    for (const auto& observer : observers)
+        if (observer->active)
+            observer->notify();
 }
-
-BackupController::Subscription::Subscription(BackupController& controller, std::function<void()> observer)
-    : observers_(controller.observers_), observer_(std::move(observer)) {
-    observers_.push_back(&observer_);
-}
-
-BackupController::Subscription::~Subscription() { observers_.remove(&observer_); }
 
 } // namespace norvane

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "controller/condition_probes.h"
@@ -55,12 +55,14 @@ struct ControllerServices {
 /// Main thread only; what blocks runs in the background, and its result comes back to the main thread.
 ///
 /// One backup passes these states:
-///   armed      nextFire is set and the fire timer runs; a fire or "Back Up Now" ends it
-///   deferred   deferral is set: due, but conditions forbid it; looked at again until they allow or time is
-///   up requested  awaitingStart_ is set: `tmutil startbackup` was asked; seen running, or failed within 60 s
-///   running    status.running; its end leads to verifying, or to stopped when the user asked for it
-///   verifying  verifyingStart_ is set: a new snapshot is looked for, five times within 20 s
-///   then finished (streak 0) or failed (streak + 1, no fire before retryFloor_), and armed again
+/// - armed: nextFire is set and the fire timer runs; a fire or "Back Up Now" ends it.
+/// - deferred: deferral is set. Due, but conditions forbid it; looked at again until they allow or time is
+/// up.
+/// - requested: awaitingStart_ is set. Asked of Time Machine; seen running, or failed within 60 s.
+/// - running: status.running. Its end leads to verifying, or to stopped when the user asked for it.
+/// - verifying: verifyingStart_ is set. A new snapshot is looked for, five times within 20 s.
+/// Then it has finished (the streak of failures ends) or failed (no fire before retryFloor_), and is armed
+/// again.
 class BackupController {
 public:
     /// Reads the settings, plans and arms the first backup and starts the checks of a program start.
@@ -74,7 +76,7 @@ public:
 
     [[nodiscard]] const ControllerState& state() const { return state_; }
 
-    /// Destroying it ends the subscription.
+    /// Destroying it ends the subscription, at any time, also after the controller.
     class Subscription;
     /// Calls `observer` after every assignment to a published field, even of an equal value.
     [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer);
@@ -98,6 +100,7 @@ public:
 
 private:
     struct LaunchOutcome;
+    struct Observer;
 
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
@@ -166,7 +169,7 @@ private:
     SettingsStore store_;
     ConditionProbes probes_;
     ControllerState state_;
-    std::list<std::function<void()>*> observers_;
+    std::vector<std::shared_ptr<Observer>> observers_;
     const Instant launchGraceUntil_; // no backup fires before it
 
     // Timers, each replaced in one function.
@@ -203,16 +206,20 @@ private:
     Lifetime lifetime_; // last: gone before anything that a late result could touch
 };
 
+struct BackupController::Observer {
+    std::function<void()> notify;
+    bool active = true;
+};
+
 class BackupController::Subscription {
 public:
-    Subscription(BackupController& controller, std::function<void()> observer);
-    ~Subscription();
+    explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) {}
+    ~Subscription() { observer_->active = false; }
     Subscription(const Subscription&) = delete;
     Subscription& operator=(const Subscription&) = delete;
 
 private:
-    std::list<std::function<void()>*>& observers_;
-    std::function<void()> observer_;
+    const std::shared_ptr<Observer> observer_;
 };
 
 } // namespace norvane

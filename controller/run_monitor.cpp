@@ -318,7 +318,8 @@ void BackupController::finishBackup(bool verified) {
 
 void BackupController::recordFailure(const std::string& message) {
     announce(message);
-    if (consecutiveFailures_ < std::numeric_limits<std::int64_t>::max()) // the stored streak may be any number
+    if (consecutiveFailures_ <
+        std::numeric_limits<std::int64_t>::max()) // the stored streak may be any number
         ++consecutiveFailures_;
     store_.setFailureStreak(consecutiveFailures_);
     retryFloor_ = plusSeconds(now(), retryDelaySeconds(consecutiveFailures_));
