@@ -65,8 +65,8 @@ void ProgramFixture::setLastBackupTwoHoursAgo() const {
 
 std::string ProgramFixture::shell(const std::string& command) const {
     const std::string environment = "export HOME='" + path("home") + "' XDG_CONFIG_HOME='" + path("config") +
-                                    "' XDG_STATE_HOME='" + path("state") + "' XDG_CACHE_HOME='" + path("cache") +
-                                    "' XDG_RUNTIME_DIR='" + path("runtime") +
+                                    "' XDG_STATE_HOME='" + path("state") + "' XDG_CACHE_HOME='" +
+                                    path("cache") + "' XDG_RUNTIME_DIR='" + path("runtime") +
                                     "' DBUS_SESSION_BUS_ADDRESS='" + busAddress_ + "'; ";
     FILE* pipe = popen((environment + command).c_str(), "re");
     std::string output;
@@ -109,7 +109,8 @@ pid_t ProgramFixture::start(const std::string& program, const std::vector<std::s
 
 bool ProgramFixture::running(pid_t process) {
     siginfo_t info{};
-    return waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 && info.si_pid == 0;
+    return waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0;
 }
 
 std::optional<int> ProgramFixture::waitForExit(pid_t process, double seconds) {

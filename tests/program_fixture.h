@@ -40,7 +40,8 @@ public:
     void action(const std::string& name) const;
 
     [[nodiscard]] std::string log() const;
-    /// Waits until the log holds the text behind its first `from` bytes. The position behind it; none in time.
+    /// Waits until the log holds the text behind its first `from` bytes. The position behind it; none in
+    /// time.
     [[nodiscard]] std::optional<std::size_t> waitForLog(const std::string& text, double seconds,
                                                         std::size_t from = 0) const;
 

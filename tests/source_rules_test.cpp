@@ -34,7 +34,8 @@ const std::map<std::string, std::set<std::string>> allowedFolders = {
 
 std::string folderOf(const std::string& path) { return path.substr(0, path.find('/')); }
 bool isTestCode(const std::string& file) {
-    return file.ends_with("_test.cpp") || file.ends_with("_harness.h") || file.starts_with("platform/simulated/");
+    return file.ends_with("_test.cpp") || file.ends_with("_harness.h") ||
+           file.starts_with("platform/simulated/");
 }
 
 std::vector<Include> includesOf(const fs::path& path, const std::string& name) {
@@ -74,14 +75,16 @@ bool mayUseQt(const std::string& file) {
 }
 
 bool mayUseLinux(const std::string& file) {
-    return file.starts_with("platform/linux/") || file.starts_with("app/") || file.starts_with("timemachine_linux/");
+    return file.starts_with("platform/linux/") || file.starts_with("app/") ||
+           file.starts_with("timemachine_linux/");
 }
 
 TEST(SourceRules, FoldersIncludeOnlyDownwards) {
     for (const Include& include : allIncludes()) {
         if (include.ofSystem || include.target.find('/') == std::string::npos)
             continue; // a system header, or moc's output beside its source
-        EXPECT_TRUE(allowedFolders.at(folderOf(include.file)).contains(folderOf(include.target))) << place(include);
+        EXPECT_TRUE(allowedFolders.at(folderOf(include.file)).contains(folderOf(include.target)))
+            << place(include);
     }
 }
 
@@ -98,9 +101,11 @@ TEST(SourceRules, OnlyTheTopAndTheAdaptersKnowQtAndLinux) {
 
 TEST(SourceRules, InterfacesAndLogicUseNoSystemHeaders) {
     for (const Include& include : allIncludes()) {
-        if (!include.ofSystem || mayUseLinux(include.file) || mayUseQt(include.file) || isTestCode(include.file))
+        if (!include.ofSystem || mayUseLinux(include.file) || mayUseQt(include.file) ||
+            isTestCode(include.file))
             continue;
-        // The C++ library's headers have no extension; so have none of the system's. Named ones are libraries.
+        // The C++ library's headers have no extension; so have none of the system's. Named ones are
+        // libraries.
         const bool library = include.target.starts_with("date/") || include.target.starts_with("unicode/") ||
                              include.target.starts_with("nlohmann/") || include.target == "pugixml.hpp";
         EXPECT_TRUE(library || !include.target.ends_with(".h")) << place(include);
