@@ -7,13 +7,17 @@ namespace norvane {
 
 namespace {
 
-std::int64_t microseconds(double seconds) { return static_cast<std::int64_t>(std::max(seconds, 0.0) * 1e6); }
+std::int64_t microseconds(double seconds) {
+    constexpr double longest = 1e11; // 3,000 years; stored settings may ask for any wait
+    return static_cast<std::int64_t>(std::clamp(seconds, 0.0, longest) * 1e6);
+}
 
 } // namespace
 
 struct SimulatedTime::TimerState {
     std::function<void()> action;
     Microseconds delay = 0;
+    double tolerance = 0;
     bool repeats = false;
     bool alive = true;
 };
@@ -41,35 +45,41 @@ void SimulatedTime::schedule(Microseconds delay, decltype(Event::what) what) {
 
 std::unique_ptr<Timer> SimulatedTime::startTimer(TimerState state) {
     const auto shared = std::make_shared<TimerState>(std::move(state));
-    schedule(shared->delay, shared);
+    schedule(shared->delay + upTo(shared->tolerance), shared);
     return std::make_unique<EventTimer>(shared);
 }
 
-std::unique_ptr<Timer> SimulatedTime::once(double intervalSeconds, double /*toleranceSeconds*/,
+std::unique_ptr<Timer> SimulatedTime::once(double intervalSeconds, double toleranceSeconds,
                                            std::function<void()> action) {
-    return startTimer({std::move(action), microseconds(intervalSeconds)});
+    return startTimer({std::move(action), microseconds(intervalSeconds), toleranceSeconds});
 }
 
-std::unique_ptr<Timer> SimulatedTime::repeating(double intervalSeconds, double /*toleranceSeconds*/,
+std::unique_ptr<Timer> SimulatedTime::repeating(double intervalSeconds, double toleranceSeconds,
                                                 std::function<void()> action) {
     const Microseconds interval = std::max<Microseconds>(microseconds(intervalSeconds), 1);
-    return startTimer({std::move(action), interval, true});
+    return startTimer({std::move(action), interval, toleranceSeconds, true});
 }
 
-void SimulatedTime::post(std::function<Completion()> work) { schedule(0, std::move(work)); }
+void SimulatedTime::post(std::function<Completion()> work) {
+    schedule(upTo(maxLatencySeconds_), std::move(work));
+}
+
+SimulatedTime::Microseconds SimulatedTime::upTo(double seconds) {
+    return random_ ? microseconds(random_() * seconds) : 0;
+}
 
 void SimulatedTime::run(const std::shared_ptr<TimerState>& timer) {
     if (!timer->alive)
         return;
     if (timer->repeats)
-        schedule(timer->delay, timer);
+        schedule(timer->delay + upTo(timer->tolerance), timer);
     timer->action(); // which may destroy the timer, but not its state
 }
 
 void SimulatedTime::run(const Work& work) {
     spent_ = 0;
     Completion completion = work();
-    schedule(spent_, std::move(completion));
+    schedule(spent_ + upTo(maxLatencySeconds_), std::move(completion));
 }
 
 void SimulatedTime::advance(double seconds) { runDueUntil(elapsed_ + microseconds(seconds)); }
@@ -97,6 +107,33 @@ void SimulatedTime::setWallClock(Instant instant) {
 }
 
 void SimulatedTime::sleep(double seconds) { setWallClock(plusSeconds(now(), seconds)); }
+
+void SimulatedTime::sleepWithTimersCounting(double seconds) { elapsed_ += microseconds(seconds); }
+
+void SimulatedTime::disturb(std::function<double()> random, double maxLatencySeconds) {
+    random_ = std::move(random);
+    maxLatencySeconds_ = maxLatencySeconds;
+}
+
+std::optional<Instant> SimulatedTime::nextEvent() const {
+    if (events_.empty())
+        return std::nullopt;
+    return wallAtZero_ + std::chrono::microseconds(std::max(events_.back().due, elapsed_));
+}
+
+SimulatedTime::RunningTimers SimulatedTime::runningTimers() const {
+    RunningTimers running;
+    for (const Event& event : events_) {
+        const auto* timer = std::get_if<std::shared_ptr<TimerState>>(&event.what);
+        if (!timer || !(*timer)->alive)
+            continue;
+        if ((*timer)->repeats)
+            ++running.repeating;
+        else
+            running.oneShots.push_back(wallAtZero_ + std::chrono::microseconds(event.due));
+    }
+    return running;
+}
 
 void SimulatedTime::spend(double seconds) { spent_ += microseconds(seconds); }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -40,6 +41,22 @@ public:
     void setWallClock(Instant instant);
     /// The machine sleeps: the wall clock goes on, timers stand still.
     void sleep(double seconds);
+    /// The machine sleeps, and timers count the time: those that fell due meanwhile fire right afterwards.
+    void sleepWithTimersCounting(double seconds);
+
+    /// From now on timers use their tolerance, and background work begins and delivers up to `maxLatencySeconds`
+    /// late, each by a share from 0 to 1 that `random` gives.
+    void disturb(std::function<double()> random, double maxLatencySeconds);
+
+    // For those who watch.
+
+    /// When the next event is due by the wall clock; none when nothing is left to happen.
+    [[nodiscard]] std::optional<Instant> nextEvent() const;
+    struct RunningTimers {
+        int repeating = 0;
+        std::vector<Instant> oneShots; ///< When each is due by the wall clock.
+    };
+    [[nodiscard]] RunningTimers runningTimers() const;
 
     /// For simulated services: the background work that runs now takes this much longer.
     void spend(double seconds);
@@ -60,10 +77,13 @@ private:
     void run(const Work& work);
     static void run(const Completion& completion) { completion(); }
     void runDueUntil(Microseconds end);
+    [[nodiscard]] Microseconds upTo(double seconds);
 
     Microseconds elapsed_ = 0;  // what timers count
     Instant wallAtZero_;        // wall clock minus elapsed time
     Microseconds spent_ = 0;    // by the background work that runs now
+    std::function<double()> random_;
+    double maxLatencySeconds_ = 0;
     std::vector<Event> events_; // a handful: the earliest last, those due at once in reverse order
 };
 

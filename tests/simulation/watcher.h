@@ -1,0 +1,70 @@
+// What must hold at every moment, whatever happens.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tests/simulation/world.h"
+
+namespace norvane::simulation {
+
+/// Looks at the program from outside: what it publishes, stores, logs, posts and runs. Keeps its own ledger
+/// of what ought to be, from the log and from the truth of the simulated machine.
+class Watcher {
+public:
+    explicit Watcher(World& world) : w_(world) {}
+
+    /// After every step. The first rule that does not hold is kept.
+    void look();
+    /// The program was started (again): what it kept in memory is gone.
+    void programStarted();
+
+    [[nodiscard]] const std::optional<std::string>& violation() const { return violation_; }
+    [[nodiscard]] const std::deque<std::string>& lastLines() const { return lastLines_; }
+
+private:
+    void require(bool holds, std::string_view rule);
+    void readLog();
+    void readLine(std::string_view line);
+    void noteRequest(std::string_view message);
+    void noteRun(std::string_view message);
+    void noteFailure(std::string_view message);
+    void notePlan(std::string_view message);
+    void checkAlerts();
+    void checkPlan();
+    void checkTimers();
+    void checkDeferral();
+    void checkStore();
+    void checkState();
+
+    [[nodiscard]] const ControllerState& state() const { return w_.controller->state(); }
+    [[nodiscard]] Instant now() const { return w_.time.now(); }
+
+    World& w_;
+    std::optional<std::string> violation_;
+    std::deque<std::string> lastLines_;
+    std::uint64_t looks_ = 0;
+
+    // The ledger.
+    std::int64_t failures_ = 0; // in a row
+    std::int64_t expectedAlerts_ = 0;
+    std::size_t alertsSeen_ = 0;
+    std::optional<Instant> retryFloor_;
+    std::optional<Instant> requestedAt_; // and not yet seen running
+    std::optional<Instant> startedAt_;   // of the backup that runs, or of the last one
+    std::optional<Instant> verifyingSince_;
+    std::optional<Instant> stopRequestedAt_;
+    std::optional<Instant> skipped_;
+    std::optional<Instant> loggedPlan_;
+    std::map<std::string, Instant> watchdogs_; // when each alerted last
+    std::optional<DeferralInfo> deferral_;     // as last seen
+    std::optional<Instant> plan_;              // as last seen
+    Schedule schedule_;                        // under which plan_ was checked
+    std::int64_t startsAllowed_ = 0;           // requests that may still lead to a `startbackup`
+    bool running_ = false;
+    bool logGrew_ = false;
+};
+
+} // namespace norvane::simulation

@@ -1,0 +1,207 @@
+#include "tests/simulation/world.h"
+
+namespace norvane::simulation {
+
+namespace {
+
+TimeOfDay randomTime(Random& random) { return {random.whole(0, 23), 15 * random.whole(0, 3)}; }
+
+std::vector<TimeOfDay> randomTimes(Random& random) {
+    std::vector<TimeOfDay> times;
+    for (auto count = random.whole(0, 3); count > 0; --count)
+        times.push_back(randomTime(random));
+    return times;
+}
+
+ScheduleRule randomRule(Random& random) {
+    switch (random.whole(0, 2)) {
+    case 0:
+        return IntervalRule{random.pick<double>({0.5, 1, 1.5, 2, 4, 6, 12, 24, 48})};
+    case 1:
+        return DailyTimesRule{randomTimes(random)};
+    default:
+        break;
+    }
+    WeekdayTimesRule rule;
+    for (auto count = random.whole(0, 4); count > 0; --count)
+        rule.slots.push_back(
+            {Weekdays::allCases[static_cast<std::size_t>(random.whole(0, 6))], randomTimes(random)});
+    return rule;
+}
+
+Schedule randomSchedule(Random& random) {
+    Schedule schedule;
+    for (auto count = random.whole(0, 2); count >= 0; --count)
+        schedule.rules.push_back(randomRule(random));
+    if (random.chance(0.05))
+        schedule.rules.clear();
+    for (auto count = random.whole(-1, 3); count > 0; --count) {
+        BlackoutWindow window{{}, randomTime(random), randomTime(random)};
+        for (const Weekday day : Weekdays::allCases)
+            if (random.chance(0.5))
+                window.days.insert(day);
+        schedule.blackouts.push_back(window);
+    }
+    return schedule;
+}
+
+ConditionsConfig randomConditions(Random& random) {
+    ConditionsConfig conditions = ConditionsConfig::defaultConditions();
+    conditions.requireAC = random.chance(0.5);
+    conditions.minBatteryPercent = random.chance(0.3) ? random.whole(-5, 90) : 0;
+    conditions.deferInLowPowerMode = random.chance(0.2);
+    conditions.deferWhileCameraOrMicInUse = random.chance(0.5);
+    if (random.chance(0.4))
+        conditions.blockedApps = {{"editor", "Editor"}, {"game", "Game"}};
+    conditions.maxDeferralHours = random.pick<double>({0, 0.5, 1, 4, 12, 24});
+    conditions.recheckMinutes = random.pick<std::int64_t>({1, 5, 15, 60});
+    if (random.chance(0.1)) { // stored by hand: a look every second, so not for long
+        conditions.maxDeferralHours = 0.2;
+        conditions.recheckMinutes = random.pick<std::int64_t>({-3, 0});
+    }
+    if (random.chance(0.3))
+        conditions.maxLoadPerCore = random.between(0, 2);
+    if (random.chance(0.5))
+        conditions.requireDestinationPresent = random.chance(0.7);
+    return conditions;
+}
+
+void flipMachineState(World& w) {
+    switch (w.random.whole(0, 5)) {
+    case 0:
+        w.measurements.power.onAC = !w.measurements.power.onAC;
+        break;
+    case 1:
+        w.measurements.power.batteryPercent = w.random.whole(0, 100);
+        break;
+    case 2:
+        w.measurements.power.lowPowerMode = !w.measurements.power.lowPowerMode;
+        break;
+    case 3:
+        w.measurements.camera = !w.measurements.camera;
+        break;
+    case 4:
+        w.measurements.load = w.random.between(0, 3);
+        break;
+    default:
+        if (!w.measurements.applications.erase("editor"))
+            w.measurements.applications.insert("editor");
+    }
+}
+
+/// How Time Machine behaves from now on; most of the time it behaves.
+void changeTimeMachine(World& w) {
+    SimulatedTimeMachine& tm = w.timeMachine;
+    const auto seldom = [&w] { return w.random.chance(0.12); };
+    tm.backupSeconds = w.random.exponential(600) + 1;
+    tm.startsBackups = !seldom();
+    tm.leavesSnapshots = !seldom();
+    tm.stallsAt = seldom() ? std::optional(w.random.whole(0, tm.backupBytes)) : std::nullopt;
+    tm.startsWith =
+        seldom() ? std::optional(CommandResult{static_cast<std::int32_t>(w.random.whole(1, 99)), "", "no"})
+                 : std::nullopt;
+    tm.toolsMissing = w.random.chance(0.02);
+    tm.ignoresStop = seldom();
+    tm.preferencesReadable = !seldom();
+    tm.result = seldom() ? w.random.whole(-5, 50) : 0;
+    tm.messageParameters = seldom() ? std::vector<std::string>{"Documents"} : std::vector<std::string>{};
+    tm.kind = seldom() ? "Network" : "Local";
+    tm.url = tm.kind == "Network" ? "smb://nas.local/TM" : "";
+    tm.bytesAvailable = seldom() ? 5 : 600'000'000'000;
+    w.network.answeringHosts = seldom() ? std::set<std::string>{} : std::set<std::string>{"nas.local:445"};
+    w.tools.faultRate = seldom() ? w.random.between(0, 0.5) : 0;
+}
+
+void sleepAWhile(World& w) {
+    const double seconds = w.random.exponential(16 * 3600);
+    ++w.jumps;
+    if (w.random.chance(0.5))
+        w.time.sleep(seconds);
+    else
+        w.time.sleepWithTimersCounting(seconds);
+    if (w.systemEvents.handlers && w.random.chance(0.9))
+        w.systemEvents.handlers->didWake();
+}
+
+void stepTheClock(World& w) {
+    const double seconds = w.random.between(-1, 1) * w.random.pick<double>({1, 600, 7200, 86400});
+    w.time.setWallClock(plusSeconds(w.time.now(), seconds));
+    w.clockMoved = true;
+    ++w.jumps;
+    if (w.systemEvents.handlers)
+        w.systemEvents.handlers->clockChanged();
+}
+
+} // namespace
+
+World::World(std::uint64_t seed)
+    : random(seed), time(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
+                         std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}) {
+    time.disturb([this] { return random.fraction(); }, 0.5);
+    files.paths.insert(timeMachine.mountPoint);
+    store.setSchedule(randomSchedule(random));
+    startProgram();
+}
+
+void World::startProgram() {
+    controller.reset();
+    zone =
+        random.pick<std::string>({"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Pacific/Apia",
+                                  "Africa/Cairo", "America/Sao_Paulo", "Asia/Kathmandu", "UTC"});
+    startedAt = time.now();
+    ++starts;
+    jumps = 0;
+    defaults.lostAny = defaults.lossRate > 0;
+    graceEnd = plusSeconds(startedAt, static_cast<double>(store.launchGraceMinutes()) * 60);
+    controller = std::make_unique<BackupController>(ControllerServices{
+        time, time, time, defaults, tmUtil, files, measurements, notifications, systemEvents, processActivity,
+        crashReporter, eventLog, formats, texts, *Calendar::inZone(zone), "1.0", 4711});
+}
+
+const std::vector<Happening>& World::happenings() {
+    static const std::vector<Happening> all = {
+        {"the machine sleeps", 9, sleepAWhile},
+        {"the machine's state changes", 3, flipMachineState},
+        {"Time Machine changes its ways", 12, changeTimeMachine},
+        {"a stalled copy goes on", 2, [](World& w) { w.timeMachine.stallsAt.reset(); }},
+        {"the disk comes or goes", 60,
+         [](World& w) {
+             if (!w.files.paths.erase(w.timeMachine.mountPoint))
+                 w.files.paths.insert(w.timeMachine.mountPoint);
+         }},
+        {"the startup disk fills or empties", 300,
+         [](World& w) {
+             w.files.homeAvailableBytes =
+                 w.random.whole(0, 1) * 500'000'000'000 + w.random.whole(0, 20'000'000'000);
+         }},
+        {"Time Machine starts by itself", 80, [](World& w) { w.timeMachine.begin(); }},
+        {"the user presses Back Up Now", 40,
+         [](World& w) {
+             w.userAsked = true;
+             w.controller->requestBackup(false);
+         }},
+        {"the user presses Stop", 80, [](World& w) { w.controller->stopBackup(); }},
+        {"the user pauses", 90,
+         [](World& w) { w.controller->pause(plusSeconds(w.time.now(), w.random.exponential(7200))); }},
+        {"the user pauses until tomorrow", 200, [](World& w) { w.controller->pauseUntilTomorrow(); }},
+        {"the user resumes", 100, [](World& w) { w.controller->resume(); }},
+        {"the user skips", 70, [](World& w) { w.controller->skipNext(); }},
+        {"the user dismisses", 70, [](World& w) { w.controller->dismissDeferral(); }},
+        {"the user edits the schedule", 90,
+         [](World& w) { w.controller->setSchedule(randomSchedule(w.random)); }},
+        {"the user edits the conditions", 60,
+         [](World& w) { w.controller->setConditions(randomConditions(w.random)); }},
+        {"the grace is edited", 300, [](World& w) { w.store.setLaunchGraceMinutes(w.random.whole(-2, 30)); }},
+        {"the clock steps", 200, stepTheClock},
+        {"the program restarts", 60, [](World& w) { w.startProgram(); }},
+        {"settings get lossy or well", 400,
+         [](World& w) { w.defaults.lossRate = w.defaults.lossRate > 0 ? 0 : w.random.between(0, 0.3); }},
+        {"a crash report appears", 500,
+         [](World& w) {
+             w.files.folders["/reports"] = {{"Norvane-" + logTimestamp(w.time.now()) + ".ips", w.time.now()}};
+         }},
+    };
+    return all;
+}
+
+} // namespace norvane::simulation
