@@ -264,8 +264,10 @@ private:
     void writeValue(bool value) { writeEmptyElement(value ? "true" : "false"); }
 
     void writeValue(Instant value) {
-        const DateText date = dateText(value);
+        // The range of an Instant begins amid a second: cut off, the earliest ones would lie before it.
+        constexpr Instant firstWholeSecond = std::chrono::ceil<std::chrono::seconds>(distantPast);
         const bool wholeSeconds = dates_ == PlistDatePrecision::wholeSeconds;
+        const DateText date = dateText(wholeSeconds ? std::max(value, firstWholeSecond) : value);
         writeElement("date", date.day + "T" + date.time + (wholeSeconds ? "" : date.fraction) + "Z");
     }
 
