@@ -1,6 +1,7 @@
 // The entry point: one instance, one event loop.
 #include <QGuiApplication>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <thread>
@@ -28,6 +29,8 @@ void sleepFor(double seconds) { std::this_thread::sleep_for(std::chrono::duratio
 } // namespace
 
 int main(int argc, char** argv) {
+    // Some launchers hand it down ignored; the exit codes of the tools would be lost.
+    std::signal(SIGCHLD, SIG_DFL);
     allowRunningWithoutDisplay();
     QGuiApplication::setApplicationName("Norvane");
     QGuiApplication::setDesktopFileName("org.norvane.Norvane");

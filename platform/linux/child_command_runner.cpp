@@ -141,9 +141,12 @@ void follow(pid_t child, Watchdog& watchdog, Stream& output, Stream& error) {
     }
 }
 
-std::int32_t reap(pid_t child) {
+/// None: this process ignores SIGCHLD, so that the system has thrown the status away.
+std::optional<std::int32_t> reap(pid_t child) {
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR)
+            return std::nullopt;
     }
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
@@ -168,7 +171,10 @@ std::optional<CommandResult> ChildCommandRunner::run(const std::string& executab
     Stream output{std::move(outputPipe->reading), {}};
     Stream error{std::move(errorPipe->reading), {}};
     follow(*child, watchdog, output, error);
-    return CommandResult{reap(*child), validText(std::move(output.text)), validText(std::move(error.text))};
+    const auto exitCode = reap(*child);
+    if (!exitCode)
+        return std::nullopt;
+    return CommandResult{*exitCode, validText(std::move(output.text)), validText(std::move(error.text))};
 }
 
 } // namespace norvane

@@ -1,6 +1,7 @@
 #include "platform/linux/child_command_runner.h"
 
 #include <chrono>
+#include <csignal>
 #include <gtest/gtest.h>
 
 namespace norvane {
@@ -26,6 +27,12 @@ TEST(ChildCommandRunner, PassesArgumentsAsTheyAre) {
 TEST(ChildCommandRunner, WhatCannotStartIsNoResult) {
     EXPECT_EQ(ChildCommandRunner().run("/nonexistent/tool", {}, 10), std::nullopt);
     EXPECT_EQ(ChildCommandRunner().run("/etc/passwd", {}, 10), std::nullopt);
+}
+
+TEST(ChildCommandRunner, AnUnknownEndIsNoSuccess) {
+    auto* const before = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(shell("exit 3"), std::nullopt);
+    std::signal(SIGCHLD, before);
 }
 
 TEST(ChildCommandRunner, TextThatIsNotUtf8IsEmptyTheOtherStreamStays) {
