@@ -51,6 +51,23 @@ protected:
         ASSERT_TRUE(eventually([&] { return box.status("BackupPhase") == "Copying"; }));
     }
 
+    /// The path that the file of the tree has in the unfinished snapshot, once it is there.
+    std::string waitForCopyOf(const std::string& name) {
+        std::string copy;
+        EXPECT_TRUE(eventually([&] {
+            for (const auto& entry : fs::recursive_directory_iterator(box.destination()))
+                if (entry.path().extension() == ".inProgress")
+                    copy = entry.path().string() + box.tree() + "/" + name;
+            return fs::exists(fs::symlink_status(copy));
+        })) << name;
+        return copy;
+    }
+
+    void stopBackup() {
+        EXPECT_EQ(box.tmutil({"stopbackup"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return box.status("Running") == "0"; }));
+    }
+
     BackupSandbox box;
 };
 
@@ -245,18 +262,8 @@ TEST_F(Tmutil, StopIsNoFailureAndTheNextRunKeepsWhatWasFinished) {
     const std::string first = box.snapshots().at(0);
     const auto before = fingerprint(first);
     startSlowBackup();
-    const std::string unfinished =
-        box.destination() + "/" + fs::path(first).parent_path().filename().string();
-    std::string finishedCopy;
-    ASSERT_TRUE(eventually([&] {
-        for (const auto& entry : fs::directory_iterator(unfinished))
-            if (entry.path().extension() == ".inProgress")
-                finishedCopy = entry.path().string() + box.tree() + "/a1";
-        return fs::exists(finishedCopy);
-    }));
-    const auto inode = statOf(finishedCopy).st_ino;
-    EXPECT_EQ(box.tmutil({"stopbackup"}).exitCode, 0);
-    ASSERT_TRUE(eventually([&] { return box.status("Running") == "0"; }));
+    const auto inode = statOf(waitForCopyOf("a1")).st_ino;
+    stopBackup();
     EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::stopped));
     EXPECT_EQ(box.snapshots().size(), 1U);
 
@@ -270,6 +277,28 @@ TEST_F(Tmutil, StopIsNoFailureAndTheNextRunKeepsWhatWasFinished) {
     EXPECT_EQ(differences(box, box.tree(), copy), "");
     EXPECT_EQ(statOf(copy + "/a1").st_ino, inode);
     EXPECT_EQ(fingerprint(first), before);
+}
+
+TEST_F(Tmutil, ALinkInALeftoverNeverLeadsOutOfIt) {
+    useDestination();
+    fs::create_directories(box.in("outside/x"));
+    writeFile(box.in("outside/precious"), "p");
+    writeFile(box.in("outside/x/precious"), "p");
+    fs::create_directory_symlink(box.in("outside"), box.tree() + "/0link");
+    startSlowBackup();
+    (void)waitForCopyOf("0link");
+    stopBackup();
+    fs::remove(box.tree() + "/0link");
+    fs::create_directories(box.tree() + "/0link/x");
+    writeFile(box.tree() + "/0link/x/mine", "m");
+    box.preferences.set("SourceFolders", {PropertyList::Array{{box.tree() + "/0link/x"}}});
+    backUp();
+    EXPECT_TRUE(fs::exists(box.in("outside/precious")));
+    EXPECT_TRUE(fs::exists(box.in("outside/x/precious")));
+    const std::string copy = box.copyOf(box.snapshots().at(0), box.tree());
+    EXPECT_FALSE(fs::is_symlink(copy + "/0link"));
+    EXPECT_EQ(differences(box, box.tree() + "/0link", copy + "/0link"), "");
+    EXPECT_FALSE(fs::exists(copy + "/big"));
 }
 
 TEST_F(Tmutil, StatusNeverClaimsADeadRunAndItsCopyDiesWithIt) {

@@ -1,6 +1,7 @@
 #include "timemachine_linux/tree_removal.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <fts.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,12 +10,16 @@
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <string_view>
 
+#include "platform/linux/file_descriptor.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {
 namespace {
+
+constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 enum class What { everything, sharedFiles };
 
@@ -54,22 +59,48 @@ bool removeFrom(const std::string& path, What what) {
     return complete;
 }
 
-bool keepOnly(const std::string& snapshotFolder, const std::string& below,
-              const std::vector<std::string>& sources) {
-    const std::string folder = snapshotFolder + below;
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(folder.c_str()), ::closedir);
-    bool complete = listing != nullptr;
-    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
+struct Entry {
+    std::string name;
+    bool isFolder;
+};
+
+// None: the folder cannot be read.
+std::optional<std::vector<Entry>> entriesOf(int folder) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(
+        ::fdopendir(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), ::closedir);
+    if (!listing)
+        return std::nullopt;
+    std::vector<Entry> entries;
+    while (const dirent* entry = ::readdir(listing.get())) {
         const std::string_view name = entry->d_name;
-        if (name == "." || name == "..")
-            continue;
-        const std::string path = below + "/" + std::string(name);
+        struct stat status {};
+        if (name != "." && name != ".." &&
+            ::fstatat(folder, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+            entries.push_back({entry->d_name, S_ISDIR(status.st_mode)});
+    }
+    return entries;
+}
+
+// Descends by descriptor: a source may have been a symbolic link when the leftover was made, and a path
+// through such a link leads out of the snapshot.
+bool keepOnly(const FileDescriptor& folder, const std::string& snapshotFolder, const std::string& below,
+              const std::vector<std::string>& sources) {
+    const auto entries = folder ? entriesOf(folder.get()) : std::nullopt;
+    bool complete = entries.has_value();
+    for (const Entry& entry : entries.value_or(std::vector<Entry>())) {
+        const std::string path = std::string(below).append("/").append(entry.name);
         const auto holds = [&](const std::string& source) { return isWithin(source, path); };
         if (std::find(sources.begin(), sources.end(), path) != sources.end())
             continue;
-        const bool onTheWay = std::any_of(sources.begin(), sources.end(), holds);
-        complete = (onTheWay ? keepOnly(snapshotFolder, path, sources) : removeTree(snapshotFolder + path)) &&
-                   complete;
+        bool done = false;
+        if (std::none_of(sources.begin(), sources.end(), holds))
+            done = removeTree(snapshotFolder + path);
+        else if (entry.isFolder)
+            done = keepOnly(FileDescriptor(::openat(folder.get(), entry.name.c_str(), realFolder)),
+                            snapshotFolder, path, sources);
+        else
+            done = ::unlinkat(folder.get(), entry.name.c_str(), 0) == 0;
+        complete = done && complete;
     }
     return complete;
 }
@@ -83,7 +114,7 @@ bool removeSharedFiles(const std::string& folder) { return removeFrom(folder, Wh
 bool removeAllBut(const std::string& snapshotFolder, const std::vector<std::string>& sources) {
     if (std::find(sources.begin(), sources.end(), "/") != sources.end())
         return true;
-    return keepOnly(snapshotFolder, "", sources);
+    return keepOnly(FileDescriptor(::open(snapshotFolder.c_str(), realFolder)), snapshotFolder, "", sources);
 }
 
 } // namespace norvane

@@ -15,7 +15,8 @@ bool removeTree(const std::string& path);
 /// such a file in place, and so in the earlier snapshot that shares it.
 bool removeSharedFiles(const std::string& folder);
 
-/// Removes from a snapshot's folder what lies neither in one of the sources nor on the way to one.
+/// Removes from a snapshot's folder what lies neither in one of the sources nor on the way to one, and what
+/// is on the way without being a folder.
 bool removeAllBut(const std::string& snapshotFolder, const std::vector<std::string>& sources);
 
 } // namespace norvane
