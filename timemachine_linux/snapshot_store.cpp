@@ -78,6 +78,9 @@ std::vector<Snapshot> SnapshotStore::list() const {
     const auto isName = [](std::string_view name) { return parseSnapshotName(name).has_value(); };
     for (const std::string& name : foldersIn(folder_, isName))
         snapshots.push_back({name, dateOf(pathOf(name), *parseSnapshotName(name))});
+    // Names are local times, which run backwards in autumn and on a journey to the west.
+    std::stable_sort(snapshots.begin(), snapshots.end(),
+                     [](const Snapshot& one, const Snapshot& other) { return one.date < other.date; });
     return snapshots;
 }
 
