@@ -37,16 +37,28 @@ ResultCode BackupWorker::run() {
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
     record(result);
+    destinationLock_.reset();
     return result.code;
 }
 
 BackupWorker::Failure BackupWorker::backUp() {
-    for (const auto step : {&BackupWorker::openDestination, &BackupWorker::chooseSources,
-                            &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
+    for (const auto step :
+         {&BackupWorker::awaitEarlierRun, &BackupWorker::openDestination, &BackupWorker::chooseSources,
+          &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
         if (Failure failure = (this->*step)())
             return failure;
         if (around_.stop.requested() && step != &BackupWorker::finish)
             return stopped();
+    }
+    return std::nullopt;
+}
+
+BackupWorker::Failure BackupWorker::awaitEarlierRun() {
+    constexpr double earlierRunSeconds = 30;
+    if (!waitForEarlierRun(around_.files.copyLock, earlierRunSeconds, around_.stop)) {
+        if (around_.stop.requested())
+            return stopped();
+        return BackupResult{ResultCode::failed, "rsync of an earlier backup is still running"};
     }
     return std::nullopt;
 }
@@ -59,8 +71,26 @@ BackupWorker::Failure BackupWorker::openDestination() {
     destinationFolder_.reset(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!destinationFolder_)
         return destinationFailure("opening the folder of this machine", errno);
+    if (Failure failure = lockDestination())
+        return failure;
     if (const int error = probeWriting(store_.folder()); error != 0)
         return destinationFailure("writing", error);
+    return std::nullopt;
+}
+
+BackupWorker::Failure BackupWorker::lockDestination() {
+    // A worker that was killed lets go of its locks one after the other.
+    constexpr double lastHolderSeconds = 2;
+    if (!waitForEarlierRun(store_.lockFile(), lastHolderSeconds, around_.stop) && around_.stop.requested())
+        return stopped();
+    destinationLock_ = FileLock::tryAcquire(store_.lockFile());
+    if (destinationLock_)
+        return std::nullopt;
+    if (errno == EAGAIN)
+        return BackupResult{ResultCode::failed, "another backup to this destination is running"};
+    if (errno != ENOLCK && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL)
+        return destinationFailure("locking the folder of this machine", errno);
+    notes_.emplace_back("The destination cannot lock files: let no other machine or user back up to it");
     return std::nullopt;
 }
 
@@ -69,18 +99,19 @@ BackupWorker::Failure BackupWorker::chooseSources() {
     selection_ = selectSources(around_.preferences, around_.places, destination_.path);
     for (const std::string& path : selection_.missing)
         notes_.push_back("A folder to back up is missing: " + path);
+    std::vector<std::string> unreachable = selection_.unreachable;
+    for (const std::string& source : selection_.sources)
+        if (std::string trouble = troubleWithSource(source); !trouble.empty())
+            unreachable.push_back(std::move(trouble));
+    if (!unreachable.empty())
+        return BackupResult{ResultCode::copyFailed,
+                            "Cannot read a folder to back up, " + unreachable.front()};
     if (selection_.sources.empty())
         return BackupResult{ResultCode::nothingToBackUp, "There is no folder to back up"};
     return std::nullopt;
 }
 
 BackupWorker::Failure BackupWorker::prepareFolder() {
-    constexpr double earlierRunSeconds = 30;
-    if (!waitForEarlierRun(around_.files.copyLock, earlierRunSeconds, around_.stop)) {
-        if (around_.stop.requested())
-            return stopped();
-        return BackupResult{ResultCode::failed, "rsync of an earlier backup is still running"};
-    }
     std::vector<std::string> leftovers = store_.unfinished();
     const std::string newest = leftovers.empty() ? std::string() : leftovers.back();
     job_.resuming = !newest.empty() && resume(newest);
@@ -148,6 +179,7 @@ RsyncOutcome BackupWorker::runCopy() {
     run.program = around_.rsyncPath;
     run.arguments = rsyncArguments(job_);
     run.copyLockPath = around_.files.copyLock;
+    run.destinationLock = destinationLock_ ? destinationLock_->fd() : -1;
     run.onOutput = [&](std::string_view bytes) { progress.feed(bytes); };
     run.onTick = [&] { around_.status.setCopied(progress.bytes(), progress.files()); };
     run.onStopping = [&] { around_.status.setStopping(); };

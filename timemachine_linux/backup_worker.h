@@ -10,6 +10,7 @@
 #include "platform/linux/user_defaults_file.h"
 #include "timemachine_linux/change_count.h"
 #include "timemachine_linux/destination.h"
+#include "timemachine_linux/file_lock.h"
 #include "timemachine_linux/rsync_command.h"
 #include "timemachine_linux/rsync_outcome.h"
 #include "timemachine_linux/session_status_file.h"
@@ -43,7 +44,9 @@ private:
     using Failure = std::optional<BackupResult>; // none: go on
 
     Failure backUp();
+    Failure awaitEarlierRun();
     Failure openDestination();
+    Failure lockDestination();
     Failure chooseSources();
     Failure prepareFolder();
     void countTotals();
@@ -63,6 +66,7 @@ private:
     const SnapshotStore store_;
     FileDescriptor
         destinationFolder_; // open before the first write, so that syncfs(2) reports every lost one
+    std::optional<FileLock> destinationLock_;
     SourceSelection selection_;
     CopyJob job_;
     std::string unfinishedName_;

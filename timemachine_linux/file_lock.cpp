@@ -8,7 +8,7 @@
 namespace norvane {
 
 std::optional<FileLock> FileLock::tryAcquire(const std::string& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file)
         return std::nullopt;
     struct flock whole {};

@@ -20,6 +20,10 @@ struct RsyncOutcome {
     std::vector<std::string> notes; ///< On success: what could not be saved.
 };
 
+/// Whether this line of standard error makes a backup fail, whatever rsync's exit status: the receiving side
+/// missed something, or a source as a whole or its device does not answer.
+[[nodiscard]] bool isFatal(std::string_view line);
+
 [[nodiscard]] RsyncOutcome judgeRsyncExit(const RsyncExit& exit, bool stopRequested);
 
 } // namespace norvane

@@ -52,6 +52,7 @@ struct ChildPlan {
     int output;
     int errors;
     int copyLock;
+    int destinationLock;
     pid_t parent;
 };
 
@@ -65,8 +66,9 @@ struct ChildPlan {
     unblockStopSignals();
     ::dup2(plan.output, STDOUT_FILENO);
     ::dup2(plan.errors, STDERR_FILENO);
-    // Inherited on purpose: the lock stays held until the last process of rsync has ended.
+    // Inherited on purpose: the locks stay held until the last process of rsync has ended.
     ::fcntl(plan.copyLock, F_SETFD, 0);
+    ::fcntl(plan.destinationLock, F_SETFD, 0);
     ::execve(plan.program, plan.arguments, plan.environment);
     ::_exit(cannotExecute);
 }
@@ -89,7 +91,9 @@ public:
 
 private:
     void keep() {
-        if (!line_.empty() && lines_.size() < mostErrorLines)
+        const bool counts = !line_.empty() && (lines_.size() < mostErrorLines ||
+                                               (lines_.size() < 2 * mostErrorLines && isFatal(line_)));
+        if (counts)
             lines_.push_back(line_);
         line_.clear();
     }
@@ -199,8 +203,8 @@ std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
     std::vector<std::string> variables = environmentForRsync();
     const std::vector<char*> arguments = pointersTo(words);
     const std::vector<char*> environment = pointersTo(variables);
-    const ChildPlan plan{run.program.c_str(),   arguments.data(), environment.data(), output->writing.get(),
-                         errors->writing.get(), copyLock->fd(),   ::getpid()};
+    const ChildPlan plan{run.program.c_str(),   arguments.data(), environment.data(),  output->writing.get(),
+                         errors->writing.get(), copyLock->fd(),   run.destinationLock, ::getpid()};
     const pid_t child = ::fork();
     if (child < 0)
         return std::nullopt;

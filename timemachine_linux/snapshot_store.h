@@ -24,7 +24,11 @@ public:
     [[nodiscard]] const std::string& folder() const { return folder_; }
     [[nodiscard]] std::string pathOf(const std::string& name) const { return folder_ + "/" + name; }
 
-    /// Complete snapshots only, oldest name first.
+    /// Whoever changes anything in the folder holds a lock on this file: other users and other machines of
+    /// the same name may have the same destination.
+    [[nodiscard]] std::string lockFile() const { return folder_ + "/.lock"; }
+
+    /// Complete snapshots only, oldest first; by name where two have one date.
     [[nodiscard]] std::vector<Snapshot> list() const;
 
     /// Names of unfinished snapshots, oldest first.

@@ -1,10 +1,16 @@
 #include "timemachine_linux/source_selection.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/paths.h"
 
@@ -61,8 +67,10 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
     for (const std::string& path : wanted) {
         if (auto canonical = canonicalPath(path))
             addOnce(found, std::move(*canonical));
-        else
+        else if (errno == ENOENT || errno == ENOTDIR)
             selection.missing.push_back(path);
+        else
+            selection.unreachable.push_back(path + ": " + std::strerror(errno));
     }
     for (const std::string& path :
          {places.home + "/.cache", places.cache, places.home + "/.local/share/Trash", places.stateFolder})
@@ -79,6 +87,26 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
             selection.sources.push_back(path);
     }
     return selection;
+}
+
+std::string troubleWithSource(const std::string& source) {
+    const auto trouble = [&] { return source + ": " + std::strerror(errno); };
+    struct stat status {};
+    if (::lstat(source.c_str(), &status) != 0)
+        return trouble();
+    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode))
+        return {};
+    const FileDescriptor opened(::open(source.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!opened)
+        return trouble();
+    if (S_ISREG(status.st_mode))
+        return {};
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(
+        ::fdopendir(::openat(opened.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), ::closedir);
+    errno = listing ? 0 : errno;
+    if (!listing || (!::readdir(listing.get()) && errno != 0))
+        return trouble();
+    return {};
 }
 
 bool isLeftOut(const SourceSelection& selection, std::string_view path) {

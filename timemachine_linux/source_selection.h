@@ -24,11 +24,17 @@ struct SourceSelection {
         sources; ///< Canonical, none excluded, none inside another on the same file system.
     std::vector<std::string> excluded; ///< Paths that are left out with all below them.
     std::vector<std::string> missing;  ///< Configured sources that do not exist now.
+    /// Of configured sources that are there and cannot be reached: the path and why, "/data: I/O error".
+    std::vector<std::string> unreachable;
 };
 
 /// `destinationFolder` may be empty: none is configured.
 [[nodiscard]] SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
                                             const std::string& destinationFolder);
+
+/// Why the source cannot be read, as `SourceSelection::unreachable`; empty: it can. What it holds may still
+/// refuse.
+[[nodiscard]] std::string troubleWithSource(const std::string& source);
 
 /// Whether a backup leaves the path (as `resolvedPath` gives it) out: an exclusion covers it, or no source
 /// does.

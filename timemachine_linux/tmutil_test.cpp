@@ -6,8 +6,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <thread>
 
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/destination.h"
@@ -253,6 +255,48 @@ TEST_F(Tmutil, StartLetsGoOfItsCallerAndOnlyOneRuns) {
     EXPECT_EQ(second.exitCode, 0);
     EXPECT_EQ(second.output, "A backup is already running.\n");
     EXPECT_EQ(box.worker(), worker);
+}
+
+TEST_F(Tmutil, TwoUsersOfOneDestinationTakeTurns) {
+    useDestination();
+    startSlowBackup();
+    const std::string copy = waitForCopyOf("a1");
+    ::setenv("XDG_STATE_HOME", box.in("other state").c_str(), 1);
+    const ToolResult second = box.tmutil({"startbackup", "--block"});
+    ::unsetenv("XDG_STATE_HOME");
+    EXPECT_EQ(second.exitCode, 1);
+    EXPECT_NE(second.errors.find("another backup to this destination is running"), std::string::npos);
+    EXPECT_TRUE(fs::exists(copy));
+    stopBackup();
+    box.slowDownRsync(0);
+    backUp();
+}
+
+TEST_F(Tmutil, SnapshotsAreInTheOrderOfTime) {
+    useDestination();
+    for (const char* zone : {"Pacific/Auckland", "America/Los_Angeles"}) {
+        ::setenv("TZ", zone, 1);
+        backUp();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1100)); // dates are whole seconds
+    }
+    const std::vector<std::string> snapshots = box.snapshots();
+    ::unsetenv("TZ");
+    ASSERT_EQ(snapshots.size(), 2U);
+    EXPECT_GT(snapshots.front(), snapshots.back());
+    EXPECT_EQ(box.tmutil({"latestbackup"}).output, snapshots.back() + "\n");
+}
+
+TEST_F(Tmutil, ASourceThatCannotBeReadIsAFailure) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root reads everything";
+    useDestination();
+    for (const mode_t mode : {0, 0444, 0111}) {
+        ::chmod(box.tree().c_str(), mode);
+        EXPECT_NE(box.tmutil({"startbackup", "--block"}).errors.find(box.tree()), std::string::npos) << mode;
+        EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::copyFailed)) << mode;
+        EXPECT_TRUE(box.snapshots().empty()) << mode;
+    }
+    ::chmod(box.tree().c_str(), 0700);
 }
 
 TEST_F(Tmutil, StopIsNoFailureAndTheNextRunKeepsWhatWasFinished) {
