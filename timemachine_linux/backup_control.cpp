@@ -43,6 +43,14 @@ BackupResult failedStart(const Clock& clock, UserDefaultsFile& preferences, cons
     return result;
 }
 
+std::optional<BackupResult> obstacle(bool rsyncFound, const Destination& destination) {
+    if (!rsyncFound)
+        return BackupResult{ResultCode::rsyncMissing, "rsync is not installed"};
+    if (!isAvailable(destination))
+        return BackupResult{ResultCode::destinationUnavailable, destination.path + " is not available"};
+    return std::nullopt;
+}
+
 std::string lastMessage(const UserDefaultsFile& preferences) {
     const auto destinations = preferences.object("Destinations");
     if (!destinations || !destinations->array() || destinations->array()->empty())
@@ -72,6 +80,10 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
         return {{ResultCode::noDestination, "No destinations configured."}};
     if (!makeFolder(files.folder))
         return {{ResultCode::failed, "Cannot make the folder " + files.folder + "."}};
+    // Asked before the lock is taken, and recorded only under it: looking at a dead file system takes
+    // seconds, in which nothing runs.
+    const auto rsync = findProgram("rsync");
+    const auto trouble = obstacle(rsync.has_value(), *destination);
     const auto lock = FileLock::tryAcquire(files.runLock);
     if (!lock && errno == EAGAIN)
         return {{}, true};
@@ -79,13 +91,8 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
         return {{ResultCode::failed, files.runLock + ": " + std::strerror(errno)}};
     lock->write("");
     ::unlink(files.status.c_str());
-    const auto rsync = findProgram("rsync");
-    if (!rsync)
-        return {failedStart(clock, preferences, *destination,
-                            {ResultCode::rsyncMissing, "rsync is not installed"})};
-    if (!isAvailable(*destination))
-        return {failedStart(clock, preferences, *destination,
-                            {ResultCode::destinationUnavailable, destination->path + " is not available"})};
+    if (trouble)
+        return {failedStart(clock, preferences, *destination, *trouble)};
     const auto worker = startDetached(*lock, [&](const std::function<void()>& going) {
         const Instant start = clock.now();
         StopRequests stop;

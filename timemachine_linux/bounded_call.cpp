@@ -1,21 +1,31 @@
 #include "timemachine_linux/bounded_call.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <chrono>
 
 #include "platform/linux/file_descriptor.h"
+#include "timemachine_linux/child_descriptors.h"
 
 namespace norvane {
 namespace {
 
 [[noreturn]] void answer(int fd, const std::function<std::optional<std::string>()>& question) {
+    // Stuck for ever, it must not hold the caller's locks, nor keep a reader of the caller's output waiting.
+    // Past the standard streams the pipe stays when they are redirected, even if the caller had closed them.
+    const int pipe = ::fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (pipe < 0)
+        ::_exit(1);
+    closeAllBut(pipe, pipe);
+    redirectStandardStreams();
     const auto text = question();
-    ::_exit(text && writeAll(fd, *text) ? 0 : 1);
+    ::_exit(text && writeAll(pipe, *text) ? 0 : 1);
 }
 
 // None: the time is over, or reading failed.
