@@ -104,11 +104,41 @@ Content readContent(const std::string& path) {
     return content;
 }
 
-bool writeNewFile(const std::string& path, std::string_view bytes) {
+/// Whoever could read the old file can read the new one, when another user such as root writes it.
+void takeOver(int descriptor, const struct stat& old) {
+    const bool group = ::fchown(descriptor, old.st_uid, old.st_gid) == 0 ||
+                       ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0;
+    // Rights of the old group are none of another group.
+    ::fchmod(descriptor, old.st_mode & (group ? 0777U : 0707U));
+}
+
+bool writeNewFile(const std::string& path, std::string_view bytes, const std::string& replaced) {
     ::unlink(path.c_str()); // what a killed writer left
     const FileDescriptor file(
         ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    struct stat old {};
+    if (file && ::stat(replaced.c_str(), &old) == 0)
+        takeOver(file.get(), old);
     return file && writeAll(file.get(), bytes) && ::fsync(file.get()) == 0;
+}
+
+std::string folderOf(const std::string& path) {
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// A new one belongs to the owner of its folder, who could not open root's.
+FileDescriptor openLockFile(const std::string& path) {
+    constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW;
+    FileDescriptor lock(::open(path.c_str(), flags | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR));
+    if (!lock)
+        return FileDescriptor(::open(path.c_str(), flags | O_CREAT, S_IRUSR | S_IWUSR));
+    struct stat folder {};
+    if (::stat(folderOf(path).c_str(), &folder) == 0 && folder.st_uid != ::geteuid())
+        static_cast<void>(::fchown(lock.get(), folder.st_uid, folder.st_gid) == 0); // only root may
+    return lock;
 }
 
 bool isSameFile(int descriptor, const std::string& path) {
@@ -123,8 +153,7 @@ bool isSameFile(int descriptor, const std::string& path) {
 std::optional<FileDescriptor> lockFile(const std::string& path) {
     constexpr int attempts = 10'000;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        FileDescriptor lock(
-            ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+        FileDescriptor lock = openLockFile(path);
         if (!lock)
             return std::nullopt;
         if (::flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
@@ -138,13 +167,6 @@ std::optional<FileDescriptor> lockFile(const std::string& path) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return std::nullopt;
-}
-
-std::string folderOf(const std::string& path) {
-    const auto slash = path.rfind('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
 }
 
 /// Where a symbolic link leads, so that a write changes the file and leaves the link.
@@ -176,7 +198,7 @@ bool store(const std::string& path, PropertyList::Dictionary entries, bool keepO
     if (!parseXmlPropertyList(text))
         return false;
     const std::string finished = path + ".new";
-    if (!writeNewFile(finished, text) || !replace(path, finished, keepOld)) {
+    if (!writeNewFile(finished, text, path) || !replace(path, finished, keepOld)) {
         ::unlink(finished.c_str());
         return false;
     }

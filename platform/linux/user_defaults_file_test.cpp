@@ -103,6 +103,22 @@ TEST_F(UserDefaultsFileTest, SeesQuickWritesOfTheSameSizeInPlace) {
     }
 }
 
+TEST_F(UserDefaultsFileTest, LeavesTheFileToItsOwner) {
+    write(path_, "{ a = 1; }");
+    fs::permissions(path_, fs::perms(0640));
+    const uid_t owner = ::geteuid() == 0 ? 12345 : ::geteuid();
+    const std::string folder = fs::path(path_).parent_path();
+    for (const std::string& path : {folder, path_})
+        ASSERT_EQ(::chown(path.c_str(), owner, static_cast<gid_t>(-1)), 0);
+    UserDefaultsFile(path_).set("a", {std::int64_t{2}});
+    for (const std::string& path : {path_, path_ + ".lock"}) {
+        struct stat status {};
+        ASSERT_EQ(::stat(path.c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, owner) << path;
+        EXPECT_EQ(status.st_mode & 0777U, path == path_ ? 0640U : 0600U) << path;
+    }
+}
+
 TEST_F(UserDefaultsFileTest, KeepsAnUnreadableFileAside) {
     for (const std::string content : {"", "garbage = ", "(a)", "<plist><dict><key>a</key>"}) {
         write(path_, content);
