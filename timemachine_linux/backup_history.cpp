@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "timemachine_linux/paths.h"
+
 namespace norvane {
 namespace {
 
@@ -23,9 +25,9 @@ PropertyList::Dictionary* entryOf(PropertyList::Dictionary& all, const std::stri
 PropertyList messagesOf(const AttemptEnd& end) {
     PropertyList::Array messages;
     if (!end.result.message.empty())
-        messages.push_back({end.result.message});
+        messages.push_back({printable(end.result.message)});
     for (std::size_t i = 0; i < end.notes.size() && i < mostNotes; ++i)
-        messages.push_back({end.notes[i]});
+        messages.push_back({printable(end.notes[i])});
     if (end.notes.size() > mostNotes)
         messages.push_back({"and " + std::to_string(end.notes.size() - mostNotes) + " more"});
     return {std::move(messages)};

@@ -1,6 +1,8 @@
 #include "timemachine_linux/paths.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -45,6 +47,25 @@ std::optional<std::string> resolvedPath(const std::string& path) {
 bool isPrintableUtf8(std::string_view bytes) {
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
     return isValidUtf8(bytes) && std::none_of(bytes.begin(), bytes.end(), isControl);
+}
+
+std::string printable(std::string_view bytes) {
+    std::string text;
+    while (!bytes.empty()) {
+        std::size_t length = std::min<std::size_t>(4, bytes.size()); // no character of UTF-8 is longer
+        while (length > 0 && !isPrintableUtf8(bytes.substr(0, length)))
+            --length;
+        if (length == 0) {
+            std::array<char, 8> code{};
+            std::snprintf(code.data(), code.size(), "\\#%03o", static_cast<unsigned char>(bytes.front()));
+            text += code.data();
+            length = 1;
+        } else {
+            text += bytes.substr(0, length);
+        }
+        bytes.remove_prefix(length);
+    }
+    return text;
 }
 
 PropertyList pathToPropertyList(const std::string& path) {

@@ -24,6 +24,10 @@ namespace norvane {
 /// Whether the bytes are UTF-8 without control characters, as one line of output needs it.
 [[nodiscard]] bool isPrintableUtf8(std::string_view bytes);
 
+/// The text with each byte that is not UTF-8 or a control character as a backslash, a number sign and three
+/// octal digits, as rsync writes them: fit for a line of a log and for the preferences.
+[[nodiscard]] std::string printable(std::string_view bytes);
+
 /// A path is stored as a string if it can be one, else as data: file names are any bytes.
 [[nodiscard]] PropertyList pathToPropertyList(const std::string& path);
 
