@@ -10,6 +10,8 @@
 
 #include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/leftover_note.h"
+#include "timemachine_linux/mount_table.h"
+#include "timemachine_linux/paths.h"
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
 #include "timemachine_linux/small_file.h"
@@ -36,9 +38,9 @@ ResultCode BackupWorker::run() {
     const BackupResult result = backUp().value_or(BackupResult{});
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
-    record(result);
+    const bool recorded = record(result);
     destinationLock_.reset();
-    return result.code;
+    return result.code == ResultCode::success && !recorded ? ResultCode::failed : result.code;
 }
 
 BackupWorker::Failure BackupWorker::backUp() {
@@ -99,6 +101,7 @@ BackupWorker::Failure BackupWorker::chooseSources() {
     selection_ = selectSources(around_.preferences, around_.places, destination_.path);
     for (const std::string& path : selection_.missing)
         notes_.push_back("A folder to back up is missing: " + path);
+    leaveOutOtherFileSystems();
     std::vector<std::string> unreachable = selection_.unreachable;
     for (const std::string& source : selection_.sources)
         if (std::string trouble = troubleWithSource(source); !trouble.empty())
@@ -109,6 +112,18 @@ BackupWorker::Failure BackupWorker::chooseSources() {
     if (selection_.sources.empty())
         return BackupResult{ResultCode::nothingToBackUp, "There is no folder to back up"};
     return std::nullopt;
+}
+
+void BackupWorker::leaveOutOtherFileSystems() {
+    constexpr std::size_t largestTableBytes = std::size_t{16} << 20;
+    const std::string table = readSmallFile("/proc/self/mountinfo", largestTableBytes);
+    for (const MountBelow& mount : otherFileSystems(selection_, mountFolders(table))) {
+        notes_.push_back("left out: " + mount.folder +
+                         (mount.answers ? " is another file system" : " does not answer"));
+        // rsync would ask it too, and wait or take the error for one of the source.
+        if (!mount.answers)
+            selection_.excluded.push_back(mount.folder);
+    }
 }
 
 BackupWorker::Failure BackupWorker::prepareFolder() {
@@ -220,21 +235,24 @@ void BackupWorker::keepLeftover(ResultCode code) {
         ::unlink(around_.files.leftover.c_str());
 }
 
-void BackupWorker::record(const BackupResult& result) {
+bool BackupWorker::record(const BackupResult& result) {
     AttemptEnd end{result, notes_, std::nullopt, std::nullopt};
     if (result.code != ResultCode::destinationUnavailable && isAvailable(destination_)) {
         end.snapshots = store_.list();
         end.space = spaceOf(store_.folder());
     }
-    recordAttemptEnd(around_.preferences, destination_.id, end);
+    const bool recorded = recordAttemptEnd(around_.preferences, destination_.id, end);
+    if (!recorded)
+        notes_.emplace_back("The result could not be stored in the preferences");
     writeLog(result);
+    return recorded;
 }
 
 void BackupWorker::writeLog(const BackupResult& result) const {
     std::string text = "Result " + std::to_string(static_cast<int>(result.code));
-    text += result.message.empty() ? "\n" : ": " + result.message + "\n";
+    text += result.message.empty() ? "\n" : ": " + printable(result.message) + "\n";
     for (const std::string& note : notes_)
-        text += note + "\n";
+        text += printable(note) + "\n";
     replaceFile(around_.files.log, text);
 }
 

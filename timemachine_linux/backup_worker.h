@@ -49,13 +49,14 @@ private:
     Failure lockDestination();
     Failure chooseSources();
     Failure prepareFolder();
+    void leaveOutOtherFileSystems();
     void countTotals();
     Failure copy();
     Failure finish();
 
     bool resume(const std::string& name);
     void keepLeftover(ResultCode code);
-    void record(const BackupResult& result);
+    [[nodiscard]] bool record(const BackupResult& result);
     void writeLog(const BackupResult& result) const;
     [[nodiscard]] RsyncOutcome runCopy();
     [[nodiscard]] BackupResult destinationFailure(const std::string& step, int error) const;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <set>
 #include <vector>
 
 #include "timemachine_linux/paths.h"
@@ -73,6 +74,18 @@ std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
                          unescaped(separator[2])};
     }
     return std::nullopt;
+}
+
+std::vector<std::string> mountFolders(std::string_view mountInfo) {
+    std::set<std::string> folders;
+    while (!mountInfo.empty()) {
+        const std::size_t end = std::min(mountInfo.find('\n'), mountInfo.size());
+        const auto fields = fieldsOf(mountInfo.substr(0, end));
+        mountInfo.remove_prefix(std::min(end + 1, mountInfo.size()));
+        if (fields.size() >= 6)
+            folders.insert(unescaped(fields[4]));
+    }
+    return {folders.begin(), folders.end()};
 }
 
 bool isNetworkFileSystem(std::string_view type) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace norvane {
 
@@ -18,6 +19,9 @@ struct Mount {
 
 /// The mount with this id in the text of a mountinfo file; none when it is not there.
 [[nodiscard]] std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id);
+
+/// Where anything is mounted, each folder once, in order.
+[[nodiscard]] std::vector<std::string> mountFolders(std::string_view mountInfo);
 
 [[nodiscard]] bool isNetworkFileSystem(std::string_view type);
 

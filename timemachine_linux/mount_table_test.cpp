@@ -37,6 +37,7 @@ TEST(MountTable, FindsMountsAndTellsTheirAddresses) {
         EXPECT_EQ(isNetworkFileSystem(mount->type), c.network) << c.id;
         EXPECT_EQ(networkUrl(*mount, c.path), c.url) << c.path;
     }
+    EXPECT_EQ(mountFolders(table).at(2), "/mnt/my nas");
     EXPECT_FALSE(findMount(table, 36));
     EXPECT_FALSE(findMount("", 1));
 }

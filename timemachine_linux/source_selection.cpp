@@ -12,6 +12,7 @@
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_folders.h"
+#include "timemachine_linux/bounded_call.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {
@@ -87,6 +88,37 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
             selection.sources.push_back(path);
     }
     return selection;
+}
+
+std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
+                                         const std::vector<std::string>& mountFolders) {
+    constexpr double patienceSeconds = 5;
+    std::vector<MountBelow> mounts;
+    for (const std::string& folder : mountFolders) {
+        const auto& sources = selection.sources;
+        const auto known = [&](const MountBelow& mount) { return isWithin(folder, mount.folder); };
+        if (isLeftOut(selection, folder) ||
+            std::find(sources.begin(), sources.end(), folder) != sources.end() ||
+            std::any_of(mounts.begin(), mounts.end(), known))
+            continue;
+        // The innermost source that holds it.
+        std::string source;
+        for (const std::string& one : sources)
+            if (isWithin(folder, one) && one.size() >= source.size())
+                source = one;
+        const auto answer = callBounded(patienceSeconds, [&]() -> std::optional<std::string> {
+            struct stat status {};
+            if (::lstat(folder.c_str(), &status) != 0) {
+                if (errno == ENOENT) // hidden by a later mount
+                    return "same";
+                return errno == EACCES ? std::optional<std::string>("other") : std::nullopt;
+            }
+            return onSameFileSystem(source, folder) ? "same" : "other";
+        });
+        if (answer != "same")
+            mounts.push_back({folder, answer.has_value()});
+    }
+    return mounts;
 }
 
 std::string troubleWithSource(const std::string& source) {

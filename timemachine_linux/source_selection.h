@@ -32,6 +32,16 @@ struct SourceSelection {
 [[nodiscard]] SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
                                             const std::string& destinationFolder);
 
+struct MountBelow {
+    std::string folder;
+    bool answers; ///< False: looking at it fails or takes too long.
+};
+
+/// Those of the mounted folders that lie below a source, are neither excluded nor sources themselves, and are
+/// not on the source's file system. May take a few seconds for each that does not answer.
+[[nodiscard]] std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
+                                                       const std::vector<std::string>& mountFolders);
+
 /// Why the source cannot be read, as `SourceSelection::unreachable`; empty: it can. What it holds may still
 /// refuse.
 [[nodiscard]] std::string troubleWithSource(const std::string& source);

@@ -299,6 +299,30 @@ TEST_F(Tmutil, ASourceThatCannotBeReadIsAFailure) {
     ::chmod(box.tree().c_str(), 0700);
 }
 
+TEST_F(Tmutil, NotesAreStoredWhateverTheirBytes) {
+    useDestination();
+    box.preferences.set("SourceFolders",
+                        {PropertyList::Array{{box.tree()}, {PropertyListData{"/gone/\xff\n\xc3\xa4"}}}});
+    backUp();
+    EXPECT_EQ(box.recorded("SnapshotDates").array()->size(), 1U);
+    EXPECT_EQ(*box.recorded("MessageParameters").array()->front().string(),
+              "A folder to back up is missing: /gone/\\#377\\#012\xc3\xa4");
+}
+
+TEST_F(Tmutil, OtherFileSystemsBelowASourceAreNoted) {
+    const std::string mount = box.tree() + "/mnt";
+    fs::create_directories(mount);
+    if (box.run({"mount", "-t", "tmpfs", "none", mount}).exitCode != 0)
+        GTEST_SKIP() << "needs root";
+    useDestination();
+    writeFile(mount + "/f", "x");
+    backUp();
+    EXPECT_EQ(*box.recorded("MessageParameters").array()->front().string(),
+              "left out: " + mount + " is another file system");
+    EXPECT_TRUE(fs::is_empty(box.copyOf(box.snapshots().at(0), mount)));
+    EXPECT_EQ(box.run({"umount", mount}).exitCode, 0);
+}
+
 TEST_F(Tmutil, StopIsNoFailureAndTheNextRunKeepsWhatWasFinished) {
     useDestination();
     writeFile(box.tree() + "/old", "old");
