@@ -1,5 +1,7 @@
 #include "platform/linux/qt_background.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <utility>
 
 namespace norvane {
@@ -8,6 +10,16 @@ namespace {
 
 constexpr int maxWorks = 8; // at once; the program rarely has more than two
 constexpr int idleMilliseconds = 1000;
+constexpr auto completionEvent = QEvent::User;
+
+/// The oldest one.
+template <class Function>
+Function take(std::deque<Function>& queue, std::mutex& mutex) {
+    const std::lock_guard guard(mutex);
+    Function function = std::move(queue.front());
+    queue.pop_front();
+    return function;
+}
 
 } // namespace
 
@@ -24,9 +36,29 @@ bool QtBackground::waitForDone() {
 }
 
 void QtBackground::post(std::function<Completion()> work) {
-    pool_.start([this, work = std::move(work)] {
-        QMetaObject::invokeMethod(&mainThread_, work(), Qt::QueuedConnection);
-    });
+    {
+        const std::lock_guard guard(mutex_);
+        works_.push_back(std::move(work));
+    }
+    pool_.start([this] { runWork(); });
+}
+
+void QtBackground::runWork() {
+    Completion completion = take(works_, mutex_)();
+    {
+        const std::lock_guard guard(mutex_);
+        completions_.push_back(std::move(completion));
+    }
+    QCoreApplication::postEvent(&receiver_, new QEvent(completionEvent));
+}
+
+void QtBackground::runCompletion() { take(completions_, mutex_)(); }
+
+bool QtBackground::Receiver::event(QEvent* event) {
+    if (event->type() != completionEvent)
+        return QObject::event(event);
+    background_.runCompletion();
+    return true;
 }
 
 } // namespace norvane

@@ -1,6 +1,9 @@
 // Background work on a pool of threads, delivered through Qt's event loop.
 #pragma once
 
+#include <deque>
+#include <mutex>
+
 #include <QObject>
 #include <QThreadPool>
 
@@ -22,7 +25,25 @@ public:
     [[nodiscard]] bool waitForDone();
 
 private:
-    QObject mainThread_; // completions are queued to its thread, and dropped with it
+    /// Of the main thread. Each event sent to it stands for one completion.
+    class Receiver final : public QObject {
+    public:
+        explicit Receiver(QtBackground& background) : background_(background) {}
+        bool event(QEvent* event) override;
+
+    private:
+        QtBackground& background_;
+    };
+
+    void runWork();
+    void runCompletion();
+
+    // Handed over under a mutex of our own rather than inside Qt's events: the thread sanitizer does not see
+    // how Qt synchronizes, and could not tell a real race from it.
+    std::mutex mutex_;
+    std::deque<std::function<Completion()>> works_;
+    std::deque<Completion> completions_;
+    Receiver receiver_{*this};
     QThreadPool pool_;
 };
 
