@@ -44,8 +44,8 @@ public:
     /// The machine sleeps, and timers count the time: those that fell due meanwhile fire right afterwards.
     void sleepWithTimersCounting(double seconds);
 
-    /// From now on timers use their tolerance, and background work begins and delivers up to `maxLatencySeconds`
-    /// late, each by a share from 0 to 1 that `random` gives.
+    /// From now on timers use their tolerance, and background work begins and delivers up to
+    /// `maxLatencySeconds` late, each by a share from 0 to 1 that `random` gives.
     void disturb(std::function<double()> random, double maxLatencySeconds);
 
     // For those who watch.
@@ -79,9 +79,9 @@ private:
     void runDueUntil(Microseconds end);
     [[nodiscard]] Microseconds upTo(double seconds);
 
-    Microseconds elapsed_ = 0;  // what timers count
-    Instant wallAtZero_;        // wall clock minus elapsed time
-    Microseconds spent_ = 0;    // by the background work that runs now
+    Microseconds elapsed_ = 0; // what timers count
+    Instant wallAtZero_;       // wall clock minus elapsed time
+    Microseconds spent_ = 0;   // by the background work that runs now
     std::function<double()> random_;
     double maxLatencySeconds_ = 0;
     std::vector<Event> events_; // a handful: the earliest last, those due at once in reverse order
