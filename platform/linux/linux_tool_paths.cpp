@@ -14,7 +14,7 @@ std::string programFolder() {
 }
 
 ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder) {
-    const ToolPaths ofSystem{"/usr/bin/tmutil", "/usr/bin/defaults"};
+    ToolPaths ofSystem{"/usr/bin/tmutil", "/usr/bin/defaults"};
     // Both or none: other packages bring a "defaults" that knows nothing of Time Machine.
     if (files.exists(ofSystem.tmutil) && files.exists(ofSystem.defaults))
         return ofSystem;
