@@ -22,8 +22,13 @@ class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    /// Whether something exists at the path now. Quick, even where a network mount no longer answers.
+    /// Whether something exists at the path now. Quick, even where a network mount no longer answers: what
+    /// lies on such a mount then counts as existing.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+
+    /// The folder where the volume that holds the path is mounted now, whether or not there is anything at
+    /// the path; none when unknown.
+    [[nodiscard]] virtual std::optional<std::string> mountPointOf(const std::string& path) const = 0;
 
     /// Free bytes for ordinary users on the volume that holds the home folder; none when unknown.
     [[nodiscard]] virtual std::optional<std::int64_t> homeVolumeAvailableBytes() const = 0;

@@ -1,11 +1,20 @@
 #include "platform/linux/icu_formats.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
+#include <unicode/calendar.h>
 #include <unicode/datefmt.h>
+#include <unicode/dtfmtsym.h>
+#include <unicode/dtptngen.h>
+#include <unicode/measfmt.h>
 #include <unicode/measunit.h>
+#include <unicode/measure.h>
 #include <unicode/numberformatter.h>
+#include <unicode/reldatefmt.h>
+#include <unicode/timezone.h>
 
 namespace norvane {
 
@@ -17,12 +26,73 @@ std::string utf8(const icu::UnicodeString& text) {
     return result;
 }
 
-std::string formatted(const icu::DateFormat* format, Instant instant) {
+double milliseconds(Instant instant) { return secondsBetween(Instant{}, instant) * 1000; }
+
+std::string formatted(icu::DateFormat* format, Instant instant) {
     if (!format)
         return {};
-    const double milliseconds = secondsBetween(Instant{}, instant) * 1000;
+    format->adoptTimeZone(icu::TimeZone::createDefault()); // it may have changed
     icu::UnicodeString text;
-    return utf8(format->format(milliseconds, text));
+    return utf8(format->format(milliseconds(instant), text));
+}
+
+/// Days of the calendar from one instant to another, in the default time zone.
+double calendarDays(const icu::Locale& locale, Instant from, Instant to) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(locale, error));
+    if (!calendar)
+        return 0;
+    const auto dayNumber = [&](Instant instant) {
+        calendar->setTime(milliseconds(instant), error);
+        return calendar->get(UCAL_JULIAN_DAY, error);
+    };
+    return static_cast<double>(dayNumber(to)) - static_cast<double>(dayNumber(from));
+}
+
+std::string relativeText(const icu::Locale& locale, double count, URelativeDateTimeUnit unit) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::RelativeDateTimeFormatter format(locale, nullptr, UDAT_STYLE_LONG,
+                                                UDISPCTX_CAPITALIZATION_FOR_MIDDLE_OF_SENTENCE, error);
+    icu::UnicodeString text;
+    return utf8(format.format(count, unit, text, error));
+}
+
+using Width = icu::DateFormatSymbols::DtWidthType;
+
+std::string weekdayText(const icu::Locale& locale, Width width, int weekday) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::DateFormatSymbols symbols(locale, error);
+    int32_t count = 0;
+    const icu::UnicodeString* const names =
+        symbols.getWeekdays(count, icu::DateFormatSymbols::STANDALONE, width);
+    return weekday >= 1 && weekday < count ? utf8(names[weekday]) : std::string();
+}
+
+constexpr double secondsPerHour = 3600;
+constexpr double longestTime = 1e12;
+
+struct TimeUnit {
+    double seconds;
+    icu::MeasureUnit (*unit)();
+};
+constexpr std::array<TimeUnit, 4> timeUnits = {{{86'400, icu::MeasureUnit::getDay},
+                                                {secondsPerHour, icu::MeasureUnit::getHour},
+                                                {60, icu::MeasureUnit::getMinute},
+                                                {1, icu::MeasureUnit::getSecond}}};
+
+icu::Measure measure(double count, const TimeUnit& unit) {
+    UErrorCode error = U_ZERO_ERROR;
+    return {count, new icu::MeasureUnit(unit.unit()), error}; // which it adopts
+}
+
+std::string formatted(const icu::Locale& locale, UMeasureFormatWidth width,
+                      const std::vector<icu::Measure>& measures) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::MeasureFormat format(locale, width, error);
+    icu::UnicodeString text;
+    icu::FieldPosition position;
+    format.formatMeasures(measures.data(), static_cast<int32_t>(measures.size()), text, position, error);
+    return utf8(text);
 }
 
 struct ByteUnit {
@@ -39,6 +109,8 @@ struct IcuFormats::Formatters {
         icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale)};
     std::unique_ptr<icu::DateFormat> dateAndTime{
         icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kShort, locale)};
+    std::unique_ptr<icu::DateFormat> dateAndSeconds{
+        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kMedium, locale)};
 };
 
 IcuFormats::IcuFormats() : formatters_(std::make_unique<Formatters>()) {}
@@ -50,6 +122,94 @@ std::string IcuFormats::shortTime(Instant instant) const {
 
 std::string IcuFormats::dateAndTime(Instant instant) const {
     return formatted(formatters_->dateAndTime.get(), instant);
+}
+
+std::string IcuFormats::dateAndTimeWithSeconds(Instant instant) const {
+    return formatted(formatters_->dateAndSeconds.get(), instant);
+}
+
+std::string IcuFormats::relativeTime(Instant instant, Instant now) const {
+    const double seconds = secondsBetween(now, instant);
+    const auto rounded = [seconds](double unit) { return std::round(seconds / unit); };
+    const auto text = [this](double count, URelativeDateTimeUnit unit) {
+        return relativeText(formatters_->locale, count, unit);
+    };
+    if (std::abs(rounded(1)) < 60)
+        return text(rounded(1), UDAT_REL_UNIT_SECOND);
+    if (std::abs(rounded(60)) < 60)
+        return text(rounded(60), UDAT_REL_UNIT_MINUTE);
+    if (std::abs(rounded(secondsPerHour)) < 24)
+        return text(rounded(secondsPerHour), UDAT_REL_UNIT_HOUR);
+    return text(calendarDays(formatters_->locale, now, instant), UDAT_REL_UNIT_DAY);
+}
+
+bool IcuFormats::uses24Hours() const {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> patterns(
+        icu::DateTimePatternGenerator::createInstance(formatters_->locale, error));
+    if (!patterns)
+        return true;
+    const UDateFormatHourCycle cycle = patterns->getDefaultHourCycle(error);
+    return cycle == UDAT_HOUR_CYCLE_23 || cycle == UDAT_HOUR_CYCLE_24;
+}
+
+std::string IcuFormats::dayHalf(bool afternoon) const {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::DateFormatSymbols symbols(formatters_->locale, error);
+    int32_t count = 0;
+    const icu::UnicodeString* const names = symbols.getAmPmStrings(count);
+    return count == 2 ? utf8(names[afternoon ? 1 : 0]) : std::string();
+}
+
+std::string IcuFormats::weekdayName(int weekday) const {
+    return weekdayText(formatters_->locale, icu::DateFormatSymbols::WIDE, weekday);
+}
+
+std::string IcuFormats::weekdaySymbol(int weekday) const {
+    return weekdayText(formatters_->locale, icu::DateFormatSymbols::NARROW, weekday);
+}
+
+int IcuFormats::firstWeekday() const {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(formatters_->locale, error));
+    return calendar ? calendar->getFirstDayOfWeek(error) : UCAL_SUNDAY;
+}
+
+std::string IcuFormats::elapsedTime(double seconds) const {
+    // Truncated, so that the text changes when a unit is over.
+    const double whole = std::floor(std::clamp(seconds, 0.0, longestTime));
+    const auto larger = std::find_if(timeUnits.begin(), timeUnits.end() - 1,
+                                     [whole](const TimeUnit& unit) { return whole >= unit.seconds; });
+    std::vector<icu::Measure> measures = {measure(std::floor(whole / larger->seconds), *larger)};
+    const auto smaller = larger + 1;
+    if (smaller != timeUnits.end()) {
+        const double rest = std::floor(std::fmod(whole, larger->seconds) / smaller->seconds);
+        if (rest > 0)
+            measures.push_back(measure(rest, *smaller));
+    }
+    return formatted(formatters_->locale, UMEASFMT_WIDTH_SHORT, measures);
+}
+
+std::string IcuFormats::roundTime(double seconds) const {
+    const double time = std::clamp(seconds, 0.0, longestTime);
+    // The largest unit that the time, rounded to it, fills at least once: 59.7 minutes are an hour.
+    for (const TimeUnit& unit : timeUnits) {
+        const double count = std::round(time / unit.seconds);
+        if (unit.seconds <= secondsPerHour && (count >= 1 || unit.seconds == 1) &&
+            time >= unit.seconds * 0.99)
+            return formatted(formatters_->locale, UMEASFMT_WIDTH_WIDE, {measure(count, unit)});
+    }
+    return formatted(formatters_->locale, UMEASFMT_WIDTH_WIDE, {measure(0, timeUnits.back())});
+}
+
+std::string IcuFormats::percentage(double fraction) const {
+    UErrorCode error = U_ZERO_ERROR;
+    return utf8(icu::number::NumberFormatter::withLocale(formatters_->locale)
+                    .unit(icu::NoUnit::percent())
+                    .scale(icu::number::Scale::powerOfTen(2))
+                    .precision(icu::number::Precision::integer())
+                    .formatDouble(fraction, error)
+                    .toString(error));
 }
 
 std::string IcuFormats::byteCount(std::int64_t bytes) const {

@@ -2,16 +2,47 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <unistd.h>
+#include <utility>
+
+#include "platform/linux/capture_devices.h"
+#include "platform/linux/pipewire_media.h"
+#include "platform/linux/pulse_recording.h"
 
 namespace norvane {
+
+namespace {
+
+constexpr std::chrono::milliseconds limit{80}; // for each of the four that may take long
+
+} // namespace
+
+LinuxMeasurements::LinuxMeasurements(DesktopPower& power, std::string procFolder, std::string deviceFolder)
+    : power_(power), procFolder_(std::move(procFolder)), deviceFolder_(std::move(deviceFolder)) {}
+
+MediaUse LinuxMeasurements::mediaUse() {
+    MediaUse use = pipeWireMediaUse(limit);
+    use.camera =
+        use.camera || videoDeviceIsOpen(procFolder_, deviceFolder_, std::chrono::steady_clock::now() + limit);
+    if (use.camera)
+        return use;
+    use.microphone = use.microphone || pulseRecordsMicrophone(limit) || soundCardCaptures(procFolder_);
+    return use;
+}
 
 std::optional<double> LinuxMeasurements::loadPerCore() {
     std::array<double, 3> averages{};
     if (getloadavg(averages.data(), static_cast<int>(averages.size())) < 1)
         return std::nullopt;
     return averages[0] / static_cast<double>(std::max(sysconf(_SC_NPROCESSORS_ONLN), 1L));
+}
+
+std::set<std::string> LinuxMeasurements::runningApplications() {
+    const char* searchPath = std::getenv("PATH");
+    return running_.now(procFolder_, entries_.current(), searchPath ? searchPath : "",
+                        std::chrono::steady_clock::now() + limit);
 }
 
 } // namespace norvane

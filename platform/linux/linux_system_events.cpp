@@ -1,6 +1,5 @@
 #include "platform/linux/linux_system_events.h"
 
-#include <QDBusConnection>
 #include <QObject>
 #include <QSocketNotifier>
 #include <cerrno>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/wake_detector.h"
 
 namespace norvane {
 
@@ -25,29 +25,35 @@ std::int64_t nanosecondsOf(clockid_t clock) {
 
 std::int64_t wallMinusBootTime() { return nanosecondsOf(CLOCK_REALTIME) - nanosecondsOf(CLOCK_BOOTTIME); }
 
+std::int64_t timeAsleep() { return nanosecondsOf(CLOCK_BOOTTIME) - nanosecondsOf(CLOCK_MONOTONIC); }
+
 class LinuxObservation final : public QObject, public SystemEvents::Observation {
     Q_OBJECT
 
 public:
-    explicit LinuxObservation(SystemEventHandlers handlers)
-        : handlers_(std::move(handlers)),
+    LinuxObservation(QDBusConnection systemBus, Appearance& appearance, SystemEventHandlers handlers)
+        : handlers_(std::move(handlers)), appearance_(appearance), accent_(appearance.current().accent),
           clockTimer_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
-          clockNotifier_(clockTimer_.get(), QSocketNotifier::Read), wallOffset_(wallMinusBootTime()) {
+          clockNotifier_(clockTimer_.get(), QSocketNotifier::Read), wallOffset_(wallMinusBootTime()),
+          wakeDetector_(timeAsleep()),
+          appearanceObservation_(appearance.observe([this] { appearanceChanged(); })) {
         armClockTimer();
         connect(&clockNotifier_, &QSocketNotifier::activated, this, &LinuxObservation::clockTimerCancelled);
-        QDBusConnection::systemBus().connect("org.freedesktop.login1", "/org/freedesktop/login1",
-                                             "org.freedesktop.login1.Manager", "PrepareForSleep", this,
-                                             SLOT(prepareForSleep(bool)));
+        systemBus.connect("org.freedesktop.login1", "/org/freedesktop/login1",
+                          "org.freedesktop.login1.Manager", "PrepareForSleep", this,
+                          SLOT(prepareForSleep(bool)));
     }
 
 private Q_SLOTS:
     void prepareForSleep(bool starting) {
-        if (!starting)
+        if (starting)
+            wakeDetector_.sleepAnnounced();
+        else if (wakeDetector_.wakeAnnounced(timeAsleep()))
             handlers_.didWake();
     }
 
 private:
-    /// Never expires by itself; only setting the clock ends it.
+    /// Never expires by itself; only setting the clock, or a sleep, ends it.
     void armClockTimer() {
         constexpr std::time_t farFuture = 9'000'000'000; // the year 2255, within what the kernel takes
         itimerspec never{};
@@ -55,7 +61,7 @@ private:
         timerfd_settime(clockTimer_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
     }
 
-    /// The kernel also cancels after a sleep; the clock was set only if it moved against the running time.
+    /// Cancelled by a sleep, the clock was set only if it moved against the running time.
     void clockTimerCancelled() {
         std::uint64_t expirations = 0;
         if (read(clockTimer_.get(), &expirations, sizeof expirations) < 0 && errno == EAGAIN)
@@ -66,18 +72,30 @@ private:
         wallOffset_ = offset;
         if (stepped)
             handlers_.clockChanged();
+        if (wakeDetector_.clocksMoved(timeAsleep()))
+            handlers_.didWake();
+    }
+
+    void appearanceChanged() {
+        const std::optional<Rgb> accent = appearance_.current().accent;
+        if (std::exchange(accent_, accent) != accent)
+            handlers_.accentColorChanged();
     }
 
     const SystemEventHandlers handlers_;
+    Appearance& appearance_;
+    std::optional<Rgb> accent_;
     FileDescriptor clockTimer_; // before the notifier, which must go first
     QSocketNotifier clockNotifier_;
     std::int64_t wallOffset_;
+    WakeDetector wakeDetector_;
+    const std::unique_ptr<Appearance::Observation> appearanceObservation_;
 };
 
 } // namespace
 
 std::unique_ptr<SystemEvents::Observation> LinuxSystemEvents::observe(SystemEventHandlers handlers) {
-    return std::make_unique<LinuxObservation>(std::move(handlers));
+    return std::make_unique<LinuxObservation>(systemBus_, appearance_, std::move(handlers));
 }
 
 } // namespace norvane

@@ -1,16 +1,27 @@
-// Wake and clock changes.
+// Wake, clock changes and the accent colour.
 #pragma once
 
+#include <QDBusConnection>
+
+#include "platform/appearance.h"
 #include "platform/system_events.h"
 
 namespace norvane {
 
-/// Wake: logind's PrepareForSleep(false) (org.freedesktop.login1(5)). Clock: a timerfd that is cancelled when
-/// the wall clock is set (timerfd_create(2), TFD_TIMER_CANCEL_ON_SET). Without a system bus no wake is told;
-/// timers that fell due during the sleep fire all the same.
+/// Wake: logind's PrepareForSleep(false) (org.freedesktop.login1(5)), and without logind the clocks
+/// themselves. Clock: a timerfd that is cancelled when the wall clock is set, and after a sleep
+/// (timerfd_create(2), TFD_TIMER_CANCEL_ON_SET). Nothing polls.
 class LinuxSystemEvents final : public SystemEvents {
 public:
+    /// `appearance` must outlive this.
+    LinuxSystemEvents(const QDBusConnection& systemBus, Appearance& appearance)
+        : systemBus_(systemBus), appearance_(appearance) {}
+
     [[nodiscard]] std::unique_ptr<Observation> observe(SystemEventHandlers handlers) override;
+
+private:
+    const QDBusConnection systemBus_;
+    Appearance& appearance_;
 };
 
 } // namespace norvane

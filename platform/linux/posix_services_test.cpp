@@ -33,6 +33,17 @@ TEST(PosixLogFile, CreatesAppendsAndLosesOnlyWhatItCannotWrite) {
     std::stringstream content;
     content << std::ifstream(path).rdbuf();
     EXPECT_EQ(content.str(), "one\ntwo\n");
+
+    EXPECT_EQ(log.info().size, 8U);
+    EXPECT_EQ(log.read(4, 3), "two");
+    EXPECT_EQ(log.read(4, 100), "two\n");
+    EXPECT_EQ(log.read(9, 100), "");
+    const LogFileInfo before = log.info();
+    std::filesystem::rename(path, path + ".old");
+    EXPECT_EQ(log.info(), LogFileInfo());
+    EXPECT_EQ(log.read(0, 3), "");
+    log.append("thirteen");
+    EXPECT_NE(log.info(), before);
 }
 
 TEST(PosixFileSystem, TellsWhatIsThere) {

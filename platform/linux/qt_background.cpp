@@ -4,6 +4,8 @@
 #include <QEvent>
 #include <utility>
 
+#include "platform/linux/alternate_signal_stack.h"
+
 namespace norvane {
 
 namespace {
@@ -44,6 +46,7 @@ void QtBackground::post(std::function<Completion()> work) {
 }
 
 void QtBackground::runWork() {
+    thread_local const AlternateSignalStack stack;
     Completion completion = take(works_, mutex_)();
     {
         const std::lock_guard guard(mutex_);

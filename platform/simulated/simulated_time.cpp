@@ -102,6 +102,12 @@ void SimulatedTime::runDueUntil(Microseconds end) {
     elapsed_ = std::max(elapsed_, end);
 }
 
+void SimulatedTime::dropBackgroundWork() {
+    std::erase_if(events_, [](const Event& event) {
+        return !std::holds_alternative<std::shared_ptr<TimerState>>(event.what);
+    });
+}
+
 void SimulatedTime::setWallClock(Instant instant) {
     wallAtZero_ = instant - std::chrono::microseconds(elapsed_);
 }

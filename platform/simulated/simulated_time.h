@@ -37,6 +37,9 @@ public:
     /// Runs what is due now, background work included, without letting time pass.
     void settle() { advance(0); }
 
+    /// The process ends: what its background threads were doing, or were to deliver, is gone.
+    void dropBackgroundWork();
+
     /// Sets the wall clock, as a user or NTP does; timers do not notice.
     void setWallClock(Instant instant);
     /// The machine sleeps: the wall clock goes on, timers stand still.

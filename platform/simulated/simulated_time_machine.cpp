@@ -21,7 +21,7 @@ PropertyList dateList(const std::vector<Instant>& dates) {
 
 /// Time Machine thins what it keeps; here the oldest go.
 void keepNewest(std::vector<Instant>& dates, Instant newest) {
-    constexpr std::size_t kept = 4;
+    constexpr std::size_t kept = 3;
     if (dates.size() >= kept)
         dates.erase(dates.begin());
     dates.push_back(newest);
@@ -84,13 +84,19 @@ bool SimulatedTimeMachine::running() const {
     return startedAt_.has_value();
 }
 
-/// Ends a backup whose time has passed.
+/// Ends a backup whose time has passed, and tells of a snapshot once its time has come.
 void SimulatedTimeMachine::catchUp() const {
-    if (!startedAt_ || stallsAt || secondsBetween(*startedAt_, time_.now()) < backupSeconds)
-        return;
-    if (leavesSnapshots)
-        keepNewest(snapshotDates, plusSeconds(*startedAt_, backupSeconds));
-    startedAt_.reset();
+    if (startedAt_ && !stallsAt && secondsBetween(*startedAt_, time_.now()) >= backupSeconds) {
+        const Instant end = plusSeconds(*startedAt_, backupSeconds);
+        if (leavesSnapshots)
+            lateSnapshot_ = {end, plusSeconds(end, snapshotDelaySeconds)};
+        startedAt_.reset();
+    }
+    if (lateSnapshot_ && lateSnapshot_->toldFrom <= time_.now()) {
+        keepNewest(usesSecondDestination && secondSnapshotDates ? *secondSnapshotDates : snapshotDates,
+                   lateSnapshot_->date);
+        lateSnapshot_.reset();
+    }
 }
 
 std::string SimulatedTimeMachine::statusText() const {
@@ -100,7 +106,10 @@ std::string SimulatedTimeMachine::statusText() const {
     auto bytes = static_cast<std::int64_t>(fraction * static_cast<double>(backupBytes));
     bytes = std::min(bytes, stallsAt.value_or(bytes));
     const auto remaining = static_cast<std::int64_t>(backupSeconds * (1 - fraction));
-    return "Backup session status:\n{\n    BackupPhase = Copying;\n    ClientID = \"com.apple.backupd\";\n"
+    if (!tellsProgress)
+        return "Backup session status:\n{\n    BackupPhase = " + phase + ";\n    Running = 1;\n}\n";
+    return "Backup session status:\n{\n    BackupPhase = " + phase +
+           ";\n    ClientID = \"com.apple.backupd\";\n"
            "    Percent = \"" +
            realText(fraction) +
            "\";\n    Progress =     {\n        TimeRemaining = " + std::to_string(remaining) +
@@ -118,25 +127,30 @@ std::string SimulatedTimeMachine::destinationText() const {
     return text + "ID            : 0C2A86A8-5C8C-4F5F-93C4-2C2D4B1F4E11\n";
 }
 
+PropertyList SimulatedTimeMachine::destinationEntry(const std::vector<Instant>& snapshots) const {
+    PropertyList::Array parameters;
+    for (const std::string& parameter : messageParameters)
+        parameters.push_back({parameter});
+    return {PropertyList::Dictionary{{"SnapshotDates", dateList(snapshots)},
+                                     {"AttemptDates", dateList(attemptDates)},
+                                     {"BytesUsed", {bytesUsed}},
+                                     {"BytesAvailable", {bytesAvailable}},
+                                     {"RESULT", {result}},
+                                     {"MessageParameters", {parameters}}}};
+}
+
 std::string SimulatedTimeMachine::preferencesText() const {
     // Asked for a hundred thousand times a simulated year, and seldom changed in between.
-    const auto now = std::tie(name, snapshotDates, attemptDates, bytesUsed, bytesAvailable, result,
-                              messageParameters, autoBackup);
+    const auto now = std::tie(name, snapshotDates, attemptDates, secondSnapshotDates, bytesUsed,
+                              bytesAvailable, result, messageParameters, autoBackup);
     if (!preferencesText_.empty() && preferences_ == now)
         return preferencesText_;
     PropertyList::Dictionary preferences = {{"AutoBackup", {autoBackup}}};
     if (name) {
-        PropertyList::Array parameters;
-        for (const std::string& parameter : messageParameters)
-            parameters.push_back({parameter});
-        preferences["Destinations"] = {PropertyList::Array{{PropertyList::Dictionary{
-            {"SnapshotDates", dateList(snapshotDates)},
-            {"AttemptDates", dateList(attemptDates)},
-            {"BytesUsed", {bytesUsed}},
-            {"BytesAvailable", {bytesAvailable}},
-            {"RESULT", {result}},
-            {"MessageParameters", {parameters}},
-        }}}};
+        PropertyList::Array destinations = {destinationEntry(snapshotDates)};
+        if (secondSnapshotDates)
+            destinations.push_back(destinationEntry(*secondSnapshotDates));
+        preferences["Destinations"] = {std::move(destinations)};
     }
     preferences_ = now;
     preferencesText_ = writeXmlPropertyList({std::move(preferences)}, PlistDatePrecision::wholeSeconds);

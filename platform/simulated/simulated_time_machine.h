@@ -33,6 +33,8 @@ public:
     std::string url;
     mutable std::vector<Instant> snapshotDates;
     mutable std::vector<Instant> attemptDates;
+    /// Of a second destination, which there is while this is set.
+    mutable std::optional<std::vector<Instant>> secondSnapshotDates;
     std::int64_t bytesUsed = 400'000'000'000;
     std::int64_t bytesAvailable = 600'000'000'000;
     std::int64_t result = 0;
@@ -43,8 +45,12 @@ public:
     // How the next backups go.
     double backupSeconds = 300;
     std::int64_t backupBytes = 1'000'000'000;
+    std::string phase = "Copying";
+    bool tellsProgress = true;               ///< False: running, and nothing more.
     bool startsBackups = true;               ///< False: "startbackup" exits 0 and nothing happens.
     bool leavesSnapshots = true;             ///< False: the backup ends without one.
+    double snapshotDelaySeconds = 0;         ///< After the end, until the preferences tell of the snapshot.
+    bool usesSecondDestination = false;      ///< If there is one, the snapshots go there.
     std::optional<std::int64_t> stallsAt;    ///< Copied bytes at which the copy hangs.
     std::optional<CommandResult> startsWith; ///< What "startbackup" answers instead of starting.
     bool ignoresStop = false;                ///< "stopbackup" has no effect.
@@ -58,13 +64,21 @@ private:
     [[nodiscard]] std::string statusText() const;
     [[nodiscard]] std::string destinationText() const;
     [[nodiscard]] std::string preferencesText() const;
+    [[nodiscard]] PropertyList destinationEntry(const std::vector<Instant>& snapshots) const;
     void catchUp() const;
 
+    struct LateSnapshot {
+        Instant date;
+        Instant toldFrom;
+    };
+
     SimulatedTime& time_;
-    mutable std::optional<Instant> startedAt_; // none: idle
+    mutable std::optional<Instant> startedAt_;         // none: idle
+    mutable std::optional<LateSnapshot> lateSnapshot_; // not in the preferences yet
     /// What `preferencesText_` tells.
-    mutable std::tuple<std::optional<std::string>, std::vector<Instant>, std::vector<Instant>, std::int64_t,
-                       std::int64_t, std::int64_t, std::vector<std::string>, bool>
+    mutable std::tuple<std::optional<std::string>, std::vector<Instant>, std::vector<Instant>,
+                       std::optional<std::vector<Instant>>, std::int64_t, std::int64_t, std::int64_t,
+                       std::vector<std::string>, bool>
         preferences_;
     mutable std::string preferencesText_;
 };

@@ -1,13 +1,14 @@
-#include "timemachine_linux/mount_table.h"
+#include "platform/linux/mount_table.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
 #include <set>
+#include <utility>
 #include <vector>
 
-#include "timemachine_linux/paths.h"
+#include "platform/linux/small_file.h"
 
 namespace norvane {
 namespace {
@@ -57,9 +58,8 @@ std::string percentEncoded(std::string_view path) {
     return text;
 }
 
-} // namespace
-
-std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
+std::vector<Mount> readMountTable(std::string_view mountInfo) {
+    std::vector<Mount> mounts;
     while (!mountInfo.empty()) {
         const std::size_t end = std::min(mountInfo.find('\n'), mountInfo.size());
         const auto fields = fieldsOf(mountInfo.substr(0, end));
@@ -69,23 +69,45 @@ std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
             continue;
         std::uint64_t number = 0;
         std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), number);
-        if (number == id)
-            return Mount{number, unescaped(fields[3]), unescaped(fields[4]), std::string(separator[1]),
-                         unescaped(separator[2])};
+        mounts.push_back({number, unescaped(fields[3]), unescaped(fields[4]), std::string(separator[1]),
+                          unescaped(separator[2])});
     }
+    return mounts;
+}
+
+} // namespace
+
+bool isWithin(std::string_view path, std::string_view folder) {
+    if (folder == "/")
+        return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
+    for (Mount& mount : readMountTable(mountInfo))
+        if (mount.id == id)
+            return std::move(mount);
     return std::nullopt;
+}
+
+std::optional<Mount> mountHolding(std::string_view mountInfo, std::string_view path) {
+    std::optional<Mount> holding;
+    for (Mount& mount : readMountTable(mountInfo))
+        if (isWithin(path, mount.folder) && (!holding || mount.folder.size() >= holding->folder.size()))
+            holding = std::move(mount);
+    return holding;
 }
 
 std::vector<std::string> mountFolders(std::string_view mountInfo) {
     std::set<std::string> folders;
-    while (!mountInfo.empty()) {
-        const std::size_t end = std::min(mountInfo.find('\n'), mountInfo.size());
-        const auto fields = fieldsOf(mountInfo.substr(0, end));
-        mountInfo.remove_prefix(std::min(end + 1, mountInfo.size()));
-        if (fields.size() >= 6)
-            folders.insert(unescaped(fields[4]));
-    }
+    for (Mount& mount : readMountTable(mountInfo))
+        folders.insert(std::move(mount.folder));
     return {folders.begin(), folders.end()};
+}
+
+std::string mountTableText() {
+    constexpr std::size_t largestTableBytes = std::size_t{16} << 20;
+    return readSmallFile("/proc/self/mountinfo", largestTableBytes);
 }
 
 bool isNetworkFileSystem(std::string_view type) {
@@ -94,6 +116,10 @@ bool isNetworkFileSystem(std::string_view type) {
         "fuse.sshfs", "fuse.rclone", "davfs", "fuse.davfs2", "fuse.curlftpfs", "glusterfs"};
     return std::find(types.begin(), types.end(), type) != types.end() || type == "fuse.glusterfs" ||
            type == "fuse.smbnetfs";
+}
+
+bool mayNeverAnswer(std::string_view type) {
+    return isNetworkFileSystem(type) || type.starts_with("fuse") || type == "autofs";
 }
 
 std::optional<std::string> networkUrl(const Mount& mount, std::string_view path) {

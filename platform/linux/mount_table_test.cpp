@@ -1,4 +1,4 @@
-#include "timemachine_linux/mount_table.h"
+#include "platform/linux/mount_table.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +38,9 @@ TEST(MountTable, FindsMountsAndTellsTheirAddresses) {
         EXPECT_EQ(networkUrl(*mount, c.path), c.url) << c.path;
     }
     EXPECT_EQ(mountFolders(table).at(2), "/mnt/my nas");
+    EXPECT_EQ(mountHolding(table, "/mnt/sub/x")->id, 33U);
+    EXPECT_EQ(mountHolding(table, "/mnt/submarine")->id, 22U);
+    EXPECT_FALSE(mountHolding("", "/mnt"));
     EXPECT_FALSE(findMount(table, 36));
     EXPECT_FALSE(findMount("", 1));
 }

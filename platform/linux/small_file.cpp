@@ -1,4 +1,4 @@
-#include "timemachine_linux/small_file.h"
+#include "platform/linux/small_file.h"
 
 #include <fcntl.h>
 

@@ -1,0 +1,152 @@
+#include "platform/linux/crash_handler.h"
+
+#include <alloca.h>
+#include <bit>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "platform/linux/alternate_signal_stack.h"
+#include "platform/linux/test_peers.h"
+
+namespace norvane {
+namespace {
+
+volatile std::uintptr_t nowhere = 64; // not null: a sanitizer would speak up first
+volatile int zero = 0;
+
+int overflowStack(int depth) {
+    volatile char page[4096];
+    page[0] = static_cast<char>(depth);
+    return depth < 0 ? 0 : overflowStack(depth + 1) + page[0];
+}
+
+void inThread(void (*crash)()) {
+    std::thread([crash] {
+        const AlternateSignalStack stack;
+        crash();
+    }).join();
+}
+
+struct Case {
+    const char* what;
+    void (*crash)();
+    int status;
+    std::vector<const char*> told;
+};
+
+const Case cases[] = {
+    {"wild write",
+     [] { *std::bit_cast<volatile int*>(std::uintptr_t{nowhere}) = 1; },
+     128 + SIGSEGV,
+     {"SIGSEGV (11), address 0x40\n", "Thread:    main\n"}},
+    {"stack overflow", [] { overflowStack(zero); }, 128 + SIGSEGV, {"SIGSEGV (11), address 0x"}},
+    {"stack overflow of a worker",
+     [] { inThread([] { overflowStack(zero); }); },
+     128 + SIGSEGV,
+     {"SIGSEGV (11)", "Thread:    background\n"}},
+    {"abort", [] { std::abort(); }, 128 + SIGABRT, {"SIGABRT (6), raised by the program\n"}},
+    {"exception",
+     [] { inThread([] { throw std::runtime_error("cannot read /home/anna/file"); }); },
+     128 + SIGABRT,
+     {"Exception: std::runtime_error: cannot read ~/file\n"}},
+    {"exception of no standard type",
+     [] { inThread([] { throw 7; }); },
+     128 + SIGABRT,
+     {"Exception: int: \n"}},
+    {"signal from elsewhere",
+     [] {
+         if (fork() == 0) {
+             kill(getppid(), SIGBUS);
+             _exit(0);
+         }
+         pause();
+     },
+     128 + SIGBUS,
+     {"SIGBUS (7), sent by another process\n"}},
+    {"two threads at once",
+     [] {
+         std::thread other([] { std::abort(); });
+         std::abort();
+     },
+     128 + SIGABRT,
+     {"\nStack:\n"}},
+};
+
+/// Of a child that installs the handler and crashes; 128 and the signal.
+int statusOfCrash(const CrashReportSettings& settings, void (*crash)()) {
+    const pid_t child = fork();
+    if (child == 0) {
+        for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+            std::signal(signal, SIG_DFL); // a sanitizer's own
+        installCrashHandler(settings);
+        crash();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+std::string onlyReportIn(const std::string& folder) {
+    std::stringstream text;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        EXPECT_TRUE(std::regex_match(entry.path().filename().string(),
+                                     std::regex(R"(Norvane-\d{4}-\d\d-\d\d-\d{6}\.ips)")));
+        text << std::ifstream(entry.path()).rdbuf();
+    }
+    return text.str();
+}
+
+TEST(CrashHandler, LeavesAReportAndTheExitStatus) {
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const ScratchFolder folder;
+        std::filesystem::create_directories(folder.path("reports"));
+        std::ofstream log(folder.path("log"));
+        for (int line = 1; line <= 1000; ++line)
+            log << "line " << line << " about /home/anna/x and /home/annabel" << std::endl;
+        EXPECT_EQ(statusOfCrash({folder.path("reports"), folder.path("log"), "/home/anna", "1.2.3"}, c.crash),
+                  c.status);
+        const std::string report = onlyReportIn(folder.path("reports"));
+        for (const char* told : c.told)
+            EXPECT_NE(report.find(told), std::string::npos) << told << " in\n" << report;
+        EXPECT_NE(report.find("Version:   1.2.3\n"), std::string::npos);
+        const std::string stack = report.substr(std::min(report.find("\nStack:\n"), report.size()));
+        EXPECT_NE(stack.find("\nplatform_linux_tests + 0x"), std::string::npos) << report;
+        EXPECT_NE(report.find("\nEvent log:\nline 981 about ~/x and /home/annabel\n"), std::string::npos)
+            << report;
+        EXPECT_NE(report.find("\nline 1000 "), std::string::npos);
+    }
+}
+
+TEST(CrashHandler, WithoutAPlaceForTheReportTheProgramStillEnds) {
+    EXPECT_EQ(statusOfCrash({"/nonexistent", "/nonexistent", "/", "1"}, [] { std::abort(); }), 128 + SIGABRT);
+}
+
+#ifdef __x86_64__
+/// The unwinder follows the frame pointer, as the function's frame has no fixed size, to where nothing is.
+void crashWithBrokenFrame() {
+    auto* const frame = static_cast<volatile char*>(alloca(static_cast<std::size_t>(zero) + 64));
+    frame[0] = 1;
+    asm volatile("mov $64, %%rbp\n\tmovl $1, 64" ::: "memory");
+}
+
+TEST(CrashHandler, ACrashWhileReportingEndsTheProgramAndKeepsWhatIsWritten) {
+    const ScratchFolder folder;
+    EXPECT_EQ(statusOfCrash({folder.path(), "/nonexistent", "/", "1"}, crashWithBrokenFrame), 128 + SIGSEGV);
+    EXPECT_TRUE(onlyReportIn(folder.path()).ends_with("\nEvent log:\n\nStack:\n"));
+}
+#endif
+
+} // namespace
+} // namespace norvane

@@ -1,0 +1,35 @@
+// The text of a crash report, written while the program crashes.
+#pragma once
+
+#include <csignal>
+#include <ctime>
+#include <string>
+
+namespace norvane {
+
+/// Prepared before any crash.
+struct CrashReportSettings {
+    std::string reportsFolder; ///< Has to exist when the program crashes.
+    std::string logFile;       ///< The event log, whose last 20 lines are part of the report.
+    std::string homeFolder;    ///< Written as "~" wherever it occurs.
+    std::string version;
+};
+
+struct Crash {
+    int signal = 0;
+    const siginfo_t* info = nullptr; ///< Null: unknown.
+    const char* exception = "";      ///< Type and message of the exception that nobody caught.
+    std::time_t time = 0;
+};
+
+// Both are async-signal-safe (signal-safety(7)) but for backtrace(3) and dladdr(3), which are when they have
+// been called once before.
+
+/// Creates "Norvane-<yyyy-MM-dd-HHmmss, UTC>.ips" for writing by this user alone; -1: not possible.
+[[nodiscard]] int createCrashReport(const CrashReportSettings& settings, std::time_t time);
+
+/// Stack entries are "module + offset name + offset", the name as the linker knows it: `addr2line -e` takes
+/// the first offset, c++filt the name. No environment, no arguments, no registers, no memory.
+void writeCrashReport(int fd, const CrashReportSettings& settings, const Crash& crash);
+
+} // namespace norvane

@@ -1,0 +1,14 @@
+#include "platform/linux/desktop_applications.h"
+
+namespace norvane {
+
+std::vector<InstalledApplication> DesktopApplications::all() {
+    std::vector<InstalledApplication> applications;
+    for (const DesktopEntry& entry : entries_.current()) {
+        if (entry.shown)
+            applications.push_back({entry.id, entry.name.empty() ? entry.id : entry.name, entry.icon});
+    }
+    return applications;
+}
+
+} // namespace norvane

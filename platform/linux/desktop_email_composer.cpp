@@ -1,0 +1,65 @@
+#include "platform/linux/desktop_email_composer.h"
+
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusUnixFileDescriptor>
+#include <QProcess>
+#include <fcntl.h>
+#include <utility>
+
+#include "platform/linux/desktop_portal.h"
+#include "platform/linux/file_descriptor.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr int portalTimeoutMilliseconds = 5000;
+
+QDBusMessage composeCall(const Email& email, const QDBusUnixFileDescriptor& attachment) {
+    const QVariantMap options = {
+        {"addresses", QStringList(QString::fromStdString(email.recipient))},
+        {"subject", QString::fromStdString(email.subject)},
+        {"body", QString::fromStdString(email.body)},
+        {"attachment_fds", QVariant::fromValue(QList<QDBusUnixFileDescriptor>{attachment})}};
+    const QString noParentWindow = "";
+    return portalCall("Email", "ComposeEmail", {noParentWindow, options});
+}
+
+void composeByTool(const Email& email) {
+    QProcess tool;
+    tool.setProgram("xdg-email");
+    tool.setArguments({"--utf8", "--subject", QString::fromStdString(email.subject), "--body",
+                       QString::fromStdString(email.body), "--attach",
+                       QString::fromStdString(email.attachment), QString::fromStdString(email.recipient)});
+    tool.setStandardOutputFile(QProcess::nullDevice());
+    tool.setStandardErrorFile(QProcess::nullDevice());
+    tool.startDetached();
+}
+
+} // namespace
+
+DesktopEmailComposer::DesktopEmailComposer(QDBusConnection sessionBus) : bus_(std::move(sessionBus)) {
+    qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
+}
+
+void DesktopEmailComposer::compose(const Email& email) {
+    const FileDescriptor file(open(email.attachment.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return;
+    if (!bus_.isConnected()) {
+        composeByTool(email); // a call without a bus would never be answered
+        return;
+    }
+    auto* const answer = new QDBusPendingCallWatcher(
+        bus_.asyncCall(composeCall(email, QDBusUnixFileDescriptor(file.get())), portalTimeoutMilliseconds),
+        &pendingCalls_);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &pendingCalls_, [answer, email] {
+        if (answer->isError())
+            composeByTool(email);
+        answer->deleteLater();
+    });
+}
+
+} // namespace norvane

@@ -1,0 +1,184 @@
+#include "platform/linux/desktop_power.h"
+
+#include <fstream>
+#include <map>
+
+#include "platform/linux/power_supplies.h"
+#include "platform/linux/session_test.h"
+
+namespace norvane {
+namespace {
+
+using Attributes = std::map<std::string, std::string>;
+
+void writeSupply(const ScratchFolder& folder, const std::string& name, const Attributes& attributes) {
+    std::filesystem::create_directory(folder.path(name));
+    for (const auto& [attribute, value] : attributes)
+        std::ofstream(folder.path(name) + "/" + attribute) << value << "\n";
+}
+
+TEST(PowerSupplies, AreReadAsTheKernelListsThem) {
+    const Attributes battery = {{"type", "Battery"}, {"present", "1"}, {"capacity", "17"}};
+    Attributes discharging = battery;
+    discharging["status"] = "Discharging";
+    struct Case {
+        const char* what;
+        std::map<std::string, Attributes> supplies;
+        PowerState expected;
+    };
+    const Case cases[] = {
+        {"a desktop", {}, {true, std::nullopt, false}},
+        {"only a mouse", {{"hid", {{"type", "Battery"}, {"scope", "Device"}, {"capacity", "3"}}}}, {}},
+        {"unplugged", {{"AC", {{"type", "Mains"}, {"online", "0"}}}, {"BAT0", battery}}, {false, 17, false}},
+        {"charging by USB",
+         {{"AC", {{"type", "Mains"}, {"online", "0"}}},
+          {"BAT0", battery},
+          {"ucsi", {{"type", "USB"}, {"online", "1"}}}},
+         {true, 17, false}},
+        {"no adapter listed", {{"BAT0", discharging}}, {false, 17, false}},
+        {"a slot without battery", {{"BAT0", {{"type", "Battery"}, {"present", "0"}}}}, {}},
+        {"nonsense", {{"BAT0", {{"type", "Battery"}, {"capacity", "1x"}}}}, {true, std::nullopt, false}},
+        {"too much", {{"BAT0", {{"type", "Battery"}, {"capacity", "103"}}}}, {true, 100, false}},
+    };
+    for (const Case& c : cases) {
+        const ScratchFolder folder;
+        for (const auto& [name, attributes] : c.supplies)
+            writeSupply(folder, name, attributes);
+        EXPECT_EQ(powerFromSupplies(folder.path()), c.expected) << c.what;
+    }
+    EXPECT_EQ(powerFromSupplies("/nonexistent"), PowerState{});
+}
+
+class DesktopPowerTest : public SessionTest {
+protected:
+    DesktopPowerTest() { writeSupply(supplies_, "BAT0", {{"type", "Battery"}, {"capacity", "55"}}); }
+
+    [[nodiscard]] static bool becomes(DesktopPower& power, const PowerState& expected, double seconds = 10) {
+        return soon([&] { return power.state() == expected; }, seconds);
+    }
+    [[nodiscard]] bool becomes(const PowerState& expected) { return becomes(power_, expected); }
+
+    static BusLink::Open opener(const PrivateBus& bus) {
+        return [address = QString::fromStdString(bus.address())](const QString& name) {
+            return QDBusConnection::connectToBus(address, name);
+        };
+    }
+
+    /// A service that owns the name and has one object.
+    PeerProcess service(const std::string& name, const std::string& path) {
+        return PeerProcess({"/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name},
+                           bus.variables());
+    }
+    void call(const std::string& name, const std::string& path, const std::vector<std::string>& words) {
+        ASSERT_TRUE(bus.waitForName(name));
+        std::vector<std::string> all = {"call", "--system", "-d", name, "-o", path, "-m"};
+        all.insert(all.end(), words.begin(), words.end());
+        const std::string answer = bus.gdbus(all);
+        EXPECT_NE(answer.find("()"), std::string::npos) << answer;
+    }
+    void setProperties(const std::string& name, const std::string& path, const std::string& properties) {
+        call(name, path, {"org.freedesktop.DBus.Mock.AddProperties", name, properties});
+    }
+
+    const PowerState ofKernel_{true, 55, false};
+    ScratchFolder supplies_;
+    BusLink link_{opener(bus), std::chrono::milliseconds(0)};
+    DesktopPower power_{link_, nullptr, supplies_.path()};
+};
+
+TEST_F(DesktopPowerTest, FollowsTheRealUPower) {
+    const std::string daemon = "/usr/libexec/upowerd";
+    if (!installed("umockdev-run") || !std::filesystem::exists(daemon))
+        GTEST_SKIP() << "umockdev and upower are not installed";
+    const std::string mains = "P: /devices/platform/AC\nE: SUBSYSTEM=power_supply\n"
+                              "E: POWER_SUPPLY_NAME=AC\nA: type=Mains\\n\nA: online=";
+    const std::string battery = "P: /devices/platform/BAT0\nE: SUBSYSTEM=power_supply\n"
+                                "E: POWER_SUPPLY_NAME=BAT0\nA: type=Battery\\n\nA: present=1\\n\n"
+                                "A: scope=System\\n\nA: capacity=17\\n\nA: status=";
+    struct Case {
+        const char* what;
+        std::string devices;
+        PowerState expected;
+    };
+    const Case cases[] = {
+        {"on battery", battery + "Discharging\\n\n\n" + mains + "0\\n\n", {false, 17, false}},
+        {"plugged in", battery + "Charging\\n\n\n" + mains + "1\\n\n", {true, 17, false}},
+        {"a desktop", mains + "1\\n\n", {true, std::nullopt, false}},
+    };
+    for (const Case& c : cases) {
+        const ScratchFolder folder;
+        std::ofstream(folder.path("devices")) << c.devices;
+        const PeerProcess upower({"umockdev-run", "-d", folder.path("devices"), "--", daemon},
+                                 bus.variables());
+        EXPECT_TRUE(becomes(c.expected)) << c.what << upower.output();
+    }
+    EXPECT_TRUE(becomes(ofKernel_)) << "it has ended";
+}
+
+TEST_F(DesktopPowerTest, FollowsTheRealPowerProfiles) {
+    const std::string daemon = "/usr/libexec/power-profiles-daemon";
+    const std::string portalDaemon = "/usr/libexec/xdg-desktop-portal";
+    SKIP_WITHOUT_MOCKS();
+    if (!installed("umockdev-run") || !std::filesystem::exists(daemon) ||
+        !std::filesystem::exists(portalDaemon))
+        GTEST_SKIP() << "umockdev, power-profiles-daemon and xdg-desktop-portal are not all installed";
+    const std::string name = "net.hadess.PowerProfiles";
+    const std::string path = "/net/hadess/PowerProfiles";
+    const PeerProcess polkit(mock("polkitd", "{}", "--system"), bus.variables());
+    call("org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
+         {"org.freedesktop.DBus.Mock.AllowUnknown", "true"});
+    const PeerProcess profiles({"umockdev-run", "--", daemon}, bus.variables()); // spares this machine's own
+    ASSERT_TRUE(bus.waitForName(name));
+    const PeerProcess portal({portalDaemon}, bus.variables());
+    const PrivateBus hiddenBus; // in a sandbox only the portal is to be seen
+    BusLink hidden(opener(hiddenBus));
+    DesktopPower sandboxed(hidden, &link_, supplies_.path());
+    for (const auto& [profile, saves] : {std::pair("power-saver", true), {"balanced", false}}) {
+        call(name, path,
+             {"org.freedesktop.DBus.Properties.Set", name, "ActiveProfile",
+              "<'" + std::string(profile) + "'>"});
+        EXPECT_TRUE(becomes({true, 55, saves})) << profile << profiles.output();
+        EXPECT_TRUE(becomes(sandboxed, {true, 55, saves})) << profile << portal.output();
+    }
+}
+
+TEST_F(DesktopPowerTest, NeverWaitsForAService) {
+    SKIP_WITHOUT_MOCKS();
+    const std::string name = "org.freedesktop.UPower.PowerProfiles";
+    const std::string path = "/org/freedesktop/UPower/PowerProfiles";
+    const PowerState saving{true, 55, true};
+    {
+        const PeerProcess profiles = service(name, path);
+        setProperties(name, path, "{'ActiveProfile': <'power-saver'>}");
+        EXPECT_TRUE(becomes(saving)) << profiles.output();
+        bus.gdbus({"emit", "--system", "-o", path, "-s", "org.freedesktop.DBus.Properties.PropertiesChanged",
+                   "'" + name + "'", "{'ActiveProfile': <'balanced'>}", "@as []"});
+        EXPECT_FALSE(becomes(power_, ofKernel_, 0.2)) << "told by somebody else";
+        profiles.freeze();
+        EXPECT_EQ(power_.state(), saving) << "the last that it told";
+        DesktopPower late(link_, nullptr, supplies_.path());
+        EXPECT_EQ(late.state(), ofKernel_) << "no answer yet";
+        QCoreApplication::processEvents();
+        EXPECT_EQ(late.state(), ofKernel_);
+        profiles.goOn();
+        EXPECT_TRUE(becomes(late, saving)) << "a late answer counts";
+        call(name, path,
+             {"org.freedesktop.DBus.Mock.EmitSignal", "org.freedesktop.DBus.Properties", "PropertiesChanged",
+              "s", "[<'" + name + "'>]"}); // without the changes
+        call(name, path, {"org.freedesktop.DBus.Mock.UpdateProperties", name, "{'ActiveProfile': <true>}"});
+        EXPECT_TRUE(becomes(ofKernel_)) << "another type";
+    }
+    const PeerProcess restarted = service(name, path);
+    setProperties(name, path, "{'ActiveProfile': <'power-saver'>}");
+    EXPECT_TRUE(becomes(saving)) << "restarted";
+    bus.stop();
+    EXPECT_TRUE(becomes(ofKernel_)) << "no bus";
+    bus.restart();
+    EXPECT_TRUE(becomes(ofKernel_)) << "a new bus, without the service";
+    const PeerProcess again = service(name, path);
+    setProperties(name, path, "{'ActiveProfile': <'power-saver'>}");
+    EXPECT_TRUE(becomes(saving)) << "the service on the new bus";
+}
+
+} // namespace
+} // namespace norvane

@@ -1,0 +1,139 @@
+#include "platform/linux/running_applications.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+#include "platform/linux/application_identity.h"
+#include "platform/linux/test_peers.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+using Ids = std::set<std::string>;
+using namespace std::string_literals;
+
+TEST(ApplicationIdentity, OfControlGroups) {
+    struct Case {
+        std::string unit;
+        std::optional<std::string> id;
+    };
+    const Case cases[] = {
+        {R"(app.slice/app-gnome-firefox\x2desr-2211.scope)", "firefox-esr"},
+        {"app.slice/app-flatpak-org.mozilla.firefox-1234.scope", "org.mozilla.firefox"},
+        {"app.slice/app-org.kde.dolphin@8f2.service", "org.kde.dolphin"},
+        {R"(app.slice/app-gnome-org.norvane.Norvane@autostart.service)", "org.norvane.Norvane"},
+        {"app.slice/app-org.kde.kate-77.scope", "org.kde.kate"},
+        {"snap.firefox.firefox-0aa1b2c3-0000-4111-8222-123456789abc.scope", "firefox_firefox"},
+        {"snap.lxd.lxc.0aa1b2c3-0000-4111-8222-123456789abc.scope", "lxd_lxc"},
+        {"app-org.gnome.Terminal.slice/vte-spawn-12-34.scope", std::nullopt},
+        {"session-2.scope", std::nullopt},
+        {"app-.scope", std::nullopt},
+        {"app--1.scope", std::nullopt},
+        {R"(app-a\x2-1.scope)", R"(a\x2)"},
+        {"", std::nullopt},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(applicationOfControlGroup("0::/user.slice/" + c.unit + "\n"), c.id) << c.unit;
+        EXPECT_EQ(applicationOfControlGroup("4:cpu:/\n1:name=systemd:/x/" + c.unit + "\n"), c.id) << c.unit;
+    }
+}
+
+/// What the table's processes look like in /proc.
+struct Process {
+    const char* what;
+    std::string executable;
+    std::string arguments; // each ends with a zero
+    std::string environment;
+    std::string flatpakInfo;
+    Ids expected;
+};
+
+TEST(RunningApplications, AreTheUnionOfAllTraces) {
+    const std::vector<DesktopEntry> entries = {
+        {"editor", "", "/opt/editor/bin/editor"},
+        {"editor-safe", "", "/opt/editor/bin/editor"},
+        {"shell-thing", "", "sh"},
+        {"script", "", "/opt/script.py"},
+        {"gone", "", "no-such-program"},
+    };
+    const std::string note = "A=1\0GIO_LAUNCHED_DESKTOP_FILE=/x/applications/kde/viewer.desktop\0"s +
+                             "GIO_LAUNCHED_DESKTOP_FILE_PID="s;
+    const std::string viewer = "/opt/viewer\0"s;
+    const Process cases[] = {
+        {"by its program", "/opt/editor/bin/editor", "editor\0"s, "", "", {"editor", "editor-safe"}},
+        {"updated meanwhile", "/opt/editor/bin/editor (deleted)", "x\0"s, "", "", {"editor", "editor-safe"}},
+        {"by how it was called",
+         "/opt/editor/real",
+         "/opt/editor/bin/editor\0a\0"s,
+         "",
+         "",
+         {"editor", "editor-safe"}},
+        {"a script", "/usr/bin/python3.11", "python3\0/opt/script.py\0"s, "", "", {"script"}},
+        {"a file being edited", "/usr/bin/vi", "vi\0/opt/script.py\0"s, "", "", {}},
+        {"a shell", "/usr/bin/dash", "sh\0-c\0editor\0"s, "", "", {}},
+        {"launched", "/opt/viewer", viewer, note + "4711\0"s, "", {"kde-viewer"}},
+        {"started by a launched one", "/opt/viewer", viewer, note + "4710\0"s, "", {}},
+        {"in a Flatpak",
+         "/app/bin/x",
+         "x\0"s,
+         "",
+         "[Instance]\nname=no\n[Application]\nname=org.x.Y\n",
+         {"org.x.Y"}},
+        {"without arguments", "/opt/editor/bin/editor", "", "", "", {"editor", "editor-safe"}},
+    };
+    for (const Process& c : cases) {
+        const ScratchFolder proc;
+        const std::string folder = proc.path("4711");
+        fs::create_directories(folder + "/root");
+        fs::create_symlink(c.executable, folder + "/exe");
+        std::ofstream(folder + "/cmdline") << c.arguments;
+        std::ofstream(folder + "/environ") << c.environment;
+        if (!c.flatpakInfo.empty())
+            std::ofstream(folder + "/root/.flatpak-info") << c.flatpakInfo;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+        RunningApplications running;
+        for (const char* look : {"first", "second", "third"})
+            EXPECT_EQ(running.now(proc.path(), entries, "/usr/bin", end), c.expected) << c.what << look;
+        EXPECT_EQ(running.now(proc.path(), entries, "/usr/bin", {}), Ids{}) << "no time left";
+    }
+}
+
+TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
+    const ScratchFolder folder;
+    fs::create_directories(folder.path("applications/sub"));
+    const std::string program = folder.path("demo-app");
+    fs::copy_file("/usr/bin/sleep", program);
+    const auto entry = [&](const std::string& file, const std::string& rest) {
+        std::ofstream(folder.path("applications/" + file)) << "[Desktop Entry]\nType=Application\nName=Demo\n"
+                                                           << rest;
+    };
+    entry("org.demo.App.desktop", "NoDisplay=true\nExec=demo-app %u\n");
+    entry("sub/other.desktop", "Exec=\"" + program + "\"\nTryExec=/nonexistent\n");
+    entry("hidden.desktop", "Hidden=true\nExec=" + program + "\n");
+    entry("torn.desktop", "Exec");
+    setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
+    setenv("XDG_DATA_DIRS", "/nonexistent", 1);
+    const std::string searchPath = folder.path() + ":/usr/bin";
+    setenv("PATH", searchPath.c_str(), 1);
+    DesktopEntries entries;
+    RunningApplications applications;
+    const auto running = [&] {
+        return applications.now("/proc", entries.current(), searchPath,
+                                std::chrono::steady_clock::now() + std::chrono::minutes(1));
+    };
+    EXPECT_FALSE(running().contains("org.demo.App"));
+    {
+        const PeerProcess demo({program, "100"});
+        EXPECT_TRUE(eventually([&] { return running().contains("org.demo.App"); }));
+        EXPECT_FALSE(running().contains("sub-other")) << "its TryExec is not there";
+        entry("sub/other.desktop", "Exec=\"" + program + "\"\n");
+        EXPECT_TRUE(eventually([&] { return running().contains("sub-other"); })) << "rewritten in place";
+    }
+    EXPECT_FALSE(running().contains("org.demo.App"));
+}
+
+} // namespace
+} // namespace norvane
