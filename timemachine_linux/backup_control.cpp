@@ -15,12 +15,12 @@ extern "C" {
 }
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/backup_worker.h"
 #include "timemachine_linux/detached_worker.h"
 #include "timemachine_linux/rsync_process.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -100,7 +101,10 @@ protected:
         const pid_t worker = box_.worker();
         int longestMicroseconds = lastRunMicroseconds_;
         if (moment == Moment::finishing) {
-            ASSERT_TRUE(eventually([&] { return box_.status("BackupPhase") == "Finishing"; }));
+            // On a busy machine the phase may be over before it is seen.
+            ASSERT_TRUE(eventually([&] {
+                return box_.status("BackupPhase") == "Finishing" || !FileLock::isHeld(box_.session.runLock);
+            }));
             longestMicroseconds /= 2;
         }
         if (moment == Moment::named) {
@@ -110,7 +114,7 @@ protected:
             longestMicroseconds = 3000;
         }
         std::this_thread::sleep_for(std::chrono::microseconds(random(longestMicroseconds)));
-        ASSERT_EQ(::kill(worker, SIGKILL), 0);
+        ASSERT_TRUE(::kill(worker, SIGKILL) == 0 || errno == ESRCH);
         ASSERT_TRUE(eventually([&] { return !FileLock::isHeld(box_.session.runLock); }));
     }
 

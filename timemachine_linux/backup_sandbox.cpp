@@ -15,10 +15,10 @@
 #include <sstream>
 #include <thread>
 
+#include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 #include "platform/property_list_text.h"
 #include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/linux/small_file.h"
 #include "platform/property_list_xml.h"
 #include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {
@@ -54,7 +54,7 @@ double CopyProgress::fraction() const {
 double BackupSessionState::fractionOfProgressBar() const {
     constexpr double copyBegins = 0.05;
     constexpr double copyEnds = 0.95;
-    if (phase == phase::finishing)
+    if (phase == phase::finishing || phase == phase::thinningAfter)
         return copyEnds;
     if (phase == phase::copying)
         return copyBegins + (copyEnds - copyBegins) * (progress ? progress->fraction() : 0);

@@ -27,8 +27,10 @@ struct SessionFiles {
 namespace phase {
 inline constexpr const char* starting = "Starting";
 inline constexpr const char* findingChanges = "FindingChanges";
+inline constexpr const char* thinningBefore = "ThinningPreBackup";
 inline constexpr const char* copying = "Copying";
 inline constexpr const char* finishing = "Finishing";
+inline constexpr const char* thinningAfter = "ThinningPostBackup";
 } // namespace phase
 
 struct CopyProgress {

@@ -8,14 +8,15 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/linux/mount_table.h"
+#include "platform/linux/small_file.h"
 #include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/leftover_note.h"
-#include "timemachine_linux/mount_table.h"
 #include "timemachine_linux/paths.h"
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
-#include "timemachine_linux/small_file.h"
 #include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshot_thinning.h"
 #include "timemachine_linux/tree_removal.h"
 
 namespace norvane {
@@ -38,7 +39,9 @@ ResultCode BackupWorker::run() {
     const BackupResult result = backUp().value_or(BackupResult{});
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
-    const bool recorded = record(result);
+    bool recorded = record(result);
+    if (result.code == ResultCode::success && thin())
+        recorded = record(result);
     destinationLock_.reset();
     return result.code == ResultCode::success && !recorded ? ResultCode::failed : result.code;
 }
@@ -115,8 +118,7 @@ BackupWorker::Failure BackupWorker::chooseSources() {
 }
 
 void BackupWorker::leaveOutOtherFileSystems() {
-    constexpr std::size_t largestTableBytes = std::size_t{16} << 20;
-    const std::string table = readSmallFile("/proc/self/mountinfo", largestTableBytes);
+    const std::string table = mountTableText();
     for (const MountBelow& mount : otherFileSystems(selection_, mountFolders(table))) {
         notes_.push_back("left out: " + mount.folder +
                          (mount.answers ? " is another file system" : " does not answer"));
@@ -152,7 +154,7 @@ bool BackupWorker::resume(const std::string& name) {
     return removeAllBut(folder, selection_.sources) && removeSharedFiles(folder);
 }
 
-void BackupWorker::countTotals() {
+ChangeTotals BackupWorker::countTotals() {
     ChangeQuestion question{selection_.sources, selection_.excluded, {}, job_.abilities.nanoseconds};
     if (job_.previousSnapshot)
         question.bases.push_back(*job_.previousSnapshot);
@@ -160,6 +162,53 @@ void BackupWorker::countTotals() {
         question.bases.push_back(job_.target);
     const ChangeTotals totals = countChanges(question, [&] { return around_.stop.requested(); });
     around_.status.setTotals(totals.bytes, totals.files);
+    return totals;
+}
+
+/// The oldest go first. The newest whole snapshot stays: the copy builds on it, and it may be all there is.
+void BackupWorker::makeRoom(std::int64_t bytes) {
+    const auto tooLittle = [&] {
+        const auto space = spaceOf(store_.folder());
+        if (!space)
+            return false;
+        const std::int64_t whole = space->availableBytes + space->usedBytes;
+        // Folders are not counted, files take whole blocks and grow meanwhile.
+        const std::int64_t wanted = bytes + bytes / 10 + whole / 100;
+        return space->availableBytes < wanted && wanted < whole; // else it would all be in vain
+    };
+    std::vector<Snapshot> snapshots = store_.list();
+    while (snapshots.size() > 1 && !around_.stop.requested() && tooLittle()) {
+        around_.status.enter(phase::thinningBefore);
+        if (!remove(snapshots.front()))
+            return;
+        notes_.push_back("Removed the oldest backup to make room: " + snapshots.front().name);
+        snapshots.erase(snapshots.begin());
+    }
+}
+
+/// True: snapshots have gone.
+bool BackupWorker::thin() {
+    bool gone = false;
+    for (const Snapshot& snapshot : supersededSnapshots(store_.list(), around_.clock.now())) {
+        if (around_.stop.requested())
+            break;
+        around_.status.enter(phase::thinningAfter);
+        gone = remove(snapshot) || gone;
+    }
+    return gone;
+}
+
+/// First its name, then what is in it: a snapshot that has its name is whole. What a killed worker leaves of
+/// it is removed by the next one, like every unfinished backup.
+bool BackupWorker::remove(const Snapshot& snapshot) {
+    const auto unfinished = store_.withdraw(snapshot);
+    if (!unfinished) {
+        notes_.push_back("Cannot remove the old backup " + snapshot.name + ": " + std::strerror(errno));
+        return false;
+    }
+    if (!removeTree(store_.pathOf(*unfinished)))
+        notes_.push_back("Cannot remove all of the old backup " + snapshot.name);
+    return true;
 }
 
 BackupWorker::Failure BackupWorker::copy() {
@@ -177,7 +226,7 @@ BackupWorker::Failure BackupWorker::copy() {
     if (!replaceFile(job_.filterFile, filterFileFor(selection_.excluded)))
         return BackupResult{ResultCode::failed,
                             "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
-    countTotals();
+    makeRoom(countTotals().bytes);
     if (around_.stop.requested())
         return stopped();
     around_.status.enter(phase::copying);

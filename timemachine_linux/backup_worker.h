@@ -50,9 +50,12 @@ private:
     Failure chooseSources();
     Failure prepareFolder();
     void leaveOutOtherFileSystems();
-    void countTotals();
+    [[nodiscard]] ChangeTotals countTotals();
     Failure copy();
     Failure finish();
+    void makeRoom(std::int64_t bytes);
+    bool thin();
+    [[nodiscard]] bool remove(const Snapshot& snapshot);
 
     bool resume(const std::string& name);
     void keepLeftover(ResultCode code);

@@ -12,10 +12,10 @@
 #include <cstring>
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/mount_table.h"
+#include "platform/linux/small_file.h"
 #include "timemachine_linux/bounded_call.h"
-#include "timemachine_linux/mount_table.h"
 #include "timemachine_linux/paths.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {
@@ -87,8 +87,7 @@ std::optional<Mount> mountOf(const std::string& folder) {
     struct statx status {};
     if (::statx(AT_FDCWD, folder.c_str(), 0, STATX_MNT_ID, &status) != 0 || !(status.stx_mask & STATX_MNT_ID))
         return std::nullopt;
-    constexpr std::size_t largestTableBytes = std::size_t{16} << 20;
-    return findMount(readSmallFile("/proc/self/mountinfo", largestTableBytes), status.stx_mnt_id);
+    return findMount(mountTableText(), status.stx_mnt_id);
 }
 
 std::string stringAt(const PropertyList& dictionary, std::string_view key) {

@@ -1,7 +1,7 @@
 #include "timemachine_linux/leftover_note.h"
 
+#include "platform/linux/small_file.h"
 #include "platform/property_list_xml.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 namespace {

@@ -19,12 +19,6 @@ std::string withoutTrailingSlashes(std::string path) {
 
 } // namespace
 
-bool isWithin(std::string_view path, std::string_view folder) {
-    if (folder == "/")
-        return true;
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 std::optional<std::string> canonicalPath(const std::string& path) {
     const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), std::free);
     if (!resolved)

@@ -10,9 +10,6 @@
 
 namespace norvane {
 
-/// Whether `path` is `folder` or lies below it. Both absolute, without a slash at the end ("/" apart).
-[[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
-
 /// The path with its parent folder resolved by realpath(3), so that it can be compared with what a walk of
 /// the folders meets; the last component stays as it is, even when it is a symbolic link. Relative paths
 /// start at the working directory. None: the parent does not exist.

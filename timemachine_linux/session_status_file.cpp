@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "platform/linux/small_file.h"
 #include "platform/property_list_xml.h"
-#include "timemachine_linux/small_file.h"
 
 namespace norvane {
 

@@ -4,28 +4,9 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "platform/digit_pattern.h"
+
 namespace norvane {
-namespace {
-
-constexpr std::string_view pattern = "dddd-dd-dd-dddddd";
-
-bool fitsPattern(std::string_view name) {
-    if (name.size() != pattern.size())
-        return false;
-    for (std::size_t i = 0; i < name.size(); ++i)
-        if (pattern[i] == 'd' ? name[i] < '0' || name[i] > '9' : name[i] != pattern[i])
-            return false;
-    return true;
-}
-
-int digits(std::string_view name, std::size_t start, std::size_t count) {
-    int number = 0;
-    for (const char c : name.substr(start, count))
-        number = number * 10 + (c - '0');
-    return number;
-}
-
-} // namespace
 
 std::string snapshotName(Instant instant) {
     const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch().count();
@@ -37,15 +18,15 @@ std::string snapshotName(Instant instant) {
 }
 
 std::optional<Instant> parseSnapshotName(std::string_view name) {
-    if (!fitsPattern(name))
+    if (!fitsPattern(name, "dddd-dd-dd-dddddd"))
         return std::nullopt;
     std::tm local{};
-    local.tm_year = digits(name, 0, 4) - 1900;
-    local.tm_mon = digits(name, 5, 2) - 1;
-    local.tm_mday = digits(name, 8, 2);
-    local.tm_hour = digits(name, 11, 2);
-    local.tm_min = digits(name, 13, 2);
-    local.tm_sec = digits(name, 15, 2);
+    local.tm_year = digitsAt(name, 0, 4) - 1900;
+    local.tm_mon = digitsAt(name, 5, 2) - 1;
+    local.tm_mday = digitsAt(name, 8, 2);
+    local.tm_hour = digitsAt(name, 11, 2);
+    local.tm_min = digitsAt(name, 13, 2);
+    local.tm_sec = digitsAt(name, 15, 2);
     local.tm_isdst = -1;
     const std::tm asked = local;
     const std::time_t seconds = ::mktime(&local);

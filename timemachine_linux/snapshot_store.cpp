@@ -17,6 +17,8 @@
 namespace norvane {
 namespace {
 
+constexpr int mostTries = 1000; // to find a name that is free, a second later each time
+
 bool isFolder(const std::string& path) {
     struct stat status {};
     return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -68,6 +70,9 @@ bool renameToFree(const std::string& from, const std::string& to) {
     return ::rename(from.c_str(), to.c_str()) == 0;
 }
 
+/// Network file systems refuse; they have sent the rename already.
+bool syncFolder(int folder) { return ::fsync(folder) == 0 || errno == EINVAL || errno == EOPNOTSUPP; }
+
 } // namespace
 
 SnapshotStore::SnapshotStore(const std::string& destinationFolder, const std::string& hostName)
@@ -92,17 +97,30 @@ std::optional<Snapshot> SnapshotStore::publish(const std::string& unfinishedName
     if (!parent || !copy)
         return std::nullopt;
     Instant date = std::chrono::floor<std::chrono::seconds>(now);
-    constexpr int mostTries = 1000;
     for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
         if (!setModificationTime(pathOf(unfinishedName), date) || ::fsync(copy.get()) != 0)
             return std::nullopt;
         const Snapshot snapshot{snapshotName(date), date};
         if (renameToFree(pathOf(unfinishedName), pathOf(snapshot.name))) {
-            // Network file systems refuse to sync a folder; they have sent the rename already.
-            if (::fsync(parent.get()) != 0 && errno != EINVAL && errno != EOPNOTSUPP)
+            if (!syncFolder(parent.get()))
                 return std::nullopt;
             return snapshot;
         }
+        if (errno != EEXIST && errno != ENOTEMPTY)
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> SnapshotStore::withdraw(const Snapshot& snapshot) const {
+    const FileDescriptor parent(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!parent)
+        return std::nullopt;
+    Instant date = snapshot.date;
+    for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
+        const std::string unfinishedName = snapshotName(date) + std::string(inProgressSuffix);
+        if (renameToFree(pathOf(snapshot.name), pathOf(unfinishedName)))
+            return syncFolder(parent.get()) ? std::optional(unfinishedName) : std::nullopt;
         if (errno != EEXIST && errno != ENOTEMPTY)
             return std::nullopt;
     }

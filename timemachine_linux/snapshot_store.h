@@ -38,6 +38,10 @@ public:
     /// be on the disk already; the new name is when this returns. None: errno says why.
     [[nodiscard]] std::optional<Snapshot> publish(const std::string& unfinishedName, Instant now) const;
 
+    /// Takes the name from a snapshot: it is unfinished from now on, whatever happens to what is in it. That
+    /// is on the disk when this returns. The new name; none: errno says why.
+    [[nodiscard]] std::optional<std::string> withdraw(const Snapshot& snapshot) const;
+
 private:
     std::string folder_;
 };

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/bounded_call.h"
 #include "timemachine_linux/paths.h"

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "platform/linux/mount_table.h"
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/leftover_note.h"
 #include "timemachine_linux/paths.h"

@@ -15,6 +15,7 @@
 #include "timemachine_linux/destination.h"
 #include "timemachine_linux/file_lock.h"
 #include "timemachine_linux/result_code.h"
+#include "timemachine_linux/snapshot_name.h"
 
 namespace norvane {
 namespace {
@@ -394,6 +395,48 @@ TEST_F(Tmutil, UnreadableFilesAreReportedAndTheRestIsSaved) {
     EXPECT_NE(messages.array()->front().string()->find("secret"), std::string::npos);
 }
 
+TEST_F(Tmutil, OldBackupsMakeWayAndAKillHarmsNone) {
+    constexpr int files = 1500;
+    for (int i = 0; i < files; ++i)
+        writeFile(box.tree() + "/" + std::to_string(i), "x");
+    useDestination();
+    backUp();
+    const fs::path first = box.snapshots().at(0);
+    const auto content = fingerprint(box.copyOf(first, box.tree()));
+    const auto makeOlder = [&](int daysAgo, int second) {
+        const Instant date = Instant(std::chrono::seconds(::time(nullptr))) - std::chrono::days(daysAgo) +
+                             std::chrono::seconds(second);
+        const std::string copy = first.parent_path() / snapshotName(date);
+        const std::string stamp = "@" + std::to_string(date.time_since_epoch().count() / 1'000'000);
+        EXPECT_EQ(box.run({"cp", "-al", first, copy}).exitCode, 0);
+        EXPECT_EQ(box.run({"touch", "-d", stamp, copy}).exitCode, 0);
+        return copy;
+    };
+    std::vector<std::string> kept;
+    for (const int daysAgo : {200, 100, 3, 2}) {
+        for (int second = 0; second < 4; ++second)
+            makeOlder(daysAgo, second);
+        kept.push_back(makeOlder(daysAgo, 4));
+    }
+    ASSERT_EQ(box.tmutil({"startbackup"}).exitCode, 0);
+    const pid_t worker = box.worker();
+    ASSERT_TRUE(eventually([&] {
+        return box.status("BackupPhase") == "ThinningPostBackup" || !FileLock::isHeld(box.session.runLock);
+    }));
+    ::kill(worker, SIGKILL);
+    ASSERT_TRUE(eventually([&] { return !FileLock::isHeld(box.session.runLock); }));
+    for (const std::string& snapshot : box.snapshots())
+        EXPECT_EQ(fingerprint(box.copyOf(snapshot, box.tree())), content) << snapshot;
+    backUp();
+    std::vector<std::string> left = box.snapshots();
+    EXPECT_EQ(box.recorded("SnapshotDates").array()->size(), left.size());
+    EXPECT_EQ(left.size(), kept.size() + 3);
+    left.resize(kept.size());
+    EXPECT_EQ(left, kept);
+    for (const auto& entry : fs::directory_iterator(first.parent_path()))
+        EXPECT_NE(entry.path().extension(), ".inProgress");
+}
+
 TEST_F(Tmutil, RsyncMissingAndDiskFullAreToldApart) {
     writeFile(box.in("image"), "");
     fs::resize_file(box.in("image"), std::uintmax_t{64} << 20);
@@ -414,6 +457,19 @@ TEST_F(Tmutil, RsyncMissingAndDiskFullAreToldApart) {
     fs::remove(box.tree() + "/big");
     backUp();
     EXPECT_EQ(box.snapshots().size(), 2U);
+    // What would fit after the oldest have gone does.
+    for (const int round : {1, 2, 3}) { // of different sizes: this file system's times are whole seconds
+        writeFile(box.tree() + "/medium",
+                  std::string((std::size_t{18} << 20) + static_cast<std::size_t>(round), 'x'));
+        backUp();
+    }
+    const auto left = box.snapshots();
+    ASSERT_GE(left.size(), 2U);
+    for (const std::string& snapshot : left)
+        EXPECT_TRUE(fs::exists(box.copyOf(snapshot, box.tree() + "/medium"))) << snapshot;
+    EXPECT_TRUE(std::any_of(left.begin(), left.end(), [&](const std::string& snapshot) {
+        return differences(box, box.tree(), box.copyOf(snapshot, box.tree())).empty();
+    }));
     ::setenv("PATH", "/nonexistent", 1);
     EXPECT_NE(box.tmutil({"startbackup"}).errors.find("rsync is not installed"), std::string::npos);
     EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::rsyncMissing));

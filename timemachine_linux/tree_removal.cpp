@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/mount_table.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {

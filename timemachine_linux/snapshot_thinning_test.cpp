@@ -1,0 +1,64 @@
+#include "timemachine_linux/snapshot_thinning.h"
+
+#include <gtest/gtest.h>
+
+#include "timemachine_linux/snapshot_name.h"
+
+namespace norvane {
+namespace {
+
+const Instant now =
+    std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{18}; // Thursday
+
+Instant hoursAgo(int hours) { return now - std::chrono::hours(hours); }
+
+std::vector<Instant> keptOf(const std::vector<Instant>& dates) {
+    std::vector<Snapshot> snapshots;
+    for (const Instant date : dates)
+        snapshots.push_back({snapshotName(date), date});
+    const auto superseded = supersededSnapshots(snapshots, now);
+    std::vector<Instant> kept;
+    for (const Snapshot& snapshot : snapshots)
+        if (std::find(superseded.begin(), superseded.end(), snapshot) == superseded.end())
+            kept.push_back(snapshot.date);
+    return kept;
+}
+
+TEST(Thinning, KeepsAllOfADayThenOneADayThenOneAWeek) {
+    const auto day = [](int count) { return 24 * count; };
+    EXPECT_EQ(keptOf({}), std::vector<Instant>{});
+    EXPECT_EQ(keptOf({hoursAgo(day(400))}), (std::vector{hoursAgo(day(400))})); // the newest whole one
+    EXPECT_EQ(keptOf({hoursAgo(24), hoursAgo(23), hoursAgo(1), hoursAgo(0)}),
+              (std::vector{hoursAgo(24), hoursAgo(23), hoursAgo(1), hoursAgo(0)}));
+    // The day before yesterday at 9, 12 and 17 o'clock: one is left.
+    EXPECT_EQ(keptOf({hoursAgo(57), hoursAgo(54), hoursAgo(49), hoursAgo(1)}),
+              (std::vector{hoursAgo(49), hoursAgo(1)}));
+    // Monday to Wednesday seven weeks ago, and the Sunday before: one a week.
+    EXPECT_EQ(
+        keptOf({hoursAgo(day(53)), hoursAgo(day(52)), hoursAgo(day(51)), hoursAgo(day(50)), hoursAgo(1)}),
+        (std::vector{hoursAgo(day(53)), hoursAgo(day(50)), hoursAgo(1)}));
+}
+
+TEST(Thinning, AYearOfHourlyBackupsComesDownToAHundred) {
+    std::vector<Instant> kept;
+    Instant today = now - std::chrono::days(365);
+    for (; today <= now; today += std::chrono::hours(1)) {
+        std::vector<Snapshot> snapshots;
+        for (const Instant date : kept)
+            snapshots.push_back({snapshotName(date), date});
+        snapshots.push_back({snapshotName(today), today});
+        const auto superseded = supersededSnapshots(snapshots, today);
+        kept.clear();
+        for (const Snapshot& snapshot : snapshots)
+            if (std::find(superseded.begin(), superseded.end(), snapshot) == superseded.end())
+                kept.push_back(snapshot.date);
+    }
+    // 25 within the last day, 30 days, and the weeks before.
+    EXPECT_NEAR(static_cast<double>(kept.size()), 25 + 30 + 48, 3);
+    EXPECT_EQ(kept.back(), now);
+    for (std::size_t i = 1; i < kept.size(); ++i)
+        EXPECT_LE(kept[i] - kept[i - 1], std::chrono::days(8));
+}
+
+} // namespace
+} // namespace norvane
