@@ -55,6 +55,14 @@ std::optional<bool> TMUtil::autoBackupEnabled() const {
     return trimWhitespace(result->stdout) == "1";
 }
 
+std::vector<TMUtil::LocalSnapshot> TMUtil::listLocalSnapshots(const std::string& volume,
+                                                              const Calendar& calendar) const {
+    const auto result = runner_.run(tools_.tmutil, {"listlocalsnapshots", volume}, tmutilTimeoutSeconds);
+    if (!result || result->exitCode != 0)
+        return {};
+    return parseLocalSnapshots(result->stdout, calendar);
+}
+
 bool TMUtil::canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const {
     return network_.canConnect(endpoint, timeoutSeconds);
 }

@@ -11,6 +11,7 @@
 #include "platform/network_probe.h"
 #include "platform/tool_paths.h"
 #include "platform/workspace.h"
+#include "scheduler_core/calendar.h"
 #include "timemachine/tm_status.h"
 
 namespace norvane {
@@ -45,6 +46,14 @@ public:
         bool operator==(const DestinationStatus&) const = default;
     };
 
+    /// A snapshot that Time Machine keeps on the startup disk between backups.
+    struct LocalSnapshot {
+        Instant date;
+        std::string token; ///< The date as its name has it, "2024-05-01-101500"; what the tools call it by.
+
+        bool operator==(const LocalSnapshot&) const = default;
+    };
+
     /// The interfaces must outlive this object.
     TMUtil(const CommandRunner& runner, ToolPaths tools, const NetworkProbe& network, Workspace& workspace);
 
@@ -60,6 +69,9 @@ public:
     [[nodiscard]] std::vector<DestinationStatus> destinationStatuses() const;
     /// Time Machine's own automatic backups; none when unknown.
     [[nodiscard]] std::optional<bool> autoBackupEnabled() const;
+    /// `tmutil listlocalsnapshots`, newest first; empty when it fails. The names are in the calendar's zone.
+    [[nodiscard]] std::vector<LocalSnapshot> listLocalSnapshots(const std::string& volume,
+                                                                const Calendar& calendar) const;
     /// Whether the endpoint accepts a connection within the time.
     [[nodiscard]] bool canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const;
 
@@ -74,6 +86,9 @@ public:
     [[nodiscard]] static std::optional<std::string> infoValue(std::string_view key, std::string_view text);
     /// The destinations in an exported property list of Time Machine's preferences.
     [[nodiscard]] static std::vector<DestinationStatus> parseDestinationStatuses(std::string_view text);
+    /// Time Machine's snapshots in the output of `tmutil listlocalsnapshots`, newest first.
+    [[nodiscard]] static std::vector<LocalSnapshot> parseLocalSnapshots(std::string_view text,
+                                                                        const Calendar& calendar);
     /// Where the destination with this URL can be reached, in the order to try; empty without a host.
     [[nodiscard]] static std::vector<NetworkEndpoint> endpoints(std::string_view destinationUrl);
 

@@ -47,6 +47,8 @@ TEST_F(TMUtilTest, RunsExactlyTheseCommands) {
     ran("/usr/bin/tmutil stopbackup", 15);
     (void)tmUtil.destinationStatuses();
     ran("/usr/bin/defaults export /Library/Preferences/com.apple.TimeMachine.plist -", 10);
+    (void)tmUtil.listLocalSnapshots("/", *Calendar::inZone("UTC"));
+    ran("/usr/bin/tmutil listlocalsnapshots /", 15);
     (void)tmUtil.autoBackupEnabled();
     ran("/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine.plist AutoBackup", 10);
 }
