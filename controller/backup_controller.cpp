@@ -72,13 +72,12 @@ void BackupController::noteMissedBackup() {
 }
 
 void BackupController::observeSystem() {
-    systemObservation_ = services_.systemEvents.observe(
-        {[this] { handleWake(); },
-         [this] {
-             log("System clock changed — rescheduling");
-             reschedule();
-         },
-         [this] { publish(&ControllerState::accentEpoch, state_.accentEpoch + 1); }});
+    systemObservation_ = services_.systemEvents.observe({[this] { handleWake(); },
+                                                         [this] {
+                                                             log("System clock changed — rescheduling");
+                                                             reschedule();
+                                                         },
+                                                         [this] { refreshAccent(); }});
 }
 
 /// Four checks, one after the other: each starts the next once its result is applied.
@@ -91,9 +90,11 @@ void BackupController::checkCrashReports() {
                          const std::string& newest = reports.back();
                          publish(&ControllerState::pendingCrashReport, newest);
                          log("Crash log from a previous run found: " + newest.substr(newest.rfind('/') + 1));
-                         postAlert(translate("Norvane crashed last time"),
-                                   translate("Open the menu to send the crash report — or ignore this and it "
-                                             "won't be sent."));
+                         postAlert(
+                             {translate("Norvane crashed last time"),
+                              translate("Open the menu to send the crash report — or ignore this and it "
+                                        "won't be sent."),
+                              "crash"});
                      }
                      checkStatus();
                  });
@@ -111,7 +112,9 @@ void BackupController::checkDestination() {
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
                  [this](const TMUtil::DestinationSummary& summary) {
                      publish(&ControllerState::destinationName, summary.name);
-                     destinationMountPoint_ = summary.kind == "Local" ? summary.mountPoint : std::nullopt;
+                     destinationMountPoint_.reset();
+                     if (summary.kind == "Local" && summary.mountPoint)
+                         destinationMountPoint_ = destinationFolderAt(*summary.mountPoint, services_.files);
                      refreshAutoBackupFlag();
                  });
 }
@@ -137,6 +140,8 @@ void BackupController::handleWake() {
 void BackupController::clearPendingCrashReport() {
     publish(&ControllerState::pendingCrashReport, std::nullopt);
 }
+
+void BackupController::refreshAccent() { publish(&ControllerState::accentEpoch, state_.accentEpoch + 1); }
 
 void BackupController::announce(const std::string& event) {
     publish(&ControllerState::lastEvent, event);

@@ -97,6 +97,8 @@ public:
     void refreshAutoBackupFlag();
     /// The user sent or dismissed the crash report.
     void clearPendingCrashReport();
+    /// The user chose whether to use the program's own accent colour: every view takes it up.
+    void refreshAccent();
 
 private:
     struct LaunchOutcome;
@@ -143,7 +145,7 @@ private:
     void updateHealth();
     void assessHealthData(const HealthData& data);
     [[nodiscard]] bool shouldAlert(const std::string& key);
-    void postAlert(const std::string& title, const std::string& body);
+    void postAlert(const Notification& alert);
     void postFailureAlert(const std::string& message, Instant retryAt);
 
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
@@ -200,7 +202,8 @@ private:
     std::optional<Instant> lastProgressChangeAt_;
     std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
 
-    std::optional<std::string> destinationMountPoint_; // of a local destination; none: network, or unknown
+    std::optional<DestinationFolder>
+        destinationMountPoint_; // of a local destination; none: network, or unknown
     std::unique_ptr<ProcessActivity::Token> activityToken_;
     std::unique_ptr<SystemEvents::Observation> systemObservation_;
     Lifetime lifetime_; // last: gone before anything that a late result could touch

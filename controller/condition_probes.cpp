@@ -12,7 +12,7 @@ constexpr int maxApplicationReasons = 3;
 
 std::vector<std::string>
 ConditionProbes::deferralReasons(const ConditionsConfig& conditions,
-                                 const std::optional<std::string>& destinationMountPoint) {
+                                 const std::optional<DestinationFolder>& destinationMountPoint) {
     std::vector<std::string> reasons;
     addPowerReasons(conditions, reasons);
     if (conditions.deferWhileCameraOrMicInUse)
@@ -22,7 +22,7 @@ ConditionProbes::deferralReasons(const ConditionsConfig& conditions,
     if (conditions.maxLoadPerCore && *conditions.maxLoadPerCore > 0)
         addLoadReason(*conditions.maxLoadPerCore, reasons);
     if (conditions.requireDestinationPresent.value_or(false) && destinationMountPoint &&
-        !files_.exists(*destinationMountPoint))
+        !isConnected(*destinationMountPoint, files_))
         reasons.emplace_back("backup disk isn't connected");
     return reasons;
 }
@@ -41,11 +41,12 @@ void ConditionProbes::addPowerReasons(const ConditionsConfig& conditions, std::v
 }
 
 void ConditionProbes::addActivityReason(std::vector<std::string>& reasons) {
-    if (measurements_.cameraInUse())
+    const MediaUse use = measurements_.mediaUse();
+    if (use.camera)
         reasons.emplace_back("camera is in use");
-    else if (measurements_.microphoneInUse())
+    else if (use.microphone)
         reasons.emplace_back("microphone is in use");
-    else if (measurements_.screenIsShared())
+    else if (use.screen)
         reasons.emplace_back("screen is being shared");
 }
 

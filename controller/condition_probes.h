@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "controller/destination_folder.h"
 #include "platform/condition_measurements.h"
 #include "platform/file_system.h"
 #include "scheduler_core/conditions_config.h"
@@ -20,7 +21,7 @@ public:
     /// Only what the conditions ask for is measured. Main thread.
     [[nodiscard]] std::vector<std::string>
     deferralReasons(const ConditionsConfig& conditions,
-                    const std::optional<std::string>& destinationMountPoint);
+                    const std::optional<DestinationFolder>& destinationMountPoint);
 
 private:
     void addPowerReasons(const ConditionsConfig& conditions, std::vector<std::string>& reasons);

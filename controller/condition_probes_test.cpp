@@ -13,7 +13,7 @@ struct Machine {
     SimulatedMeasurements measurements;
     SimulatedFileSystem files;
     ConditionsConfig conditions = ConditionsConfig::defaultConditions();
-    std::optional<std::string> mountPoint;
+    std::optional<DestinationFolder> mountPoint;
 
     Reasons reasons() { return ConditionProbes(measurements, files).deferralReasons(conditions, mountPoint); }
 };
@@ -43,11 +43,11 @@ TEST(ConditionProbes, PowerReasonsInOrder) {
 TEST(ConditionProbes, OnlyTheFirstActivityCounts) {
     Machine machine;
     machine.conditions.deferWhileCameraOrMicInUse = true;
-    machine.measurements.screenShared = true;
+    machine.measurements.media.screen = true;
     EXPECT_EQ(machine.reasons(), Reasons{"screen is being shared"});
-    machine.measurements.microphone = true;
+    machine.measurements.media.microphone = true;
     EXPECT_EQ(machine.reasons(), Reasons{"microphone is in use"});
-    machine.measurements.camera = true;
+    machine.measurements.media.camera = true;
     machine.measurements.queries = 0;
     EXPECT_EQ(machine.reasons(), Reasons{"camera is in use"});
     EXPECT_EQ(machine.measurements.queries, 1);
@@ -76,10 +76,17 @@ TEST(ConditionProbes, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
     Machine machine;
     machine.conditions.requireDestinationPresent = true;
     EXPECT_TRUE(machine.reasons().empty());
-    machine.mountPoint = "/Volumes/Backup";
+    machine.mountPoint = DestinationFolder{"/Volumes/Backup", std::nullopt};
     EXPECT_EQ(machine.reasons(), Reasons{"backup disk isn't connected"});
     machine.files.paths = {"/Volumes/Backup"};
     EXPECT_TRUE(machine.reasons().empty());
+    machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
+    EXPECT_TRUE(machine.reasons().empty()) << "a plain folder of the startup disk";
+    machine.files.mountPoints = {"/Volumes/Backup"};
+    machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
+    EXPECT_TRUE(machine.reasons().empty());
+    machine.files.mountPoints.clear();
+    EXPECT_EQ(machine.reasons(), Reasons{"backup disk isn't connected"}) << "an empty mount point";
 }
 
 } // namespace

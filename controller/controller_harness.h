@@ -1,17 +1,11 @@
-// A whole simulated machine around the real controller, for tests.
+// A simulated machine with the program on it, for tests.
 #pragma once
 
 #include <algorithm>
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "controller/backup_controller.h"
-#include "platform/simulated/simulated_services.h"
-#include "platform/simulated/simulated_time.h"
-#include "platform/simulated/simulated_time_machine.h"
-#include "platform/simulated/simulated_user_defaults.h"
+#include "controller/simulated_program.h"
 
 namespace norvane {
 
@@ -19,35 +13,8 @@ namespace norvane {
 inline const Instant harnessStart =
     std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{10};
 
-struct ControllerHarness {
-    SimulatedTime time{harnessStart};
-    SimulatedTimeMachine timeMachine{time};
-    SimulatedUserDefaults defaults;
-    SimulatedFileSystem files;
-    SimulatedMeasurements measurements;
-    SimulatedNotifications notifications;
-    SimulatedSystemEvents systemEvents;
-    SimulatedProcessActivity processActivity;
-    SimulatedNetworkProbe network;
-    SimulatedWorkspace workspace;
-    SimulatedLogFile logFile;
-    SimulatedFormats formats;
-    UntranslatedText texts;
-    EventLog eventLog{time, logFile};
-    TMUtil tmUtil{timeMachine, {"/usr/bin/tmutil", "/usr/bin/defaults"}, network, workspace};
-    CrashReporter crashReporter{defaults, files, time, "/reports"};
-    SettingsStore store{defaults};
-    std::unique_ptr<BackupController> controller;
-
-    ControllerHarness() { files.paths.insert(timeMachine.mountPoint); }
-
-    /// Starts the program, again if it runs; what is stored survives.
-    void start() {
-        controller.reset();
-        controller = std::make_unique<BackupController>(ControllerServices{
-            time, time, time, defaults, tmUtil, files, measurements, notifications, systemEvents,
-            processActivity, crashReporter, eventLog, formats, texts, *Calendar::inZone("UTC"), "1.0", 4711});
-    }
+struct ControllerHarness : SimulatedMachine, SimulatedProgram {
+    ControllerHarness() : SimulatedMachine(harnessStart), SimulatedProgram(*this, timeMachine, defaults) {}
 
     /// Starts the program and lets the start-up checks and the launch grace pass, with an empty log.
     void startSettled() {
@@ -56,7 +23,6 @@ struct ControllerHarness {
         logFile.text.clear();
     }
 
-    [[nodiscard]] const ControllerState& state() const { return controller->state(); }
     [[nodiscard]] bool logged(const std::string& message) const { return countLogged(message) > 0; }
     [[nodiscard]] std::ptrdiff_t countLogged(const std::string& message) const {
         const auto messages = loggedMessages();

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "controller/backup_controller.h"
+#include "platform/utf8.h"
 
 namespace norvane {
 
@@ -16,6 +17,7 @@ constexpr std::int64_t criticalStreak = 3;
 constexpr double fullDestinationFraction = 0.9;
 constexpr std::int64_t lowSourceBytes = 15'000'000'000;
 constexpr double alertGateSeconds = daySeconds;
+constexpr auto backupLabel = "Back Up Now"; // on alerts that a backup would put right
 
 BackupHealth healthFor(double ageSeconds, std::int64_t failureStreak) {
     if (ageSeconds > criticalAgeSeconds || failureStreak >= criticalStreak)
@@ -23,12 +25,6 @@ BackupHealth healthFor(double ageSeconds, std::int64_t failureStreak) {
     if (ageSeconds > staleAgeSeconds || failureStreak > 0)
         return BackupHealth::stale;
     return BackupHealth::ok;
-}
-
-std::string capitalized(std::string text) {
-    if (!text.empty() && text.front() >= 'a' && text.front() <= 'z')
-        text.front() = static_cast<char>(text.front() - 'a' + 'A');
-    return text;
 }
 
 /// None unless both figures are known and there is a disk to speak of.
@@ -69,21 +65,25 @@ void BackupController::refreshHealthData() {
 void BackupController::assessHealthData(const HealthData& data) {
     const double age = data.lastSuccess ? secondsBetween(*data.lastSuccess, now()) : 0;
     if (age > criticalAgeSeconds && !state_.status.running && shouldAlert("stale"))
-        postAlert(
-            fillIn(translate("No verified backup in %d days"), {static_cast<std::int64_t>(age / daySeconds)}),
-            fillIn(translate("The last backup that actually reached your backup disk was %@."),
-                   {services_.formats.dateAndTime(*data.lastSuccess)}));
+        postAlert({fillIn(translate("No verified backup in %d days"),
+                          {static_cast<std::int64_t>(age / daySeconds)}),
+                   fillIn(translate("The last backup that actually reached your backup disk was %@."),
+                          {services_.formats.dateAndTime(*data.lastSuccess)}),
+                   "stale", translate(backupLabel)});
     const std::optional<double> fraction = usedFraction(data);
     if (fraction && *fraction >= fullDestinationFraction && shouldAlert("destinationFull"))
-        postAlert(fillIn(translate("Backup disk %d%% full"), {static_cast<std::int64_t>(*fraction * 100)}),
-                  translate("Time Machine will thin old backups to cope, shortening your history. Consider a "
-                            "larger destination."));
+        postAlert(
+            {fillIn(translate("Backup disk %d%% full"), {static_cast<std::int64_t>(*fraction * 100)}),
+             translate("Time Machine will thin old backups to cope, shortening your history. Consider a "
+                       "larger destination."),
+             "destinationFull"});
     if (data.sourceFreeBytes && *data.sourceFreeBytes < lowSourceBytes && shouldAlert("sourceLow"))
         postAlert(
-            translate("Startup disk is low on space"),
-            fillIn(translate("%.1f GB free — backups need at least 10 GB to stage and will start failing "
-                             "below that."),
-                   {static_cast<double>(*data.sourceFreeBytes) / 1e9}));
+            {translate("Startup disk is low on space"),
+             fillIn(translate("%.1f GB free — backups need at least 10 GB to stage and will start failing "
+                              "below that."),
+                    {static_cast<double>(*data.sourceFreeBytes) / 1e9}),
+             "sourceLow"});
 }
 
 bool BackupController::shouldAlert(const std::string& key) {
@@ -95,20 +95,20 @@ bool BackupController::shouldAlert(const std::string& key) {
     return true;
 }
 
-void BackupController::postAlert(const std::string& title, const std::string& body) {
-    services_.notifications.post(title, body);
-}
+void BackupController::postAlert(const Notification& alert) { services_.notifications.post(alert); }
 
 void BackupController::postFailureAlert(const std::string& message, Instant retryAt) {
     const std::string retryTime = services_.formats.shortTime(retryAt);
     if (consecutiveFailures_ < criticalStreak)
-        postAlert(translate("Backup failed"),
-                  fillIn(translate("%@. Retrying around %@."), {capitalized(message), retryTime}));
+        postAlert({translate("Backup failed"),
+                   fillIn(translate("%@. Retrying around %@."), {capitalized(message), retryTime}), "failure",
+                   translate(backupLabel)});
     else
-        postAlert(fillIn(translate("Backups are failing (%d in a row)"), {consecutiveFailures_}),
-                  fillIn(translate("Check that your backup disk is connected and has space. Next attempt "
-                                   "around %@."),
-                         {retryTime}));
+        postAlert({fillIn(translate("Backups are failing (%d in a row)"), {consecutiveFailures_}),
+                   fillIn(translate("Check that your backup disk is connected and has space. Next attempt "
+                                    "around %@."),
+                          {retryTime}),
+                   "failure", translate(backupLabel)});
 }
 
 } // namespace norvane

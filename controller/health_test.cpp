@@ -46,16 +46,18 @@ TEST(Watchdog, EachRuleAlertsOnceADay) {
     h.files.homeAvailableBytes = 14'900'000'000;
     h.startSettled();
     h.time.advance(20 * 3600);
-    using Posted = SimulatedNotifications::Posted;
-    EXPECT_EQ(
-        h.notifications.posted,
-        (std::vector<Posted>{
-            {"No verified backup in 3 days",
-             "The last backup that actually reached your backup disk was D2026-03-02 10:00."},
-            {"Backup disk 90% full", "Time Machine will thin old backups to cope, shortening your history. "
-                                     "Consider a larger destination."},
-            {"Startup disk is low on space",
-             "14.9 GB free — backups need at least 10 GB to stage and will start failing below that."}}));
+    EXPECT_EQ(h.notifications.posted,
+              (std::vector<Notification>{
+                  {"No verified backup in 3 days",
+                   "The last backup that actually reached your backup disk was D2026-03-02 10:00.", "stale",
+                   "Back Up Now"},
+                  {"Backup disk 90% full",
+                   "Time Machine will thin old backups to cope, shortening your history. "
+                   "Consider a larger destination.",
+                   "destinationFull"},
+                  {"Startup disk is low on space",
+                   "14.9 GB free — backups need at least 10 GB to stage and will start failing below that.",
+                   "sourceLow"}}));
     h.time.advance(5 * 3600);
     EXPECT_EQ(h.notifications.posted.size(), 6U);
     EXPECT_EQ(h.notifications.posted[3].title, "No verified backup in 4 days");

@@ -135,7 +135,7 @@ std::optional<std::string> BackupController::preflightProblem() const {
 }
 
 bool BackupController::destinationVanished() const {
-    return destinationMountPoint_ && !services_.files.exists(*destinationMountPoint_);
+    return destinationMountPoint_ && !isConnected(*destinationMountPoint_, services_.files);
 }
 
 void BackupController::launchBackup() {
@@ -264,11 +264,12 @@ void BackupController::checkStall() {
     publish(&ControllerState::stalled, true);
     announce("Backup appears stalled — no progress in " + std::to_string(stallMinutes) + " min");
     postAlert(
-        translate("Backup appears stalled"),
-        translate(destinationVanished()
-                      ? "Your backup disk seems to have disconnected — no progress in a while."
-                      : "Time Machine hasn't made progress in a while. It may resume on its own, or your "
-                        "backup disk may have disconnected."));
+        {translate("Backup appears stalled"),
+         translate(destinationVanished()
+                       ? "Your backup disk seems to have disconnected — no progress in a while."
+                       : "Time Machine hasn't made progress in a while. It may resume on its own, or your "
+                         "backup disk may have disconnected."),
+         "stall"});
 }
 
 void BackupController::beginVerification() {

@@ -193,8 +193,8 @@ TEST(Failure, RetriesWaitLongerAndSurviveARestart) {
     h.controller->requestBackup(false);
     h.time.advance(1);
     EXPECT_EQ(h.notifications.posted.back(),
-              (SimulatedNotifications::Posted{"Backup failed",
-                                              "Startbackup exited 1: busy. Retrying around T10:20."}));
+              (Notification{"Backup failed", "Startbackup exited 1: busy. Retrying around T10:20.", "failure",
+                            "Back Up Now"}));
     h.start();
     h.controller->requestBackup(false);
     h.time.advance(1);
@@ -202,6 +202,7 @@ TEST(Failure, RetriesWaitLongerAndSurviveARestart) {
     h.time.advance(1);
     EXPECT_EQ(h.store.failureStreak(), 3);
     EXPECT_EQ(h.notifications.posted.back().title, "Backups are failing (3 in a row)");
+    EXPECT_EQ(h.notifications.posted.back().matter, "failure") << "takes the place of the first two";
     EXPECT_EQ(h.state().health, BackupHealth::critical);
     h.timeMachine.startsWith.reset();
     h.controller->requestBackup(false);

@@ -17,8 +17,9 @@ bool isOwnReport(std::string_view fileName) {
 } // namespace
 
 CrashReporter::CrashReporter(UserDefaults& defaults, const FileSystem& files, const Clock& clock,
-                             std::string reportsFolder)
-    : defaults_(defaults), files_(files), clock_(clock), reportsFolder_(std::move(reportsFolder)) {}
+                             EmailComposer& composer, std::string reportsFolder, std::string supportAddress)
+    : defaults_(defaults), files_(files), clock_(clock), composer_(composer),
+      reportsFolder_(std::move(reportsFolder)), supportAddress_(std::move(supportAddress)) {}
 
 std::vector<std::string> CrashReporter::findNewReports() const {
     const Instant lastCheck = defaults_.date(lastCheckKey).value_or(distantPast);
@@ -32,6 +33,14 @@ std::vector<std::string> CrashReporter::findNewReports() const {
     for (std::string& name : names)
         name.insert(0, reportsFolder_ + "/");
     return names;
+}
+
+void CrashReporter::emailReport(const std::string& path) const {
+    composer_.compose(
+        {.recipient = supportAddress_,
+         .subject = "Norvane crash report",
+         .body = "Crash report attached. Add any details about what you were doing when it happened:\n\n",
+         .attachment = path});
 }
 
 } // namespace norvane

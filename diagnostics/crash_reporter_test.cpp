@@ -15,7 +15,8 @@ TEST(CrashReporter, FindsEachOwnReportOnceAndTheNewestLast) {
     SimulatedTime time(start);
     SimulatedUserDefaults defaults;
     SimulatedFileSystem files;
-    const CrashReporter reporter(defaults, files, time, "/reports");
+    SimulatedEmailComposer composer;
+    const CrashReporter reporter(defaults, files, time, composer, "/reports", "support@example.org");
     const Instant old = plusSeconds(start, -86400);
     files.folders["/reports"] = {{"Norvane-2026-03-04-2.ips", old},   {"Norvane-2026-03-04-1.ips", old},
                                  {"Norvane-2026-03-04-1.crash", old}, {"Norvane-2026-03-04-1.IPS", old},
@@ -35,8 +36,27 @@ TEST(CrashReporter, AdvancesTheCheckEvenWithoutAFolder) {
     SimulatedTime time(start);
     SimulatedUserDefaults defaults;
     SimulatedFileSystem files;
-    EXPECT_TRUE(CrashReporter(defaults, files, time, "/reports").findNewReports().empty());
+    SimulatedEmailComposer composer;
+    EXPECT_TRUE(CrashReporter(defaults, files, time, composer, "/reports", "support@example.org")
+                    .findNewReports()
+                    .empty());
     EXPECT_EQ(defaults.date("crashReporter.lastCheck.v1"), start);
+}
+
+TEST(CrashReporter, PreparesTheMessage) {
+    SimulatedTime time(start);
+    SimulatedUserDefaults defaults;
+    SimulatedFileSystem files;
+    SimulatedEmailComposer composer;
+    CrashReporter(defaults, files, time, composer, "/reports", "support@example.org")
+        .emailReport("/reports/a.ips");
+    ASSERT_EQ(composer.composed.size(), 1U);
+    const Email& email = composer.composed[0];
+    EXPECT_EQ(email.recipient, "support@example.org");
+    EXPECT_EQ(email.subject, "Norvane crash report");
+    EXPECT_TRUE(email.body.starts_with("Crash report attached. Add any details about what you were doing"));
+    EXPECT_TRUE(email.body.ends_with("when it happened:\n\n"));
+    EXPECT_EQ(email.attachment, "/reports/a.ips");
 }
 
 } // namespace

@@ -151,4 +151,17 @@ std::optional<Instant> Calendar::settingTime(std::int64_t hour, std::int64_t min
     return resolve(zone_, localDay(zone_, instant) + std::chrono::hours(hour) + std::chrono::minutes(minute));
 }
 
+std::optional<Instant> Calendar::instantAt(const WallTime& wallTime) const {
+    const auto inside = [](int value, int least, int most) { return value >= least && value <= most; };
+    if (!inside(wallTime.year, -9999, 9999) || !inside(wallTime.month, 1, 12) ||
+        !inside(wallTime.day, 1, 31) || !inside(wallTime.hour, 0, 23) || !inside(wallTime.minute, 0, 59) ||
+        !inside(wallTime.second, 0, 59))
+        return std::nullopt;
+    const auto date = date::year(wallTime.year) / wallTime.month / wallTime.day;
+    if (!date.ok())
+        return std::nullopt;
+    return resolve(zone_, date::local_days(date) + std::chrono::hours(wallTime.hour) +
+                              std::chrono::minutes(wallTime.minute) + seconds(wallTime.second));
+}
+
 } // namespace norvane

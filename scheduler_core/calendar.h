@@ -17,6 +17,15 @@ class time_zone;
 
 namespace norvane {
 
+struct WallTime {
+    int year = 1970;
+    int month = 1; ///< 1 to 12.
+    int day = 1;
+    int hour = 0;
+    int minute = 0;
+    int second = 0; ///< 0 to 59.
+};
+
 /// A small value, never changed once built: copy it, use it from any thread. Nothing throws; what cannot be
 /// formed is none. A wall-clock time that a clock change skips stands for the first instant after the gap,
 /// one that occurs twice for the earlier of the two.
@@ -46,6 +55,9 @@ public:
     /// The instant at hour:minute:00 of the calendar day that contains `instant`; none outside 0…23 and 0…59.
     [[nodiscard]] std::optional<Instant> settingTime(std::int64_t hour, std::int64_t minute,
                                                      Instant instant) const;
+
+    /// The instant that the wall clock shows as this date and time; none when there is no such date or time.
+    [[nodiscard]] std::optional<Instant> instantAt(const WallTime& wallTime) const;
 
 private:
     explicit Calendar(const date::time_zone* zone) : zone_(zone) {}

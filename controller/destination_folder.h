@@ -1,0 +1,28 @@
+// Where the backups go, as last learned, and whether the disk is still there.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/file_system.h"
+
+namespace norvane {
+
+struct DestinationFolder {
+    std::string path;
+    /// Where the disk that held the folder was mounted. Some mount points stay when their disk goes, as empty
+    /// folders, so that the folder's existence alone proves nothing.
+    std::optional<std::string> mountedAt;
+};
+
+[[nodiscard]] inline DestinationFolder destinationFolderAt(const std::string& path, const FileSystem& files) {
+    return {path, files.mountPointOf(path)};
+}
+
+[[nodiscard]] inline bool isConnected(const DestinationFolder& folder, const FileSystem& files) {
+    const auto mountedAt = folder.mountedAt ? files.mountPointOf(folder.path) : std::nullopt;
+    const bool elsewhere = mountedAt && *mountedAt != *folder.mountedAt;
+    return !elsewhere && files.exists(folder.path);
+}
+
+} // namespace norvane
