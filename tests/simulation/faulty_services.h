@@ -1,10 +1,12 @@
 // Services that fail in every way that services fail.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/simulated/simulated_time_machine.h"
-#include "platform/simulated/simulated_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "tests/simulation/random.h"
 
 namespace norvane::simulation {
@@ -20,10 +22,14 @@ public:
     std::optional<CommandResult> run(const std::string& executablePath,
                                      const std::vector<std::string>& arguments,
                                      double timeoutSeconds) const override {
-        if (!random_.chance(faultRate))
-            return timeMachine_.run(executablePath, arguments, timeoutSeconds);
+        if (!random_.chance(faultRate)) {
+            const auto answer = timeMachine_.run(executablePath, arguments, timeoutSeconds);
+            if (answer && arguments.front() == "status")
+                lastStatus_ = *answer;
+            return answer;
+        }
         constexpr double killDelaySeconds = 2;
-        switch (random_.whole(0, 5)) {
+        switch (random_.whole(0, 6)) {
         case 0:
             return std::nullopt; // cannot be started
         case 1:
@@ -36,6 +42,8 @@ public:
             return CommandResult{static_cast<std::int32_t>(random_.whole(1, 255)), "", " failed \n"};
         case 4:
             return CommandResult{0, "\x01 garbage { = ; }", ""};
+        case 5:
+            return lastStatus_; // late: it tells of a time before the last answer
         default:
             break;
         }
@@ -49,15 +57,17 @@ private:
     SimulatedTimeMachine& timeMachine_;
     SimulatedTime& time_;
     Random& random_;
+    mutable std::optional<CommandResult> lastStatus_;
 };
 
 /// Settings of which some writes never arrive.
 class FaultyDefaults final : public UserDefaults {
 public:
-    explicit FaultyDefaults(Random& random) : random_(random) {}
+    FaultyDefaults(UserDefaults& kept, Random& random) : kept_(kept), random_(random) {}
 
     double lossRate = 0;
-    bool lostAny = false; ///< Since last reset by the watcher.
+    bool lostAny = false;                   ///< Since it was reset last.
+    std::optional<std::int64_t> writesLeft; ///< Then the program is dead, and writes nothing more.
 
     std::optional<PropertyList> object(const std::string& key) const override { return kept_.object(key); }
     void set(const std::string& key, PropertyList value) override {
@@ -71,12 +81,13 @@ public:
 
 private:
     bool lost() {
-        const bool lose = lossRate > 0 && random_.chance(lossRate);
+        const bool dead = writesLeft && (*writesLeft)-- <= 0;
+        const bool lose = dead || (lossRate > 0 && random_.chance(lossRate));
         lostAny |= lose;
         return lose;
     }
 
-    SimulatedUserDefaults kept_;
+    UserDefaults& kept_;
     Random& random_;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,22 @@
 #include "tests/simulation/world.h"
 
 namespace norvane::simulation {
+
+/// For how long something has been wrong without a break.
+class Lasting {
+public:
+    double seconds(bool wrong, Instant now) {
+        if (!wrong)
+            since_.reset();
+        else if (!since_)
+            since_ = now;
+        return since_ ? secondsBetween(*since_, now) : 0;
+    }
+    void forget() { since_.reset(); }
+
+private:
+    std::optional<Instant> since_;
+};
 
 /// Looks at the program from outside: what it publishes, stores, logs, posts and runs. Keeps its own ledger
 /// of what ought to be, from the log and from the truth of the simulated machine.
@@ -26,21 +43,35 @@ public:
 
 private:
     void require(bool holds, std::string_view rule);
+
+    // What the log says (watcher_log.cpp).
     void readLog();
     void readLine(std::string_view line);
     void noteRequest(std::string_view message);
     void noteRun(std::string_view message);
+    void noteEnd(std::string_view message);
+    void noteStall(std::string_view message);
     void noteFailure(std::string_view message);
     void notePlan(std::string_view message);
+    void noteWait(std::string_view message);
+    void noteHealth(std::string_view message);
+    [[nodiscard]] std::string_view expectedHealth() const;
+
+    // What is shown, kept and done (watcher.cpp).
     void checkAlerts();
     void checkPlan();
     void checkTimers();
     void checkDeferral();
     void checkStore();
     void checkState();
+    void checkAttention();
+    void checkPunctuality();
+    void checkProspect();
+    void forgetDurations();
 
-    [[nodiscard]] const ControllerState& state() const { return w_.controller->state(); }
+    [[nodiscard]] const ControllerState& state() const { return w_.program.state(); }
     [[nodiscard]] Instant now() const { return w_.time.now(); }
+    [[nodiscard]] bool clockIsPlain() const { return w_.jumps == 0; }
 
     World& w_;
     std::optional<std::string> violation_;
@@ -59,12 +90,28 @@ private:
     std::optional<Instant> skipped_;
     std::optional<Instant> loggedPlan_;
     std::map<std::string, Instant> watchdogs_; // when each alerted last
-    std::optional<DeferralInfo> deferral_;     // as last seen
-    std::optional<Instant> plan_;              // as last seen
-    Schedule schedule_;                        // under which plan_ was checked
     std::int64_t startsAllowed_ = 0;           // requests that may still lead to a `startbackup`
+    std::string shown_ = "Launched";           // the last line that the user should see
     bool running_ = false;
     bool logGrew_ = false;
+
+    // As last seen.
+    std::optional<DeferralInfo> deferral_;
+    std::optional<Instant> plan_;
+    int jumpsAtPlan_ = 0;
+    int jumpsAtRequest_ = 0;
+    int jumpsAtDeferral_ = 0;
+    Instant deferredAt_; // the last time it was looked at
+    std::optional<Instant> pausedUntil_;
+    bool stalled_ = false;
+    Schedule schedule_; // under which plan_ was checked
+
+    // What may be wrong for a while, but not for long.
+    int jumpsSeen_ = 0;
+    Lasting toolsWork_;
+    Lasting unseen_;
+    Lasting wrongHealth_;
+    Lasting overduePause_;
 };
 
 } // namespace norvane::simulation

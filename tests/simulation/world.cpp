@@ -46,6 +46,8 @@ Schedule randomSchedule(Random& random) {
 }
 
 ConditionsConfig randomConditions(Random& random) {
+    if (random.chance(0.2))
+        return {}; // no condition at all
     ConditionsConfig conditions = ConditionsConfig::defaultConditions();
     conditions.requireAC = random.chance(0.5);
     conditions.minBatteryPercent = random.chance(0.3) ? random.whole(-5, 90) : 0;
@@ -55,8 +57,8 @@ ConditionsConfig randomConditions(Random& random) {
         conditions.blockedApps = {{"editor", "Editor"}, {"game", "Game"}};
     conditions.maxDeferralHours = random.pick<double>({0, 0.5, 1, 4, 12, 24});
     conditions.recheckMinutes = random.pick<std::int64_t>({1, 5, 15, 60});
-    if (random.chance(0.1)) { // stored by hand: a look every second, so not for long
-        conditions.maxDeferralHours = 0.2;
+    if (random.chance(0.05)) { // stored by hand: a look every second, so not for long
+        conditions.maxDeferralHours = 0.1;
         conditions.recheckMinutes = random.pick<std::int64_t>({-3, 0});
     }
     if (random.chance(0.3))
@@ -78,7 +80,7 @@ void flipMachineState(World& w) {
         w.measurements.power.lowPowerMode = !w.measurements.power.lowPowerMode;
         break;
     case 3:
-        w.measurements.camera = !w.measurements.camera;
+        w.measurements.media.camera = !w.measurements.media.camera;
         break;
     case 4:
         w.measurements.load = w.random.between(0, 3);
@@ -94,8 +96,14 @@ void changeTimeMachine(World& w) {
     SimulatedTimeMachine& tm = w.timeMachine;
     const auto seldom = [&w] { return w.random.chance(0.12); };
     tm.backupSeconds = w.random.exponential(600) + 1;
+    tm.phase = seldom() ? "ThinningPreBackup" : "Copying";
     tm.startsBackups = !seldom();
     tm.leavesSnapshots = !seldom();
+    tm.snapshotDelaySeconds = seldom() ? w.random.between(0, 60) : 0;
+    if (seldom())
+        tm.secondSnapshotDates =
+            tm.secondSnapshotDates ? std::nullopt : std::optional(std::vector<Instant>{});
+    tm.usesSecondDestination = w.random.chance(0.5);
     tm.stallsAt = seldom() ? std::optional(w.random.whole(0, tm.backupBytes)) : std::nullopt;
     tm.startsWith =
         seldom() ? std::optional(CommandResult{static_cast<std::int32_t>(w.random.whole(1, 99)), "", "no"})
@@ -132,30 +140,73 @@ void stepTheClock(World& w) {
         w.systemEvents.handlers->clockChanged();
 }
 
+/// The program keeps the zone it was started in; the next start is in the new one.
+void travel(World& w) {
+    w.machineZone = w.random.pick<std::string>({"Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
+                                                "Pacific/Apia", "Africa/Cairo", "America/Sao_Paulo",
+                                                "Asia/Kathmandu", "UTC"});
+}
+
+/// Some of what one deed stores arrives, the rest does not; the log and the screen never hear of it.
+void dieWhileStoring(World& w) {
+    const auto posted = w.notifications.posted.size();
+    w.settings.writesLeft = w.random.whole(0, 2);
+    switch (w.random.whole(0, 2)) {
+    case 0:
+        w.program.controller->setSchedule(randomSchedule(w.random));
+        break;
+    case 1:
+        w.program.controller->pauseUntilTomorrow();
+        break;
+    default:
+        w.program.controller->requestBackup(false);
+    }
+    w.notifications.posted.resize(posted);
+    w.logFile.text.clear();
+    w.startProgram();
+}
+
+/// By a hand, an old version or a failing disk.
+void damageStoredSettings(World& w) {
+    const Instant someDate = plusSeconds(w.time.now(), w.random.between(-40, 40) * 86'400);
+    const auto damage = w.random.pick<std::pair<std::string, PropertyList>>(
+        {{"schedule.v1", {PropertyListData{"{\"rules\":"}}},
+         {"schedule.v1", {std::string("daily")}},
+         {"conditions.v1", {PropertyListData{"\xFF"}}},
+         {"lastBackupDate.v1", {someDate}},
+         {"lastBackupDate.v1", {true}},
+         {"plannedFireDate.v1", {someDate}},
+         {"plannedFireDate.v1", {PropertyList::Array{}}},
+         {"launchGraceMinutes.v1", {std::int64_t{-40}}},
+         {"failureStreak.v1", {std::int64_t{1} << 40}},
+         {"failureStreak.v1", {std::string("many")}}});
+    w.defaults.set(damage.first, damage.second);
+    w.startProgram();
+}
+
 } // namespace
 
 World::World(std::uint64_t seed)
-    : random(seed), time(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
-                         std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}) {
+    : SimulatedMachine(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
+                       std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}),
+      random(seed) {
     time.disturb([this] { return random.fraction(); }, 0.5);
-    files.paths.insert(timeMachine.mountPoint);
-    store.setSchedule(randomSchedule(random));
+    program.store.setSchedule(randomSchedule(random));
+    travel(*this);
     startProgram();
 }
 
 void World::startProgram() {
-    controller.reset();
-    zone =
-        random.pick<std::string>({"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Pacific/Apia",
-                                  "Africa/Cairo", "America/Sao_Paulo", "Asia/Kathmandu", "UTC"});
+    program.controller.reset();
+    time.dropBackgroundWork();
+    settings.writesLeft.reset();
+    settings.lostAny = settings.lossRate > 0;
+    programZone = machineZone;
     startedAt = time.now();
     ++starts;
     jumps = 0;
-    defaults.lostAny = defaults.lossRate > 0;
-    graceEnd = plusSeconds(startedAt, static_cast<double>(store.launchGraceMinutes()) * 60);
-    controller = std::make_unique<BackupController>(ControllerServices{
-        time, time, time, defaults, tmUtil, files, measurements, notifications, systemEvents, processActivity,
-        crashReporter, eventLog, formats, texts, *Calendar::inZone(zone), "1.0", 4711});
+    graceEnd = plusSeconds(startedAt, static_cast<double>(program.store.launchGraceMinutes()) * 60);
+    program.start(programZone);
 }
 
 const std::vector<Happening>& World::happenings() {
@@ -178,24 +229,30 @@ const std::vector<Happening>& World::happenings() {
         {"the user presses Back Up Now", 40,
          [](World& w) {
              w.userAsked = true;
-             w.controller->requestBackup(false);
+             w.program.controller->requestBackup(false);
          }},
-        {"the user presses Stop", 80, [](World& w) { w.controller->stopBackup(); }},
+        {"the user presses Stop", 80, [](World& w) { w.program.controller->stopBackup(); }},
         {"the user pauses", 90,
-         [](World& w) { w.controller->pause(plusSeconds(w.time.now(), w.random.exponential(7200))); }},
-        {"the user pauses until tomorrow", 200, [](World& w) { w.controller->pauseUntilTomorrow(); }},
-        {"the user resumes", 100, [](World& w) { w.controller->resume(); }},
-        {"the user skips", 70, [](World& w) { w.controller->skipNext(); }},
-        {"the user dismisses", 70, [](World& w) { w.controller->dismissDeferral(); }},
+         [](World& w) {
+             w.program.controller->pause(plusSeconds(w.time.now(), w.random.exponential(7200)));
+         }},
+        {"the user pauses until tomorrow", 200, [](World& w) { w.program.controller->pauseUntilTomorrow(); }},
+        {"the user resumes", 100, [](World& w) { w.program.controller->resume(); }},
+        {"the user skips", 70, [](World& w) { w.program.controller->skipNext(); }},
+        {"the user dismisses", 70, [](World& w) { w.program.controller->dismissDeferral(); }},
         {"the user edits the schedule", 90,
-         [](World& w) { w.controller->setSchedule(randomSchedule(w.random)); }},
+         [](World& w) { w.program.controller->setSchedule(randomSchedule(w.random)); }},
         {"the user edits the conditions", 60,
-         [](World& w) { w.controller->setConditions(randomConditions(w.random)); }},
-        {"the grace is edited", 300, [](World& w) { w.store.setLaunchGraceMinutes(w.random.whole(-2, 30)); }},
+         [](World& w) { w.program.controller->setConditions(randomConditions(w.random)); }},
+        {"the grace is edited", 300,
+         [](World& w) { w.program.store.setLaunchGraceMinutes(w.random.whole(-2, 30)); }},
         {"the clock steps", 200, stepTheClock},
         {"the program restarts", 60, [](World& w) { w.startProgram(); }},
+        {"the program is killed while it stores", 200, dieWhileStoring},
+        {"stored settings are damaged", 400, damageStoredSettings},
+        {"the user travels", 300, travel},
         {"settings get lossy or well", 400,
-         [](World& w) { w.defaults.lossRate = w.defaults.lossRate > 0 ? 0 : w.random.between(0, 0.3); }},
+         [](World& w) { w.settings.lossRate = w.settings.lossRate > 0 ? 0 : w.random.between(0, 0.3); }},
         {"a crash report appears", 500,
          [](World& w) {
              w.files.folders["/reports"] = {{"Norvane-" + logTimestamp(w.time.now()) + ".ips", w.time.now()}};

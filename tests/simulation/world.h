@@ -1,12 +1,10 @@
 // A machine with a user, on which everything goes wrong that can.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "controller/backup_controller.h"
-#include "platform/simulated/simulated_services.h"
+#include "controller/simulated_program.h"
 #include "tests/simulation/faulty_services.h"
 
 namespace norvane::simulation {
@@ -18,8 +16,8 @@ struct Happening {
     void (*happen)(class World&);
 };
 
-/// The real controller over simulated services. Everything follows from the seed.
-class World {
+/// A simulated machine with the program on it. Everything follows from the seed.
+class World : public SimulatedMachine {
 public:
     explicit World(std::uint64_t seed);
 
@@ -29,29 +27,14 @@ public:
     [[nodiscard]] static const std::vector<Happening>& happenings();
 
     Random random;
-    SimulatedTime time;
-    SimulatedTimeMachine timeMachine{time};
     FaultyTools tools{timeMachine, time, random};
-    FaultyDefaults defaults{random};
-    SimulatedFileSystem files;
-    SimulatedMeasurements measurements;
-    SimulatedNotifications notifications;
-    SimulatedSystemEvents systemEvents;
-    SimulatedProcessActivity processActivity;
-    SimulatedNetworkProbe network;
-    SimulatedWorkspace workspace;
-    SimulatedLogFile logFile;
-    SimulatedFormats formats;
-    UntranslatedText texts;
-    EventLog eventLog{time, logFile};
-    TMUtil tmUtil{tools, {"/usr/bin/tmutil", "/usr/bin/defaults"}, network, workspace};
-    CrashReporter crashReporter{defaults, files, time, "/reports"};
-    SettingsStore store{defaults};
-    std::string zone = "Europe/Berlin"; ///< In which the program was started last, and the machine is now.
-    std::unique_ptr<BackupController> controller;
-    Instant startedAt;       ///< When the program was started last.
-    Instant graceEnd;        ///< Until when that start waits.
-    int starts = 0;          ///< Of the program so far.
+    FaultyDefaults settings{defaults, random};
+    SimulatedProgram program{*this, tools, settings};
+    std::string machineZone = "Europe/Berlin"; ///< Where the user is.
+    std::string programZone = machineZone;     ///< Where the program was started last.
+    Instant startedAt;                         ///< When the program was started last.
+    Instant graceEnd;                          ///< Until when that start waits.
+    int starts = 0;                            ///< Of the program so far.
     int jumps = 0;           ///< Of the wall clock against the timers since then: sleep, and clock steps.
     bool clockMoved = false; ///< The wall clock was set since the watcher last looked.
     bool userAsked = false;  ///< The user pressed "Back Up Now" since then.
