@@ -19,18 +19,4 @@ MenuBarLabel menuBarLabel(const ControllerState& state) {
     return {state.pausedUntil ? "pause.circle" : "clock.badge.checkmark", LabelColor::template_, ""};
 }
 
-std::string stateTitle(const ControllerState& state) {
-    if (state.status.running)
-        return "Backing Up…";
-    if (state.health == BackupHealth::critical)
-        return "Backups are failing";
-    if (state.health == BackupHealth::stale)
-        return "Backups need attention";
-    if (state.deferral)
-        return "Waiting";
-    if (state.pausedUntil)
-        return "Paused";
-    return state.nextFire ? "On Schedule" : "Nothing Scheduled";
-}
-
 } // namespace norvane

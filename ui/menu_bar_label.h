@@ -23,7 +23,4 @@ struct MenuBarLabel {
 
 [[nodiscard]] MenuBarLabel menuBarLabel(const ControllerState& state);
 
-/// The state in a few words, untranslated: "On Schedule".
-[[nodiscard]] std::string stateTitle(const ControllerState& state);
-
 } // namespace norvane

@@ -8,7 +8,6 @@ namespace {
 TEST(MenuBarLabel, RunningComesFirstThenHealthThenPause) {
     ControllerState state;
     EXPECT_EQ(menuBarLabel(state), (MenuBarLabel{"clock.badge.checkmark", LabelColor::template_, ""}));
-    EXPECT_EQ(stateTitle(state), "Nothing Scheduled");
 
     state.pausedUntil = Instant{};
     EXPECT_EQ(menuBarLabel(state), (MenuBarLabel{"pause.circle", LabelColor::template_, ""}));
@@ -22,7 +21,6 @@ TEST(MenuBarLabel, RunningComesFirstThenHealthThenPause) {
     EXPECT_EQ(menuBarLabel(state), (MenuBarLabel{"arrow.triangle.2.circlepath", LabelColor::template_, ""}));
     state.status.percent = 0.427;
     EXPECT_EQ(menuBarLabel(state).text, "42%");
-    EXPECT_EQ(stateTitle(state), "Backing Up…");
 }
 
 } // namespace

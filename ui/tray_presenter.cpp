@@ -1,8 +1,12 @@
 #include "ui/tray_presenter.h"
 
+#include <QGuiApplication>
+#include <QPainter>
 #include <array>
 
-#include "ui/tray_symbol.h"
+#include "ui/panel_content.h"
+#include "ui/symbol_image.h"
+#include "ui/theme.h"
 
 namespace norvane {
 
@@ -19,11 +23,36 @@ QColor colorOf(LabelColor color) {
     case LabelColor::template_:
         break;
     }
-    return QColor(0xdf, 0xdf, 0xdf); // most trays are dark
+    // Trays do not tell their colour: this grey stands out from black and from white alike (WCAG 2.1: by more
+    // than 3 to 1).
+    return QColor(0x80, 0x80, 0x80);
+}
+
+/// The number in a ring that fills: what is readable in a square of a tray.
+QImage percentageImage(int percent, int size, const QColor& color) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double stroke = size / 11.0;
+    const QRectF ring = QRectF(0, 0, size, size).adjusted(stroke, stroke, -stroke, -stroke);
+    constexpr int degree = 16; // QPainter's unit
+    painter.setPen(QPen(Theme::faded(color, 0.35), stroke));
+    painter.drawEllipse(ring);
+    painter.setPen(QPen(color, stroke, Qt::SolidLine, Qt::FlatCap));
+    painter.drawArc(ring, 90 * degree, -percent * 360 * degree / 100);
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(size * (percent < 100 ? 10 : 7) / 22);
+    font.setWeight(QFont::Bold);
+    painter.setFont(font);
+    painter.drawText(image.rect(), Qt::AlignCenter, QString::number(percent));
+    return image;
 }
 
 TrayImage trayImage(const MenuBarLabel& label, int size) {
-    const QImage image = symbolImage(QString::fromStdString(label.symbol), size, colorOf(label.color))
+    const QColor color = colorOf(label.color);
+    const QImage image = (label.text.empty() ? symbolImage(QString::fromStdString(label.symbol), size, color)
+                                             : percentageImage(std::stoi(label.text), size, color)) // "42%"
                              .convertToFormat(QImage::Format_ARGB32);
     TrayImage result{size, {}};
     for (int y = 0; y < image.height(); ++y) {
@@ -35,8 +64,9 @@ TrayImage trayImage(const MenuBarLabel& label, int size) {
 
 } // namespace
 
-TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const Translator& translator)
-    : controller_(controller), item_(item), translator_(translator) {
+TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock,
+                             const Formats& formats, const Translator& translator)
+    : controller_(controller), item_(item), clock_(clock), formats_(formats), translator_(translator) {
     soon_.setSingleShot(true);
     QObject::connect(&soon_, &QTimer::timeout, [this] { present(); });
     subscription_ = controller_.subscribe([this] { soon_.start(0); });
@@ -46,7 +76,8 @@ TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const
 void TrayPresenter::present() {
     const ControllerState& state = controller_.state();
     const MenuBarLabel label = menuBarLabel(state);
-    TrayAppearance appearance{translator_.translate(stateTitle(state)), state.lastEvent, label.text,
+    const PanelContent content = panelContent(state, clock_.now(), formats_, translator_);
+    TrayAppearance appearance{content.title.toStdString(), content.subtitle.toStdString(), label.text,
                               appearance_.images};
     if (drawn_ != label) {
         appearance.images.clear();

@@ -15,13 +15,16 @@ namespace norvane {
 /// row.
 class TrayPresenter {
 public:
-    TrayPresenter(BackupController& controller, TrayItem& item, const Translator& translator);
+    TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock, const Formats& formats,
+                  const Translator& translator);
 
 private:
     void present();
 
     BackupController& controller_;
     TrayItem& item_;
+    const Clock& clock_;
+    const Formats& formats_;
     const Translator& translator_;
     std::optional<MenuBarLabel> drawn_;
     TrayAppearance appearance_;

@@ -1,0 +1,45 @@
+// The panel as a window on the screen.
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <memory>
+#include <optional>
+
+#include "platform/clock.h"
+#include "ui/panel_view_model.h"
+#include "ui/ui_engine.h"
+
+namespace norvane {
+
+/// Where a panel of this size opens: beside the anchor, towards the middle of the screen, and wholly on it.
+[[nodiscard]] QPoint panelPosition(QPoint anchor, QSize panel, const QRect& screen);
+
+/// Main thread. The window is made when it is first shown, and kept.
+class Panel : public QObject {
+    Q_OBJECT
+
+public:
+    Panel(UiEngine& engine, PanelServices services, PanelActions actions);
+
+    /// A click on the tray item; its position on the screen is none when unknown.
+    void toggleAt(std::optional<QPoint> position);
+    /// As a window like any other, for desktops without a tray.
+    void showAsWindow();
+    void hide();
+
+private Q_SLOTS:
+    void leave();
+
+private:
+    [[nodiscard]] bool prepare(bool attached);
+    void show();
+
+    UiEngine& engine_;
+    const Clock& clock_;
+    PanelViewModel model_;
+    std::unique_ptr<QQuickWindow> window_;
+    std::optional<Instant> leftAt_;
+};
+
+} // namespace norvane

@@ -1,0 +1,61 @@
+import QtQuick
+import Norvane
+
+// Some days of the week; bit 0 of the mask is Sunday.
+Row {
+    id: picker
+
+    required property int days
+    required property var weekdays
+
+    signal picked(int days)
+
+    spacing: 4
+    Accessible.role: Accessible.Grouping
+
+    Repeater {
+        model: picker.weekdays
+
+        BaseButton {
+            id: day
+
+            required property var modelData
+            readonly property bool selected: (picker.days >> modelData.bit & 1) === 1
+
+            implicitWidth: 26
+            implicitHeight: 26
+            focusPolicy: Qt.StrongFocus
+            text: modelData.symbol
+            Accessible.role: Accessible.CheckBox
+            Accessible.name: modelData.name
+            Accessible.onToggleAction: press()
+            Accessible.checkable: true
+            Accessible.checked: selected
+            Accessible.selectable: true
+            Accessible.selected: selected
+            onClicked: picker.picked(picker.days ^ (1 << modelData.bit))
+
+            contentItem: Label {
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                text: day.text
+                font: Theme.weighted(Theme.subheadline, 600)
+                color: day.selected ? "white" : Theme.secondary
+                Accessible.ignored: true
+            }
+            background: Rectangle {
+                radius: 13
+                color: day.selected ? Theme.accent : Theme.faded(Theme.primary, 0.08)
+
+                FocusRing {
+                    control: day
+                    gap: 1
+                }
+            }
+            Tip {
+                text: day.modelData.name
+                shown: day.hovered
+            }
+        }
+    }
+}

@@ -1,0 +1,115 @@
+import QtQuick
+import QtQuick.Templates as T
+import Norvane
+
+// One of several choices, each a map with "label" and "value". A value that is no choice shows as nothing.
+T.ComboBox {
+    id: picker
+
+    required property string label
+    required property var choices
+    required property var value
+
+    signal picked(var value)
+
+    implicitWidth: widest.width + 44
+    implicitHeight: 24
+    focusPolicy: Qt.StrongFocus
+    model: choices
+    textRole: "label"
+    currentIndex: choices.findIndex(choice => choice.value === value)
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: label
+    Accessible.description: displayText
+    onActivated: index => picked(choices[index].value)
+
+    Keys.onReturnPressed: popup.open()
+    Keys.onEnterPressed: popup.open()
+
+    TextMetrics {
+        id: widest
+
+        font: Theme.body
+        text: picker.choices.map(choice => choice.label).reduce((a, b) => a.length > b.length ? a : b, "")
+    }
+
+    contentItem: Label {
+        leftPadding: 10
+        rightPadding: 24
+        verticalAlignment: Text.AlignVCenter
+        text: picker.displayText
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+    indicator: Symbol {
+        x: picker.width - width - 7
+        anchors.verticalCenter: parent.verticalCenter
+        name: "chevron.up.chevron.down"
+        color: Theme.secondary
+        size: 12
+    }
+    background: Rectangle {
+        radius: 6
+        color: Theme.control
+        border.color: Theme.faded(Theme.primary, 0.14)
+
+        FocusRing {
+            control: picker
+        }
+    }
+    delegate: T.ItemDelegate {
+        id: choice
+
+        required property int index
+        required property var modelData
+
+        width: ListView.view.width
+        height: 24
+        text: modelData.label
+        highlighted: picker.highlightedIndex === index
+        Accessible.role: Accessible.ListItem
+        Accessible.name: text
+        Accessible.selected: picker.currentIndex === index
+
+        contentItem: Item {
+            Symbol {
+                x: 6
+                anchors.verticalCenter: parent.verticalCenter
+                visible: picker.currentIndex === choice.index
+                name: "checkmark"
+                color: choice.highlighted ? Theme.onAccent : Theme.primary
+                size: 11
+            }
+            Label {
+                x: 22
+                anchors.verticalCenter: parent.verticalCenter
+                text: choice.text
+                color: choice.highlighted ? Theme.onAccent : Theme.primary
+                Accessible.ignored: true
+            }
+        }
+        background: Rectangle {
+            radius: 4
+            color: choice.highlighted ? Theme.accent : "transparent"
+        }
+    }
+    popup: T.Popup {
+        y: picker.height + 3
+        width: Math.max(picker.width, widest.width + 50)
+        implicitHeight: contentItem.implicitHeight + 2 * padding
+        padding: 5
+        margins: 6
+
+        contentItem: ListView {
+            implicitHeight: contentHeight
+            interactive: false
+            model: picker.popup.visible ? picker.delegateModel : null
+            currentIndex: picker.highlightedIndex
+        }
+        background: Rectangle {
+            radius: 7
+            color: Theme.control
+            border.color: Theme.faded(Theme.primary, 0.16)
+        }
+    }
+}

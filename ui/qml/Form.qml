@@ -1,0 +1,47 @@
+import QtQuick
+import Norvane
+
+// Groups of controls below each other; scrolls to the one that the keyboard is on.
+Flickable {
+    id: form
+
+    default property alias sections: column.data
+    readonly property Item focused: Window.activeFocusItem
+
+    contentWidth: width
+    contentHeight: column.height + 2 * column.y
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    onFocusedChanged: Qt.callLater(reveal)
+
+    function contains(item) {
+        for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
+            if (ancestor === column)
+                return true
+        }
+        return false
+    }
+
+    function reveal() {
+        const item = focused
+        if (!item || !contains(item))
+            return
+        const margin = 12
+        const top = item.mapToItem(contentItem, 0, 0).y - margin
+        const bottom = top + item.height + 2 * margin
+        const lowest = Math.max(0, contentHeight - height)
+        contentY = Math.max(0, Math.min(lowest, Math.min(top, Math.max(contentY, bottom - height))))
+    }
+
+    Column {
+        id: column
+
+        x: 16
+        y: 14
+        width: form.width - 2 * x
+        spacing: 16
+    }
+    ScrollIndicator {
+        flickable: form
+    }
+}

@@ -1,0 +1,44 @@
+import QtQuick
+import Norvane
+
+// How far something has come, 0 to 1; below 0 it is not known, and a piece of the line wanders.
+Rectangle {
+    id: line
+
+    required property real value
+    property color tint: Theme.accent
+
+    implicitHeight: 6
+    radius: 3
+    color: Theme.faded(Theme.primary, 0.12)
+    clip: true
+    Accessible.role: Accessible.ProgressBar
+
+    Rectangle {
+        id: bar
+
+        readonly property bool wanders: line.value < 0
+
+        height: parent.height
+        radius: parent.radius
+        color: line.tint
+        width: wanders ? parent.width * 0.3 : parent.width * line.value
+
+        Behavior on width {
+            enabled: !bar.wanders
+
+            NumberAnimation {
+                duration: 400
+                easing.type: Easing.OutCubic
+            }
+        }
+        XAnimator on x {
+            running: bar.wanders && line.visible
+            loops: Animation.Infinite
+            from: -bar.width
+            to: line.width
+            duration: 1600
+            onRunningChanged: if (!running) bar.x = 0
+        }
+    }
+}

@@ -1,0 +1,18 @@
+import QtQuick
+import Norvane
+
+// One of the project's drawings, sharp at every scale.
+Image {
+    id: symbol
+
+    required property string name
+    property color color: Theme.primary
+    property real size: 16
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    source: name === "" ? "" : "image://symbol/" + name + "/" + color
+    fillMode: Image.PreserveAspectFit
+    Accessible.ignored: true
+}

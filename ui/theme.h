@@ -1,0 +1,106 @@
+// The one place for the colours, fonts and measures of all windows.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QObject>
+
+namespace norvane {
+
+inline const QColor brandOrange = QColor::fromRgbF(1.0F, 0.42F, 0.1F);
+
+/// Measures are in device-independent pixels. Main thread.
+class Theme : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool dark READ dark NOTIFY changed)
+    // Colours.
+    Q_PROPERTY(QColor accent READ accent NOTIFY changed)
+    Q_PROPERTY(QColor brand READ brand CONSTANT)             ///< The program's own, whatever the accent is.
+    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY changed) ///< Text on a surface in the accent colour.
+    Q_PROPERTY(QColor window READ window NOTIFY changed)
+    Q_PROPERTY(QColor control READ control NOTIFY changed) ///< A bordered button, a menu.
+    Q_PROPERTY(QColor primary READ primary NOTIFY changed)
+    Q_PROPERTY(QColor secondary READ secondary NOTIFY changed)
+    Q_PROPERTY(QColor tertiary READ tertiary NOTIFY changed)
+    Q_PROPERTY(QColor red READ red NOTIFY changed)
+    Q_PROPERTY(QColor orange READ orange NOTIFY changed)
+    Q_PROPERTY(QColor yellow READ yellow NOTIFY changed)
+    Q_PROPERTY(QColor green READ green NOTIFY changed)
+    // Text styles.
+    Q_PROPERTY(QFont largeTitle READ largeTitle CONSTANT)
+    Q_PROPERTY(QFont title READ title CONSTANT)
+    Q_PROPERTY(QFont title2 READ title2 CONSTANT)
+    Q_PROPERTY(QFont title3 READ title3 CONSTANT)
+    Q_PROPERTY(QFont headline READ headline CONSTANT)
+    Q_PROPERTY(QFont body READ body CONSTANT)
+    Q_PROPERTY(QFont callout READ callout CONSTANT)
+    Q_PROPERTY(QFont subheadline READ subheadline CONSTANT)
+    Q_PROPERTY(QFont caption READ caption CONSTANT)
+    Q_PROPERTY(QFont caption2 READ caption2 CONSTANT)
+    // Measures.
+    Q_PROPERTY(qreal cornerRadius READ cornerRadius CONSTANT)
+    Q_PROPERTY(qreal controlHeight READ controlHeight CONSTANT)
+    Q_PROPERTY(qreal smallControlHeight READ smallControlHeight CONSTANT)
+
+public:
+    Theme(bool dark, const QColor& accent) : dark_(dark), accent_(accent) {}
+
+    /// Every window follows at once.
+    void set(bool dark, const QColor& accent);
+
+    [[nodiscard]] bool dark() const { return dark_; }
+    [[nodiscard]] QColor accent() const { return accent_; }
+    [[nodiscard]] QColor brand() const { return brandOrange; }
+    [[nodiscard]] QColor onAccent() const;
+    [[nodiscard]] QColor window() const {
+        return dark_ ? QColor(0x26, 0x26, 0x28) : QColor(0xf7, 0xf7, 0xf8);
+    }
+    [[nodiscard]] QColor control() const {
+        return dark_ ? QColor(0x46, 0x46, 0x49) : QColor(0xff, 0xff, 0xff);
+    }
+    [[nodiscard]] QColor primary() const { return ink(dark_ ? 0.92 : 0.88); }
+    [[nodiscard]] QColor secondary() const { return ink(dark_ ? 0.62 : 0.58); }
+    [[nodiscard]] QColor tertiary() const { return ink(0.44); }
+    // In light windows the colours are a little deeper than lamps would be, because small text is set in
+    // them.
+    [[nodiscard]] QColor red() const { return dark_ ? QColor(0xff, 0x45, 0x3a) : QColor(0xe0, 0x2d, 0x22); }
+    [[nodiscard]] QColor orange() const {
+        return dark_ ? QColor(0xff, 0x9f, 0x0a) : QColor(0xd2, 0x6a, 0x00);
+    }
+    [[nodiscard]] QColor yellow() const {
+        return dark_ ? QColor(0xff, 0xd6, 0x0a) : QColor(0xc7, 0x94, 0x00);
+    }
+    [[nodiscard]] QColor green() const { return dark_ ? QColor(0x30, 0xd1, 0x58) : QColor(0x20, 0x9a, 0x44); }
+
+    [[nodiscard]] QFont largeTitle() const { return font(26, QFont::Normal); }
+    [[nodiscard]] QFont title() const { return font(22, QFont::Normal); }
+    [[nodiscard]] QFont title2() const { return font(17, QFont::Normal); }
+    [[nodiscard]] QFont title3() const { return font(15, QFont::Normal); }
+    [[nodiscard]] QFont headline() const { return font(13, QFont::DemiBold); }
+    [[nodiscard]] QFont body() const { return font(13, QFont::Normal); }
+    [[nodiscard]] QFont callout() const { return font(12, QFont::Normal); }
+    [[nodiscard]] QFont subheadline() const { return font(11, QFont::Normal); }
+    [[nodiscard]] QFont caption() const { return font(11, QFont::Normal); }
+    [[nodiscard]] QFont caption2() const { return font(10, QFont::Normal); }
+
+    [[nodiscard]] qreal cornerRadius() const { return 8; }
+    [[nodiscard]] qreal controlHeight() const { return 28; }
+    [[nodiscard]] qreal smallControlHeight() const { return 20; }
+
+    /// The colour at this opacity, 0 to 1.
+    Q_INVOKABLE [[nodiscard]] static QColor faded(const QColor& color, qreal opacity);
+    /// The text style in another weight.
+    Q_INVOKABLE [[nodiscard]] static QFont weighted(const QFont& style, int weight);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    [[nodiscard]] QColor ink(qreal opacity) const { return faded(dark_ ? Qt::white : Qt::black, opacity); }
+    [[nodiscard]] static QFont font(int size, QFont::Weight weight);
+
+    bool dark_;
+    QColor accent_;
+};
+
+} // namespace norvane

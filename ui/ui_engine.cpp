@@ -1,0 +1,46 @@
+#include "ui/ui_engine.h"
+
+#include <QIcon>
+#include <QQmlComponent>
+#include <QtQml>
+
+#include "ui/application_icon_provider.h"
+#include "ui/symbol_provider.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr auto uri = "Norvane"; // what views import
+
+} // namespace
+
+UiEngine::UiEngine(Theme& theme, const Translator& translator) : theme_(theme), texts_(translator) {}
+
+QQmlEngine& UiEngine::engine() {
+    if (!engine_) {
+        // Small, seldom open windows: not worth a graphics driver's memory in an idle program.
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        qmlRegisterSingletonInstance(uri, 1, 0, "Theme", &theme_);
+        qmlRegisterSingletonInstance(uri, 1, 0, "Texts", &texts_);
+        engine_ = std::make_unique<QQmlEngine>();
+        engine_->addImageProvider("symbol", new SymbolProvider); // which the engine owns
+        engine_->addImageProvider("application", new ApplicationIconProvider);
+    }
+    return *engine_;
+}
+
+std::unique_ptr<QQuickWindow> UiEngine::makeWindow(const QString& component, const QVariantMap& properties) {
+    QQmlComponent definition(&engine(), QUrl("qrc:/qt/qml/Norvane/Ui/qml/" + component + ".qml"));
+    std::unique_ptr<QObject> made(definition.createWithInitialProperties(properties));
+    for (const QQmlError& error : definition.errors())
+        qWarning("%s", qUtf8Printable(error.toString()));
+    auto* window = qobject_cast<QQuickWindow*>(made.get());
+    if (window) {
+        window->setIcon(QIcon(":/icon/org.norvane.Norvane.svg"));
+        (void)made.release();
+    }
+    return std::unique_ptr<QQuickWindow>(window);
+}
+
+} // namespace norvane

@@ -1,0 +1,32 @@
+// What all windows share: the QML engine, the theme, the symbols and the texts.
+#pragma once
+
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QVariantMap>
+#include <memory>
+
+#include "platform/translator.h"
+#include "ui/theme.h"
+#include "ui/ui_texts.h"
+
+namespace norvane {
+
+/// Main thread. The engine comes with the first window: a program that shows none has none.
+class UiEngine {
+public:
+    UiEngine(Theme& theme, const Translator& translator);
+
+    /// A hidden window from ui/qml with these properties; null when it cannot be made.
+    [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QString& component,
+                                                           const QVariantMap& properties);
+
+private:
+    [[nodiscard]] QQmlEngine& engine();
+
+    Theme& theme_;
+    UiTexts texts_;
+    std::unique_ptr<QQmlEngine> engine_;
+};
+
+} // namespace norvane
