@@ -132,6 +132,25 @@ TEST(Norvane, NothingThatIsMissingStopsIt) {
     }
 }
 
+TEST(Norvane, TellsOfACrashAtTheNextStart) {
+    ProgramFixture user;
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer takes the signals for itself";
+#endif
+    const std::string sanitizerLeavesSignalsAlone = "ASAN_OPTIONS=handle_segv=0";
+    const pid_t program = user.start(NORVANE_BIN_DIR "/norvane", {sanitizerLeavesSignalsAlone});
+    ASSERT_TRUE(user.waitForLog("Next backup scheduled for", 10));
+    kill(program, SIGSEGV);
+    EXPECT_EQ(user.waitForExit(program, 15), 128 + SIGSEGV);
+    user.start();
+    ASSERT_TRUE(user.waitForLog("Crash log from a previous run found: Norvane-", 10)) << user.log();
+    const std::string report =
+        user.shell("cat '" + user.path("state") + "'/norvane/Logs/DiagnosticReports/*.ips");
+    for (const char* told :
+         {"SIGSEGV (11), sent by another process", "Next backup scheduled for", "  main + 0x"})
+        EXPECT_NE(report.find(told), std::string::npos) << told << " in\n" << report;
+}
+
 TEST(Norvane, QuitsWithoutWaitingForAToolThatHangs) {
     ProgramFixture user;
     std::filesystem::create_directories(user.path("other/bin"));

@@ -27,9 +27,6 @@ ProgramFixture::ProgramFixture() {
     for (const char* folder : {"home/Documents", "Backup Disk", "runtime"})
         std::filesystem::create_directories(path(folder));
     std::filesystem::permissions(path("runtime"), std::filesystem::perms::owner_all);
-    std::istringstream bus(shell("dbus-daemon --session --fork --print-address=1 --print-pid=1 2>/dev/null"));
-    std::getline(bus, busAddress_);
-    bus >> bus_;
     (void)tmutil("setdestination '" + destination() + "'");
     (void)tmutil("disable");
     (void)defaults("write com.apple.TimeMachine SourceFolders -array '" + source() + "'");
@@ -45,8 +42,6 @@ ProgramFixture::~ProgramFixture() {
     (void)tmutil("stopbackup");
     while (tmutil("status").find("Running = 1") != std::string::npos)
         pauseBriefly();
-    if (bus_ > 0)
-        kill(bus_, SIGTERM);
     std::filesystem::remove_all(root_);
 }
 
@@ -67,7 +62,7 @@ std::string ProgramFixture::shell(const std::string& command) const {
     const std::string environment = "export HOME='" + path("home") + "' XDG_CONFIG_HOME='" + path("config") +
                                     "' XDG_STATE_HOME='" + path("state") + "' XDG_CACHE_HOME='" +
                                     path("cache") + "' XDG_RUNTIME_DIR='" + path("runtime") +
-                                    "' DBUS_SESSION_BUS_ADDRESS='" + busAddress_ + "'; ";
+                                    "' DBUS_SESSION_BUS_ADDRESS='" + bus_.address() + "'; ";
     FILE* pipe = popen((environment + command).c_str(), "re");
     std::string output;
     std::array<char, 4096> buffer{};
@@ -95,7 +90,7 @@ pid_t ProgramFixture::start(const std::string& program, const std::vector<std::s
                                         "XDG_STATE_HOME=" + path("state"),
                                         "XDG_CACHE_HOME=" + path("cache"),
                                         "XDG_RUNTIME_DIR=" + path("runtime"),
-                                        "DBUS_SESSION_BUS_ADDRESS=" + busAddress_,
+                                        "DBUS_SESSION_BUS_ADDRESS=" + bus_.address(),
                                         "QT_QPA_PLATFORM=offscreen"};
         all.insert(all.end(), variables.begin(), variables.end());
         for (std::string& variable : all)

@@ -6,6 +6,8 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "platform/linux/test_peers.h"
+
 namespace norvane {
 
 /// Everything below one temporary folder, on a session bus of its own. Processes end with it.
@@ -16,6 +18,7 @@ public:
     ProgramFixture(const ProgramFixture&) = delete;
     ProgramFixture& operator=(const ProgramFixture&) = delete;
 
+    [[nodiscard]] const PrivateBus& bus() const { return bus_; }
     [[nodiscard]] std::string path(const std::string& name) const { return root_ + "/" + name; }
     [[nodiscard]] std::string source() const { return path("home/Documents"); }
     [[nodiscard]] std::string destination() const { return path("Backup Disk"); }
@@ -47,8 +50,8 @@ public:
 
 private:
     std::string root_;
-    std::string busAddress_;
-    pid_t bus_ = 0;
+    PrivateBus
+        bus_; // activates nothing: a real service would outlive the test, or leave mounts in its folder
     std::vector<pid_t> processes_;
 };
 

@@ -1,0 +1,142 @@
+// screenshots FOLDER light|dark [NAME]: a picture of each window in each of its states, or of those whose
+// names begin so. The scale is Qt's.
+#include <QDir>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QTimer>
+#include <cstdio>
+
+#include "platform/linux/icu_formats.h"
+#include "tests/screenshots/panel_states.h"
+#include "tests/screenshots/settings_states.h"
+#include "ui/panel_view_model.h"
+#include "ui/tray_presenter.h"
+#include "ui/ui_engine.h"
+
+namespace {
+
+using namespace norvane;
+
+void letTheWindowSettle() {
+    constexpr int milliseconds = 700; // longer than any animation
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, const QString& path) {
+    SimulatedMachine machine(screenshots::thatMorning);
+    SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
+    const IcuFormats formats;
+    program.formats = &formats;
+    state.reach(machine, program);
+    PanelViewModel model(
+        {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
+        {});
+    model.opened();
+    if (state.asksToQuit)
+        model.askToQuit();
+    const auto window = engine.makeWindow("PanelWindow", {{"model", QVariant::fromValue(&model)}});
+    if (!window)
+        return false;
+    window->show();
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+bool photographSettings(UiEngine& engine, const screenshots::SettingsState& state, const QString& path) {
+    screenshots::SettingsScene scene;
+    state.reach(scene);
+    const auto window = engine.makeWindow("SettingsWindow", {{"model", QVariant::fromValue(&scene.model())}});
+    if (!window)
+        return false;
+    window->show();
+    if (state.change)
+        state.change(scene);
+    letTheWindowSettle();
+    screenshots::scrollTo(*window->contentItem(), state.scrolled);
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+bool photographSymbols(UiEngine& engine, const QString& path) {
+    QStringList names = QDir(":/symbols").entryList({"*.svg"}, QDir::Files, QDir::Name);
+    for (QString& name : names)
+        name.chop(4); // ".svg"
+    const auto window = engine.makeWindow("SymbolPage", {{"names", names}});
+    if (!window)
+        return false;
+    window->show();
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+/// Keeps what the tray would show.
+class SeenTrayItem final : public TrayItem {
+public:
+    void show(const TrayAppearance& appearance) override { seen = appearance; }
+    void onActivate(std::function<void(int, int)> /*action*/) override {}
+
+    TrayAppearance seen;
+};
+
+/// The tray item in every state on a light and on a dark tray, in all its sizes.
+bool photographTray(const QString& path) {
+    constexpr int cell = 56;
+    const auto& states = screenshots::panelStates();
+    QImage picture(cell * static_cast<int>(states.size()), 4 * cell, QImage::Format_RGB32);
+    picture.fill(QColor(0xf5, 0xf5, 0xf5));
+    QPainter painter(&picture);
+    painter.fillRect(0, 2 * cell, picture.width(), 2 * cell, QColor(0x2b, 0x2b, 0x2b));
+    for (int column = 0; column < static_cast<int>(states.size()); ++column) {
+        SimulatedMachine machine(screenshots::thatMorning);
+        SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
+        states[static_cast<std::size_t>(column)].reach(machine, program);
+        SeenTrayItem item;
+        const TrayPresenter presenter(*program.controller, item, machine.time, machine.formats,
+                                      machine.texts);
+        int row = 0;
+        for (const TrayImage& image : item.seen.images) {
+            const QImage pixels(reinterpret_cast<const uchar*>(image.pixels.data()), image.size, image.size,
+                                QImage::Format_ARGB32);
+            painter.drawImage(column * cell + 6, row * cell + 6, pixels);
+            painter.drawImage(column * cell + 6, (row + 2) * cell + 6, pixels);
+            ++row;
+        }
+    }
+    painter.end();
+    return picture.save(path);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QGuiApplication application(argc, argv);
+    const QStringList arguments = QGuiApplication::arguments();
+    if (arguments.size() < 3 || arguments.size() > 4) {
+        std::fputs("usage: screenshots FOLDER light|dark [NAME]\n", stderr);
+        return 2;
+    }
+    const bool dark = arguments[2] == "dark";
+    Theme theme(dark, QColor::fromRgbF(1.0F, 0.42F, 0.1F));
+    const UntranslatedText texts;
+    UiEngine engine(theme, texts);
+    const QString scale = qGuiApp->devicePixelRatio() > 1 ? "@2x" : "";
+    const QString ending = "-" + arguments[2] + scale + ".png";
+    const auto wanted = [&](const QString& name) { return name.startsWith(arguments.value(3)); };
+    bool complete = !wanted("symbols") || photographSymbols(engine, arguments[1] + "/symbols" + ending);
+    complete &= !wanted("tray") || photographTray(arguments[1] + "/tray.png");
+    const auto photograph = [&](const std::string& window, const auto& states, auto take) {
+        for (const auto& state : states) {
+            const QString name = QString::fromStdString(window + "-" + state.name);
+            if (wanted(name))
+                complete &= take(engine, state, arguments[1] + "/" + name + ending);
+        }
+    };
+    photograph("panel", screenshots::panelStates(), photographPanel);
+    photograph("settings", screenshots::settingsStates(), photographSettings);
+    if (!complete)
+        std::fputs("some pictures are missing\n", stderr);
+    return complete ? 0 : 1;
+}
