@@ -8,6 +8,8 @@
 
 #include "app/dbus_instances.h"
 #include "app/norvane_app.h"
+#include "platform/linux/crash_handler.h"
+#include "platform/linux/user_folders.h"
 
 namespace {
 
@@ -29,9 +31,15 @@ void sleepFor(double seconds) { std::this_thread::sleep_for(std::chrono::duratio
 } // namespace
 
 int main(int argc, char** argv) {
+    const norvane::ProgramFolders folders;
+    norvane::installCrashHandler({.reportsFolder = folders.crashReports(),
+                                  .logFile = folders.logFile(),
+                                  .homeFolder = norvane::homeFolder(),
+                                  .version = NORVANE_VERSION});
     // Some launchers hand it down ignored; the exit codes of the tools would be lost.
     std::signal(SIGCHLD, SIG_DFL);
     allowRunningWithoutDisplay();
+    norvane::chooseLanguage();
     QGuiApplication::setApplicationName("Norvane");
     QGuiApplication::setDesktopFileName("org.norvane.Norvane");
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -41,7 +49,7 @@ int main(int argc, char** argv) {
     if (!norvane::becomesTheInstance(instances, sleepFor))
         return EXIT_SUCCESS;
 
-    std::optional<norvane::NorvaneApp> app(std::in_place);
+    std::optional<norvane::NorvaneApp> app(std::in_place, folders);
     const int status = QGuiApplication::exec();
     // A tool that hangs would keep a thread, and so the end of the program, waiting for its time limit.
     if (!app->settle())

@@ -1,8 +1,20 @@
 #include "app/norvane_app.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QUrl>
 
+#include "platform/language_override.h"
+#include "platform/linux/autostart_file.h"
+#include "platform/linux/dbus_notifications.h"
+#include "platform/linux/desktop_portal.h"
 #include "platform/linux/linux_tool_paths.h"
+#include "platform/linux/portal_login_item.h"
+#include "platform/linux/portal_notifications.h"
+#include "platform/linux/process_language.h"
+#include "platform/linux/program_place.h"
 #include "platform/linux/user_folders.h"
 
 namespace norvane {
@@ -10,6 +22,41 @@ namespace norvane {
 namespace {
 
 constexpr auto defaultsDomain = "org.norvane.Norvane";
+constexpr auto updateMatter = "update";
+
+bool hasDisplay() { return QGuiApplication::platformName() != "offscreen"; }
+
+QDBusConnection openSystemBus(const QString& name) {
+    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+}
+
+std::unique_ptr<Notifications> makeNotifications() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (insideFlatpak())
+        return std::make_unique<PortalNotifications>(bus);
+    return std::make_unique<DBusNotifications>(bus);
+}
+
+std::unique_ptr<LoginItem> makeLoginItem(UserDefaults& defaults) {
+    if (insideFlatpak())
+        return std::make_unique<PortalLoginItem>(QDBusConnection::sessionBus(), defaults, programPath());
+    return std::make_unique<AutostartFile>(AutostartFile::Folders::ofUser(), programPath());
+}
+
+ProgramFacts factsOf(const ProgramFolders& folders) {
+    return {.version = NORVANE_VERSION,
+            .website = NORVANE_WEBSITE,
+            .updateHost = QUrl(NORVANE_UPDATE_FEED).host().toStdString(),
+            .logPath = folders.logFile()};
+}
+
+/// Null outside of a Flatpak, where the services themselves can be asked.
+std::unique_ptr<BusLink> busOfPortal() {
+    if (!insideFlatpak())
+        return nullptr;
+    return std::make_unique<BusLink>(
+        [](const QString& name) { return QDBusConnection::connectToBus(QDBusConnection::SessionBus, name); });
+}
 
 } // namespace
 
@@ -19,13 +66,29 @@ ProgramFolders::ProgramFolders() : logs_(libraryFolder() + "/Logs") {
     makeFolder(crashReports());
 }
 
-NorvaneApp::NorvaneApp()
-    : files_(homeFolder()), defaults_(preferencesFile(defaultsDomain)), logFile_(folders_.logFile()),
-      eventLog_(clock_, logFile_),
+void chooseLanguage() {
+    setProcessLanguage(languageOverride(UserDefaultsFile(preferencesFile(defaultsDomain))));
+}
+
+NorvaneApp::NorvaneApp(const ProgramFolders& folders)
+    : files_(homeFolder()), defaults_(preferencesFile(defaultsDomain)), logFile_(folders.logFile()),
+      eventLog_(clock_, logFile_), network_(openSystemBus),
       tmUtil_(runner_, chooseTools(files_, programFolder()), network_, workspace_),
-      crashReporter_(defaults_, files_, clock_, folders_.crashReports()), controller_(services()),
-      trayPresenter_(controller_, trayItem_, texts_), interface_(actions()) {
-    trayItem_.onActivate([this](int, int) { reopened(); });
+      emailComposer_(QDBusConnection::sessionBus()),
+      crashReporter_(defaults_, files_, clock_, emailComposer_, folders.crashReports(),
+                     NORVANE_SUPPORT_ADDRESS),
+      systemBus_(openSystemBus), portalBus_(busOfPortal()),
+      power_(systemBus_, portalBus_.get(), "/sys/class/power_supply"), measurements_(power_, "/proc", "/dev"),
+      notifications_(makeNotifications()), loginItem_(makeLoginItem(defaults_)),
+      appearance_(QDBusConnection::sessionBus(), hasDisplay()),
+      systemEvents_(systemBus_.connection(), appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
+      controller_(services()),
+      settings_(uiEngine_, notificationCenter_, settingsServices(), factsOf(folders), settingsActions()),
+      trayPresenter_(controller_, trayItem_, clock_, formats_, texts_), interface_(actions()) {
+    trayItem_.onActivate([this](int x, int y) {
+        panel_.toggleAt(x == 0 && y == 0 ? std::nullopt : std::optional(QPoint(x, y)));
+    });
+    notifications_->onAnswer(answers());
 }
 
 void NorvaneApp::reopened() { eventLog_.log("Reopened from Finder/Dock — opening Health window"); }
@@ -38,7 +101,7 @@ ControllerServices NorvaneApp::services() {
             .tmUtil = tmUtil_,
             .files = files_,
             .measurements = measurements_,
-            .notifications = notifications_,
+            .notifications = *notifications_,
             .systemEvents = systemEvents_,
             .processActivity = processActivity_,
             .crashReporter = crashReporter_,
@@ -50,18 +113,81 @@ ControllerServices NorvaneApp::services() {
             .processId = QCoreApplication::applicationPid()};
 }
 
+SettingsServices NorvaneApp::settingsServices() {
+    return {.controller = controller_,
+            .clock = clock_,
+            .timers = timers_,
+            .background = background_,
+            .formats = formats_,
+            .translator = texts_,
+            .defaults = defaults_,
+            .loginItem = *loginItem_,
+            .updater = updater_,
+            .applications = applications_,
+            .log = logFile_,
+            .workspace = workspace_};
+}
+
+SettingsActions NorvaneApp::settingsActions() {
+    return {.relaunch = {.startNewInstance =
+                             [] { QProcess::startDetached(QString::fromStdString(programPath()), {}); },
+                         .quit = [] { QCoreApplication::quit(); }},
+            .showSetupGuide = [] {}};
+}
+
+std::unique_ptr<UpdateService> NorvaneApp::updateService() {
+    return std::make_unique<HttpsUpdateService>(
+        UpdateFeed{.url = NORVANE_UPDATE_FEED, .ownVersion = NORVANE_VERSION}, defaults_, clock_, timers_,
+        [this](const UpdateResult& result) { tellOfUpdate(result); });
+}
+
+void NorvaneApp::tellOfUpdate(const UpdateResult& result) {
+    const auto tell = [this](const std::string& title, const std::string& body) {
+        notifications_->post({title, body, updateMatter, ""});
+    };
+    updatePage_ = result.page;
+    switch (result.kind) {
+    case UpdateResult::Kind::available:
+        return tell(fillIn(texts_.translate("Norvane %@ is available"), {result.version}), result.page);
+    case UpdateResult::Kind::upToDate:
+        return tell(texts_.translate("Norvane is up to date"), NORVANE_VERSION);
+    case UpdateResult::Kind::failed:
+        return tell(texts_.translate("Norvane could not check for updates"),
+                    texts_.translate("Try again later."));
+    }
+}
+
+NotificationAnswers NorvaneApp::answers() {
+    return {.opened = [this](const std::string& matter) { opened(matter); },
+            .backupRequested = [this] { controller_.requestBackup(false); }};
+}
+
+void NorvaneApp::opened(const std::string& matter) {
+    if (matter != updateMatter)
+        reopened();
+    else if (!updatePage_.empty())
+        workspace_.openUrl(updatePage_);
+}
+
 ApplicationActions NorvaneApp::actions() {
     constexpr double hour = 3600;
     const auto pauseFor = [this](double seconds) { controller_.pause(plusSeconds(clock_.now(), seconds)); };
-    return {[this] { reopened(); },
-            {{"back-up-now", [this] { controller_.requestBackup(false); }},
-             {"stop", [this] { controller_.stopBackup(); }},
-             {"skip-next", [this] { controller_.skipNext(); }},
-             {"pause-1-hour", [pauseFor] { pauseFor(hour); }},
-             {"pause-3-hours", [pauseFor] { pauseFor(3 * hour); }},
-             {"pause-until-tomorrow", [this] { controller_.pauseUntilTomorrow(); }},
-             {"resume", [this] { controller_.resume(); }},
-             {"quit", [] { QCoreApplication::quit(); }}}};
+    ApplicationActions actions{[this] { reopened(); },
+                               {{"panel", [this] { panel_.showAsWindow(); }},
+                                {"settings", [this] { settings_.open(); }},
+                                {"back-up-now", [this] { controller_.requestBackup(false); }},
+                                {"stop", [this] { controller_.stopBackup(); }},
+                                {"skip-next", [this] { controller_.skipNext(); }},
+                                {"pause-1-hour", [pauseFor] { pauseFor(hour); }},
+                                {"pause-3-hours", [pauseFor] { pauseFor(3 * hour); }},
+                                {"pause-until-tomorrow", [this] { controller_.pauseUntilTomorrow(); }},
+                                {"resume", [this] { controller_.resume(); }},
+                                {"quit", [] { QCoreApplication::quit(); }}}};
+    for (const SettingsTabInfo& info : settingsTabs)
+        actions.named["settings-" + std::string(info.rawValue)] = [this, tab = info.tab] {
+            settings_.openOn(tab);
+        };
+    return actions;
 }
 
 } // namespace norvane

@@ -1,26 +1,39 @@
 // All lasting objects of the program, made in order on one page.
 #pragma once
 
-#include <QString>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <memory>
 #include <string>
 
 #include "app/application_interface.h"
 #include "controller/backup_controller.h"
+#include "platform/linux/bus_link.h"
 #include "platform/linux/child_command_runner.h"
-#include "platform/linux/dbus_notifications.h"
+#include "platform/linux/desktop_applications.h"
+#include "platform/linux/desktop_email_composer.h"
+#include "platform/linux/desktop_power.h"
 #include "platform/linux/desktop_workspace.h"
+#include "platform/linux/https_update_service.h"
 #include "platform/linux/icu_formats.h"
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/linux_process_activity.h"
 #include "platform/linux/linux_system_events.h"
+#include "platform/linux/portal_appearance.h"
 #include "platform/linux/posix_services.h"
 #include "platform/linux/qt_background.h"
 #include "platform/linux/qt_timers.h"
 #include "platform/linux/status_notifier_item.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/tcp_network_probe.h"
+#include "platform/linux/time_zone_watch.h"
 #include "platform/linux/user_defaults_file.h"
+#include "ui/panel.h"
+#include "ui/settings_window.h"
+#include "ui/theme_updater.h"
 #include "ui/tray_presenter.h"
+#include "ui/ui_engine.h"
+#include "ui/updater_view_model.h"
 
 namespace norvane {
 
@@ -44,10 +57,13 @@ private:
     std::string logs_;
 };
 
+/// Makes the process speak the language that the user chose. To be called before there is a QGuiApplication.
+void chooseLanguage();
+
 /// Exists once, on the main thread, inside a running QGuiApplication.
 class NorvaneApp {
 public:
-    NorvaneApp();
+    explicit NorvaneApp(const ProgramFolders& folders);
 
     /// The user opened the running program again.
     void reopened();
@@ -58,9 +74,14 @@ public:
 
 private:
     [[nodiscard]] ControllerServices services();
+    [[nodiscard]] std::unique_ptr<UpdateService> updateService();
+    void tellOfUpdate(const UpdateResult& result);
+    [[nodiscard]] SettingsServices settingsServices();
+    [[nodiscard]] SettingsActions settingsActions();
     [[nodiscard]] ApplicationActions actions();
+    [[nodiscard]] NotificationAnswers answers();
+    void opened(const std::string& matter);
 
-    const ProgramFolders folders_;
     const SystemClock clock_;
     const PosixFileSystem files_;
     UserDefaultsFile defaults_;
@@ -70,16 +91,34 @@ private:
     const TcpNetworkProbe network_;
     DesktopWorkspace workspace_;
     const TMUtil tmUtil_;
+    DesktopEmailComposer emailComposer_;
     const CrashReporter crashReporter_;
     QtTimers timers_;
+    BusLink systemBus_;
+    const std::unique_ptr<BusLink> portalBus_; // in a sandbox only
+    DesktopPower power_;
     LinuxMeasurements measurements_;
-    DBusNotifications notifications_;
+    const std::unique_ptr<Notifications> notifications_;
+    const std::unique_ptr<LoginItem> loginItem_;
+    DesktopApplications applications_;
+    PortalAppearance appearance_;
     LinuxSystemEvents systemEvents_;
     LinuxProcessActivity processActivity_;
     const IcuFormats formats_;
+    const TimeZoneWatch timeZoneWatch_;
     const EnglishTexts texts_;
     QtBackground background_; // after all that its works use
     BackupController controller_;
+    std::string updatePage_; // of the available update that was told last
+    UpdaterViewModel updater_{updateService()};
+    Theme theme_{false, brandOrange};
+    const ThemeUpdater themeUpdater_{theme_, appearance_, defaults_, controller_};
+    UiEngine uiEngine_{theme_, texts_};
+    NotificationCenter notificationCenter_;
+    SettingsWindow settings_;
+    Panel panel_{uiEngine_,
+                 {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},
+                 {[this] { reopened(); }, [this] { settings_.open(); }, [] { QCoreApplication::quit(); }}};
     StatusNotifierItem trayItem_;
     TrayPresenter trayPresenter_;
     ApplicationInterface interface_;
