@@ -120,8 +120,9 @@ void changeTimeMachine(World& w) {
     w.tools.faultRate = seldom() ? w.random.between(0, 0.5) : 0;
 }
 
+/// So long and so often that the machine is awake for some seven hours a day, as people's machines are.
 void sleepAWhile(World& w) {
-    const double seconds = w.random.exponential(16 * 3600);
+    const double seconds = w.random.exponential(20 * 3600);
     ++w.jumps;
     if (w.random.chance(0.5))
         w.time.sleep(seconds);
@@ -211,7 +212,7 @@ void World::startProgram() {
 
 const std::vector<Happening>& World::happenings() {
     static const std::vector<Happening> all = {
-        {"the machine sleeps", 9, sleepAWhile},
+        {"the machine sleeps", 8, sleepAWhile},
         {"the machine's state changes", 3, flipMachineState},
         {"Time Machine changes its ways", 12, changeTimeMachine},
         {"a stalled copy goes on", 2, [](World& w) { w.timeMachine.stallsAt.reset(); }},
