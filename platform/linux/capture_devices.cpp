@@ -1,8 +1,11 @@
 #include "platform/linux/capture_devices.h"
 
+#include <array>
 #include <glob.h>
 #include <string_view>
-#include <vector>
+#include <sys/inotify.h>
+#include <unistd.h>
+#include <utility>
 
 #include "platform/linux/own_processes.h"
 #include "platform/linux/small_file.h"
@@ -27,15 +30,41 @@ bool isMediaServer(const OwnProcess& process) {
 
 } // namespace
 
-bool videoDeviceIsOpen(const std::string& procFolder, const std::string& deviceFolder,
-                       std::chrono::steady_clock::time_point end) {
-    const std::string prefix = deviceFolder + "/video";
-    if (filesMatching(prefix + "*").empty())
-        return false; // spares machines without a camera the long way
+VideoDevices::VideoDevices(std::string procFolder, const std::string& deviceFolder)
+    : procFolder_(std::move(procFolder)), prefix_(deviceFolder + "/video"),
+      openings_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {}
+
+bool VideoDevices::inUse(std::chrono::steady_clock::time_point end) {
+    const std::vector<std::string> devices = filesMatching(prefix_ + "*");
+    // The long way through all processes is spared where there is no camera, and where none was opened.
+    if (devices.empty() || (!mayBeOpened(devices) && idle_))
+        return false;
+    const bool open = areOpen(end);
+    idle_ = !open && std::chrono::steady_clock::now() < end;
+    return open;
+}
+
+/// Since the last call.
+bool VideoDevices::mayBeOpened(const std::vector<std::string>& devices) {
+    bool may = false;
+    std::set<int> watched;
+    for (const std::string& device : devices) {
+        const int watch = inotify_add_watch(openings_.get(), device.c_str(), IN_OPEN);
+        may |= watch < 0 || !watched_.contains(watch);
+        watched.insert(watch);
+    }
+    watched_ = std::move(watched);
+    alignas(inotify_event) std::array<char, 4096> events;
+    while (read(openings_.get(), events.data(), events.size()) > 0)
+        may = true;
+    return may;
+}
+
+bool VideoDevices::areOpen(std::chrono::steady_clock::time_point end) const {
     bool found = false;
-    forEachOwnProcess(procFolder, end, [&](const OwnProcess& process) {
+    forEachOwnProcess(procFolder_, end, [&](const OwnProcess& process) {
         bool opens = false;
-        process.forEachOpenFile([&](std::string_view path) { return !(opens = path.starts_with(prefix)); });
+        process.forEachOpenFile([&](std::string_view path) { return !(opens = path.starts_with(prefix_)); });
         found = opens && !isMediaServer(process);
         return !found;
     });

@@ -19,13 +19,13 @@ constexpr std::chrono::milliseconds limit{80}; // for each of the four that may 
 
 } // namespace
 
-LinuxMeasurements::LinuxMeasurements(DesktopPower& power, std::string procFolder, std::string deviceFolder)
-    : power_(power), procFolder_(std::move(procFolder)), deviceFolder_(std::move(deviceFolder)) {}
+LinuxMeasurements::LinuxMeasurements(DesktopPower& power, std::string procFolder,
+                                     const std::string& deviceFolder)
+    : power_(power), procFolder_(std::move(procFolder)), videoDevices_(procFolder_, deviceFolder) {}
 
 MediaUse LinuxMeasurements::mediaUse() {
     MediaUse use = pipeWireMediaUse(limit);
-    use.camera =
-        use.camera || videoDeviceIsOpen(procFolder_, deviceFolder_, std::chrono::steady_clock::now() + limit);
+    use.camera = use.camera || videoDevices_.inUse(std::chrono::steady_clock::now() + limit);
     if (use.camera)
         return use;
     use.microphone = use.microphone || pulseRecordsMicrophone(limit) || soundCardCaptures(procFolder_);

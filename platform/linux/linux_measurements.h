@@ -2,19 +2,20 @@
 #pragma once
 
 #include "platform/condition_measurements.h"
+#include "platform/linux/capture_devices.h"
 #include "platform/linux/desktop_entries.h"
 #include "platform/linux/desktop_power.h"
 #include "platform/linux/running_applications.h"
 
 namespace norvane {
 
-/// Holds the caller for some 15 milliseconds beside 300 processes, as long again where the desktop's entries
-/// have to be read first, and for some 200 when every service hangs; no part takes more than its 80
+/// Holds the caller for some 15 milliseconds beside 300 processes, longer where the desktop's entries
+/// have to be read first, and for some 300 when every service hangs; no part takes more than its 80
 /// milliseconds. Main thread.
 class LinuxMeasurements final : public ConditionMeasurements {
 public:
     /// `procFolder` and `deviceFolder`: /proc and /dev.
-    LinuxMeasurements(DesktopPower& power, std::string procFolder, std::string deviceFolder);
+    LinuxMeasurements(DesktopPower& power, std::string procFolder, const std::string& deviceFolder);
 
     [[nodiscard]] PowerState powerState() override { return power_.state(); }
     [[nodiscard]] MediaUse mediaUse() override;
@@ -26,7 +27,7 @@ private:
     DesktopEntries entries_;
     RunningApplications running_;
     const std::string procFolder_;
-    const std::string deviceFolder_;
+    VideoDevices videoDevices_;
 };
 
 } // namespace norvane

@@ -164,20 +164,24 @@ TEST(CaptureDevices, OpenVideoDevicesCountExceptAtMediaServers) {
     const auto end = std::chrono::steady_clock::now() + 1min;
     const std::string devices = folder.path("dev");
     fs::create_directory(devices);
-    EXPECT_FALSE(videoDeviceIsOpen("/proc", devices, end)) << "no camera";
-    std::ofstream(devices + "/video0") << "x";
-    EXPECT_FALSE(videoDeviceIsOpen("/proc", devices, end)) << "nobody has it open";
-    {
-        const std::ifstream open(devices + "/video0");
-        EXPECT_TRUE(videoDeviceIsOpen("/proc", devices, end));
-        EXPECT_FALSE(videoDeviceIsOpen("/proc", devices, {})) << "no time left";
+    VideoDevices real("/proc", devices);
+    EXPECT_FALSE(real.inUse(end)) << "no camera";
+    for (const char* device : {"/video0", "/video2", "/video0"}) { // the last is a new one of the same name
+        fs::remove(devices + device);
+        std::ofstream(devices + device) << "x";
+        EXPECT_FALSE(real.inUse(end)) << "nobody has it open";
+        const std::ifstream open(devices + device);
+        EXPECT_FALSE(real.inUse({})) << "no time left";
+        for (int look = 1; look <= 2; ++look)
+            EXPECT_TRUE(real.inUse(end)) << device << ", look " << look;
     }
+    EXPECT_FALSE(real.inUse(end)) << "closed";
     const std::string process = folder.path("proc/4711");
     fs::create_directories(process + "/fd");
     fs::create_symlink(devices + "/video0", process + "/fd/9");
     for (const auto& [name, counts] : {std::pair("browser", true), {"wireplumber", false}}) {
         std::ofstream(process + "/comm") << name << "\n";
-        EXPECT_EQ(videoDeviceIsOpen(folder.path("proc"), devices, end), counts) << name;
+        EXPECT_EQ(VideoDevices(folder.path("proc"), devices).inUse(end), counts) << name;
     }
 }
 
