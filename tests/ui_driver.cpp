@@ -21,7 +21,14 @@ constexpr auto launcherService = "org.a11y.Bus";
 constexpr auto connectionName = "ui-driver";
 
 /// at-spi2-core, atspi-constants.h, AtspiStateType: the number of a bit in GetState's answer.
-enum StateBit { activeBit = 1, enabledBit = 8, focusableBit = 11, focusedBit = 12, showingBit = 25 };
+enum StateBit {
+    activeBit = 1,
+    checkedBit = 4,
+    enabledBit = 8,
+    focusableBit = 11,
+    focusedBit = 12,
+    showingBit = 25
+};
 
 /// The answer's arguments; none when the object, or its program, is gone.
 QVariantList call(const QDBusConnection& bus, const QString& service, const QString& path,
@@ -124,6 +131,7 @@ bool has(quint64 state, StateBit bit) { return (state >> bit & 1U) != 0; }
 
 std::string describe(const Element& element) {
     return element.role + " \"" + element.name + "\"" + (element.enabled ? "" : " disabled") +
+           (element.checked ? " checked" : "") +
            (element.value ? " " + std::to_string(*element.value).substr(0, 4) : "");
 }
 
@@ -145,7 +153,8 @@ UiDriver::UiDriver(const PrivateBus& bus)
     : display_(screenSize.width(), screenSize.height()), variables_(bus.variables()), accessibility_("") {
     variables_.insert(variables_.end(),
                       {display_.variable(), "QT_QPA_PLATFORM=xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
-                       "XDG_RUNTIME_DIR=" + runtimeFolder_.path(), "LC_ALL=C.UTF-8", "LANGUAGE=en", "TZ=UTC"});
+                       "XDG_RUNTIME_DIR=" + runtimeFolder_.path(), "LC_ALL=C.UTF-8", "LANGUAGE=en",
+                       "TZ=UTC"});
     windowManager_.emplace(std::vector<std::string>{"openbox", "--sm-disable"}, variables_);
     launcher_.emplace(std::vector<std::string>{launcherProgram, "--launch-immediately"}, variables_);
     if (bus.waitForName(launcherService))
@@ -177,6 +186,7 @@ void UiDriver::collect(const QString& service, const QString& path, int depth,
     element.description = readable(property(accessibility_, service, path, accessible, "Description"));
     element.enabled = has(state, enabledBit);
     element.active = has(state, activeBit);
+    element.checked = has(state, checkedBit);
     element.focusable = has(state, focusableBit);
     element.focused = has(state, focusedBit);
     if (element.role == "slider" || element.role == "spin button")

@@ -19,7 +19,8 @@ struct Element {
     std::string name;
     std::string description;
     bool enabled = false; ///< Qt 6.4 does not tell of disabled items in QML; those cannot be focused.
-    bool active = false;  ///< Of a window: the keyboard's keys go there.
+    bool checked = false;
+    bool active = false; ///< Of a window: the keyboard's keys go there.
     bool focusable = false;
     bool focused = false;
     std::optional<double> value; ///< Of a slider or a spin button.
@@ -30,7 +31,7 @@ struct Element {
     QString path;
 };
 
-/// `push button "Stop"`, with "disabled" or the value behind it.
+/// `push button "Stop"`, with "disabled", "checked" or the value behind it.
 [[nodiscard]] std::string describe(const Element& element);
 [[nodiscard]] std::string describe(const std::vector<Element>& elements);
 

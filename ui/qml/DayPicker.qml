@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Norvane
 
 // Some days of the week; bit 0 of the mask is Sunday.
@@ -16,7 +17,7 @@ Row {
     Repeater {
         model: picker.weekdays
 
-        BaseButton {
+        T.CheckBox {
             id: day
 
             required property var modelData
@@ -26,14 +27,14 @@ Row {
             implicitHeight: 26
             focusPolicy: Qt.StrongFocus
             text: modelData.symbol
-            Accessible.role: Accessible.CheckBox
+            checked: selected
             Accessible.name: modelData.name
-            Accessible.onToggleAction: press()
-            Accessible.checkable: true
-            Accessible.checked: selected
-            Accessible.selectable: true
-            Accessible.selected: selected
+            Accessible.onPressAction: clicked()
+            Accessible.onToggleAction: clicked()
             onClicked: picker.picked(picker.days ^ (1 << modelData.bit))
+
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
 
             contentItem: Label {
                 horizontalAlignment: Text.AlignHCenter

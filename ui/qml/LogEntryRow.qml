@@ -12,7 +12,7 @@ Item {
 
     implicitHeight: texts.implicitHeight + 14
     Accessible.role: Accessible.ListItem
-    Accessible.name: message + (date === "" ? "" : ", " + date)
+    Accessible.name: row.message + (row.date === "" ? "" : ", " + row.date)
 
     Divider {
         x: 42

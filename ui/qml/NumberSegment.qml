@@ -20,6 +20,8 @@ T.SpinBox {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.SpinBox
     Accessible.name: label
+    up.indicator: Item {} // without one, the keys have no effect
+    down.indicator: Item {}
     validator: IntValidator {
         bottom: 0
         top: 99

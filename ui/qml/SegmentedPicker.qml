@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Norvane
 
 // One of a few choices, all in sight.
@@ -36,7 +37,7 @@ Rectangle {
 
             model: picker.labels
 
-            BaseButton {
+            T.RadioButton {
                 id: segment
 
                 required property int index
@@ -47,13 +48,14 @@ Rectangle {
                 height: picker.height - 4
                 focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 text: modelData
-                Accessible.role: Accessible.RadioButton
+                checked: selected
                 Accessible.name: text
-                Accessible.onToggleAction: press()
-                Accessible.checkable: true
-                Accessible.checked: selected
+                Accessible.onPressAction: clicked()
+                Accessible.onToggleAction: clicked()
                 onClicked: picker.picked(index)
 
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 Keys.onLeftPressed: picker.choose(index - 1)
                 Keys.onRightPressed: picker.choose(index + 1)
 

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Norvane
 
 Rectangle {
@@ -32,7 +33,7 @@ Rectangle {
 
             model: bar.model.tabs
 
-            BaseButton {
+            T.TabButton {
                 id: tab
 
                 required property int index
@@ -44,10 +45,11 @@ Rectangle {
                 height: 46
                 focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 text: modelData.label
-                Accessible.role: Accessible.PageTab
+                checked: selected
                 Accessible.name: text
                 Accessible.selectable: true
                 Accessible.selected: selected
+                Accessible.onPressAction: clicked()
                 onClicked: bar.model.selectedTab = index
 
                 Keys.onLeftPressed: bar.select(index - 1)

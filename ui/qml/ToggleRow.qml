@@ -4,7 +4,7 @@ import Norvane
 
 // Something that is on or off; the whole row can be pressed.
 T.Switch {
-    id: toggle
+    id: row
 
     width: parent ? parent.width : 0
     implicitHeight: Math.max(36, implicitContentHeight + 16)
@@ -24,30 +24,30 @@ T.Switch {
     function press() {
         if (!enabled)
             return
-        toggle()
-        toggled()
+        row.toggle()
+        row.toggled()
     }
 
     contentItem: Label {
         leftPadding: 12
         rightPadding: 62
         verticalAlignment: Text.AlignVCenter
-        text: toggle.text
+        text: row.text
         wrapMode: Text.Wrap
         Accessible.ignored: true
     }
     indicator: Rectangle {
         id: track
 
-        x: toggle.width - width - 12
+        x: row.width - width - 12
         anchors.verticalCenter: parent.verticalCenter
         width: 34
         height: 20
         radius: height / 2
-        color: toggle.checked ? Theme.accent : Theme.faded(Theme.primary, 0.2)
+        color: row.checked ? Theme.accent : Theme.faded(Theme.primary, 0.2)
 
         Rectangle {
-            x: toggle.checked ? parent.width - width - 2 : 2
+            x: row.checked ? parent.width - width - 2 : 2
             y: 2
             width: 16
             height: 16
@@ -61,14 +61,14 @@ T.Switch {
             }
         }
         FocusRing {
-            control: toggle
+            control: row
         }
     }
     background: Item {
         Divider {
             x: 12
             width: parent.width - x
-            visible: toggle.y > 0
+            visible: row.y > 0
         }
     }
 }
