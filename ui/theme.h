@@ -17,6 +17,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
     Q_PROPERTY(QColor brand READ brand CONSTANT)             ///< The program's own, whatever the accent is.
     Q_PROPERTY(QColor onAccent READ onAccent NOTIFY changed) ///< Text on a surface in the accent colour.
+    Q_PROPERTY(QColor onTint READ onTint CONSTANT) ///< Text on any other coloured surface; a knob.
+    Q_PROPERTY(QColor shade READ shade CONSTANT)   ///< What darkens a surface, faded.
     Q_PROPERTY(QColor window READ window NOTIFY changed)
     Q_PROPERTY(QColor control READ control NOTIFY changed) ///< A bordered button, a menu.
     Q_PROPERTY(QColor primary READ primary NOTIFY changed)
@@ -52,6 +54,8 @@ public:
     [[nodiscard]] QColor accent() const { return accent_; }
     [[nodiscard]] QColor brand() const { return brandOrange; }
     [[nodiscard]] QColor onAccent() const;
+    [[nodiscard]] QColor onTint() const { return Qt::white; }
+    [[nodiscard]] QColor shade() const { return Qt::black; }
     [[nodiscard]] QColor window() const {
         return dark_ ? QColor(0x26, 0x26, 0x28) : QColor(0xf7, 0xf7, 0xf8);
     }

@@ -8,7 +8,7 @@ Rectangle {
 
     required property var chooser
 
-    color: Theme.faded("black", 0.35)
+    color: Theme.faded(Theme.shade, 0.35)
     Accessible.role: Accessible.Dialog
     Accessible.name: Texts.text("Add App")
     onVisibleChanged: if (visible) search.forceActiveFocus(Qt.TabFocusReason)

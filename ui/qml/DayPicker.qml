@@ -41,7 +41,7 @@ Row {
                 verticalAlignment: Text.AlignVCenter
                 text: day.text
                 font: Theme.weighted(Theme.subheadline, 600)
-                color: day.selected ? "white" : Theme.secondary
+                color: day.selected ? Theme.onTint : Theme.secondary
                 Accessible.ignored: true
             }
             background: Rectangle {

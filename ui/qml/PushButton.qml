@@ -9,7 +9,7 @@ BaseButton {
     property bool prominent: false
     property color tint: Theme.accent
     property bool small: false
-    readonly property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : "white") : Theme.primary
+    readonly property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : Theme.onTint) : Theme.primary
 
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 44)
     implicitHeight: small ? Theme.smallControlHeight : Theme.controlHeight
@@ -54,7 +54,7 @@ BaseButton {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: Theme.faded(button.prominent ? "black" : Theme.primary,
+            color: Theme.faded(button.prominent ? Theme.shade : Theme.primary,
                                button.down ? 0.14 : button.hovered && button.enabled ? 0.06 : 0)
         }
         FocusRing {

@@ -51,8 +51,8 @@ FormRow {
             width: 18
             height: 18
             radius: 9
-            color: slider.pressed ? "#f0f0f0" : "white"
-            border.color: Theme.faded("black", 0.22)
+            color: slider.pressed ? Qt.darker(Theme.onTint, 1.06) : Theme.onTint
+            border.color: Theme.faded(Theme.shade, 0.22)
 
             FocusRing {
                 control: slider

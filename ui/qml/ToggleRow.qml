@@ -52,7 +52,7 @@ T.Switch {
             width: 16
             height: 16
             radius: 8
-            color: "white"
+            color: Theme.onTint
 
             Behavior on x {
                 NumberAnimation {
