@@ -85,6 +85,7 @@ ToolResult BackupSandbox::run(const std::vector<std::string>& command) const {
 
 ToolResult BackupSandbox::tmutil(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), NORVANE_LIBEXEC_DIR "/tmutil");
+    arguments.insert(arguments.begin(), asUser_.begin(), asUser_.end());
     return run(arguments);
 }
 
@@ -116,12 +117,38 @@ PropertyList BackupSandbox::recorded(const std::string& key) const {
 
 pid_t BackupSandbox::worker() const { return std::atoi(readSmallFile(session.runLock).c_str()); }
 
+void BackupSandbox::becomeOrdinaryUser() {
+    if (::geteuid() != 0)
+        return;
+    (void)run({"chown", "-R", "65534:65534", root_});
+    asUser_ = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"};
+}
+
 void BackupSandbox::slowDownRsync(int kilobytesPerSecond) const {
     std::filesystem::create_directories(in("bin"));
     const std::string path = in("bin/rsync");
     writeFile(path,
               "#!/bin/sh\nexec /usr/bin/rsync --bwlimit=" + std::to_string(kilobytesPerSecond) + " \"$@\"\n");
     ::chmod(path.c_str(), 0755);
+}
+
+MountedImage::MountedImage(const BackupSandbox& box, const std::string& type, std::string folder,
+                           const std::string& options)
+    : box_(box), folder_(std::move(folder)) {
+    constexpr std::uintmax_t bytes = std::uintmax_t{160} << 20; // btrfs makes none below 110 MB
+    const std::string image = box.in(folder_.substr(folder_.rfind('/') + 1) + "." + type);
+    writeFile(image, "");
+    std::filesystem::resize_file(image, bytes);
+    if (box.run({"mkfs." + type, image}).exitCode != 0)
+        return;
+    mounted_ =
+        box.run({"mount", "-t", type, "-o", "loop," + options, image, folder_}).exitCode == 0 ||
+        box.run({"mount", "-t", type + "-fuse", "-o", "loop," + options, image, folder_}).exitCode == 0;
+}
+
+MountedImage::~MountedImage() {
+    if (mounted_)
+        (void)box_.run({"umount", folder_});
 }
 
 void writeFile(const std::string& path, const std::string& content) {

@@ -44,6 +44,9 @@ public:
     }
     [[nodiscard]] pid_t worker() const;
 
+    /// If this is root, everything here belongs to somebody else from now on, who runs every later tmutil.
+    void becomeOrdinaryUser();
+
     /// Every later rsync copies at most so many kilobytes a second.
     void slowDownRsync(int kilobytesPerSecond) const;
 
@@ -54,6 +57,25 @@ private:
     explicit BackupSandbox(std::string root);
 
     std::string root_;
+    std::vector<std::string> asUser_; ///< Before each command line of tmutil.
+};
+
+/// An empty file system in an image of its own, mounted at the folder while this lives.
+class MountedImage {
+public:
+    MountedImage(const BackupSandbox& box, const std::string& type, std::string folder,
+                 const std::string& options);
+    MountedImage(const MountedImage&) = delete;
+    MountedImage& operator=(const MountedImage&) = delete;
+    ~MountedImage();
+
+    /// False: the machine has no such file system, no loop devices, or the user may not mount.
+    [[nodiscard]] bool mounted() const { return mounted_; }
+
+private:
+    const BackupSandbox& box_;
+    const std::string folder_;
+    bool mounted_ = false;
 };
 
 void writeFile(const std::string& path, const std::string& content);

@@ -47,40 +47,19 @@ std::string readMarker(const std::string& folder) {
     return text;
 }
 
-// Snapshots share unchanged files by hard links, so a file system without them cannot hold any; the marker is
-// made of one. Empty on success.
+// Empty on success.
 std::string writeMarker(const std::string& folder, const std::string& id) {
     const std::string path = markerPath(folder);
     const std::string temporary = path + ".new";
     ::unlink(temporary.c_str());
+    // Other users of the disk shall see that it is one.
     FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
-    if (!file || !writeAll(file.get(), id + "\n") || ::fsync(file.get()) != 0) {
-        const std::string reason = std::strerror(errno);
-        ::unlink(temporary.c_str());
-        return "cannot write to " + folder + ": " + reason;
-    }
-    ::unlink(path.c_str());
-    const bool linked = ::link(temporary.c_str(), path.c_str()) == 0;
+    if (file && writeAll(file.get(), id + "\n") && ::fsync(file.get()) == 0 &&
+        ::rename(temporary.c_str(), path.c_str()) == 0)
+        return {};
     const std::string reason = std::strerror(errno);
     ::unlink(temporary.c_str());
-    return linked ? "" : folder + " is on a file system without hard links (" + reason + ")";
-}
-
-std::string objectionTo(const std::string& folder, const std::vector<std::string>& sources) {
-    struct stat status {};
-    if (::stat(folder.c_str(), &status) != 0)
-        return folder + ": " + std::strerror(errno);
-    if (!S_ISDIR(status.st_mode))
-        return folder + " is not a folder.";
-    if (folder == "/")
-        return "The root folder cannot be a backup destination.";
-    if (!isPrintableUtf8(folder))
-        return "The destination's path must be UTF-8 without control characters.";
-    if (std::find(sources.begin(), sources.end(), folder) != sources.end())
-        return folder + " is itself backed up, so it cannot be the destination.";
-    if (::access(folder.c_str(), W_OK | X_OK) != 0)
-        return "cannot write to " + folder + ": " + std::strerror(errno);
-    return {};
+    return "cannot write to " + folder + ": " + reason;
 }
 
 std::optional<Mount> mountOf(const std::string& folder) {
@@ -117,14 +96,7 @@ std::optional<Destination> configuredDestination(const UserDefaultsFile& prefere
     return destination;
 }
 
-std::string setDestination(UserDefaultsFile& preferences, const std::string& path,
-                           const std::vector<std::string>& sources) {
-    const auto canonical = canonicalPath(path);
-    if (!canonical)
-        return path + ": " + std::strerror(errno);
-    const std::string& folder = *canonical;
-    if (std::string objection = objectionTo(folder, sources); !objection.empty())
-        return objection;
+std::string setDestination(UserDefaultsFile& preferences, const std::string& folder) {
     std::string id = readMarker(folder);
     constexpr std::size_t uuidLength = 36;
     if (id.size() != uuidLength || !isPrintableUtf8(id)) {

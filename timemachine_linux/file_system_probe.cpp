@@ -54,6 +54,17 @@ FileSystemAbilities abilitiesOf(const std::string& folder) {
             keepsNanoseconds(folder)};
 }
 
+int probeHardLinks(const std::string& folder) {
+    const std::string path = probePath(folder);
+    const std::string second = path + "-link";
+    const FileDescriptor file = makeProbe(path);
+    ::unlink(second.c_str());
+    const int error = file && ::link(path.c_str(), second.c_str()) == 0 ? 0 : errno;
+    ::unlink(second.c_str());
+    ::unlink(path.c_str());
+    return error;
+}
+
 int probeWriting(const std::string& folder) {
     const std::string path = probePath(folder);
     const FileDescriptor file = makeProbe(path);

@@ -12,6 +12,7 @@
 #include "platform/property_list_text.h"
 #include "timemachine_linux/backup_control.h"
 #include "timemachine_linux/destination.h"
+#include "timemachine_linux/destination_check.h"
 #include "timemachine_linux/paths.h"
 #include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/source_selection.h"
@@ -40,9 +41,16 @@ std::string destinationFolder(const Context& context) {
 }
 
 int setDestinationVerb(Context& context, const Arguments& arguments) {
-    const auto sources = selectSources(context.preferences, context.places, "").sources;
-    const std::string trouble = setDestination(context.preferences, arguments.front(), sources);
-    return trouble.empty() ? exitSuccess : fail(trouble);
+    const DestinationFacts facts =
+        examineDestination(arguments.front(), selectSources(context.preferences, context.places, "").sources);
+    const DestinationVerdict verdict = judgeDestination(facts);
+    if (!verdict.usable())
+        return fail(verdict.explanation);
+    if (const std::string trouble = setDestination(context.preferences, facts.path); !trouble.empty())
+        return fail(trouble);
+    for (const DestinationVerdict::Remark& remark : verdict.remarks)
+        print("Note: " + remark.text + "\n");
+    return exitSuccess;
 }
 
 int removeDestinationVerb(Context& context, const Arguments&) {
