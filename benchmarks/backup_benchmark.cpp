@@ -102,7 +102,7 @@ public:
 private:
     void bare(const std::string& name, const std::optional<std::string>& previous, Samples& samples) {
         CopyJob job;
-        job.sources = {box_.tree()};
+        job.place.sources = {box_.tree()};
         job.target = box_.in("bare/" + name);
         job.previousSnapshot = previous;
         job.filterFile = box_.in("filter");

@@ -13,6 +13,7 @@
 
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/local_snapshots.h"
 
 namespace norvane {
 namespace {
@@ -20,7 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr int rounds = 200;
 constexpr int filesInTree = 2000;
 constexpr std::size_t mostSnapshots = 6;
 
@@ -29,12 +29,12 @@ protected:
     int random(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
 
     [[nodiscard]] std::string filePath(int number) const {
-        return box_.tree() + "/d" + std::to_string(number % 40) + "/f" + std::to_string(number);
+        return tree_ + "/d" + std::to_string(number % 40) + "/f" + std::to_string(number);
     }
 
     void makeTree() {
         for (int folder = 0; folder < 40; ++folder)
-            fs::create_directory(box_.tree() + "/d" + std::to_string(folder));
+            fs::create_directory(tree_ + "/d" + std::to_string(folder));
         for (int number = 0; number < filesInTree; ++number)
             writeFile(filePath(number), std::string(static_cast<std::size_t>(random(4000)), 'a'));
     }
@@ -67,13 +67,13 @@ protected:
                 ++adopted_;
             }
             if (known == known_.end() || all || random(static_cast<int>(listed.size())) == 0) {
-                ASSERT_EQ(fingerprint(box_.copyOf(path, box_.tree())), known_[path])
+                ASSERT_EQ(fingerprint(box_.copyOf(path, tree_)), known_[path])
                     << path << ", round " << round_;
             }
         }
         ASSERT_EQ(known_.size(), listed.size()) << "a snapshot is gone, round " << round_;
         while (known_.size() > mostSnapshots) {
-            ASSERT_EQ(fingerprint(box_.copyOf(known_.begin()->first, box_.tree())), known_.begin()->second);
+            ASSERT_EQ(fingerprint(box_.copyOf(known_.begin()->first, tree_)), known_.begin()->second);
             fs::remove_all(known_.begin()->first);
             known_.erase(known_.begin());
         }
@@ -92,6 +92,8 @@ protected:
             count += entry.is_directory() && entry.path().extension() != ".inProgress" ? 1 : 0;
         return count;
     }
+
+    void killOften(int rounds);
 
     enum class Moment { anywhere, finishing, named };
 
@@ -119,6 +121,7 @@ protected:
     }
 
     BackupSandbox box_;
+    std::string tree_ = box_.tree();
     std::mt19937 random_{20260301};
     std::map<std::string, std::uint64_t> known_;
     int round_ = 0;
@@ -126,15 +129,15 @@ protected:
     int lastRunMicroseconds_ = 0;
 };
 
-TEST_F(KilledBackups, NeverHarmASnapshot) {
+void KilledBackups::killOften(int rounds) {
     ASSERT_EQ(box_.tmutil({"setdestination", box_.destination()}).exitCode, 0);
     makeTree();
     ASSERT_NO_FATAL_FAILURE(wholeBackup());
-    checkSnapshots(fingerprint(box_.tree()), true);
+    checkSnapshots(fingerprint(tree_), true);
     int published = 0;
     for (round_ = 0; round_ < rounds && !HasFatalFailure(); ++round_) {
         changeTree();
-        const auto tree = fingerprint(box_.tree());
+        const auto tree = fingerprint(tree_);
         const int before = adopted_;
         // Half of the moments are about the end, where the copy gets its name.
         const Moment moments[] = {Moment::anywhere, Moment::finishing, Moment::anywhere, Moment::named};
@@ -153,6 +156,27 @@ TEST_F(KilledBackups, NeverHarmASnapshot) {
     checkSnapshots(0, true);
     RecordProperty("KilledAfterPublishing", published);
     std::printf("%d of %d runs were killed after their snapshot had its name\n", published, rounds);
+}
+
+TEST_F(KilledBackups, NeverHarmASnapshot) { killOften(200); }
+
+TEST_F(KilledBackups, NeverHarmOneMadeFromALocalSnapshot) {
+    const std::string volume = box_.in("volume");
+    fs::create_directories(volume);
+    const MountedImage image(box_, "btrfs", volume, "rw");
+    if (!image.mounted())
+        GTEST_SKIP() << "no Btrfs, no loop devices, or no right to mount";
+    tree_ = volume + "/tree";
+    fs::create_directories(tree_);
+    box_.preferences.set("SourceFolders", {PropertyList::Array{{tree_}}});
+    killOften(40);
+    // One for each run at most, and none that this program would not know.
+    const auto found = fs::directory_iterator(LocalSnapshots(volume).folder());
+    const auto count = static_cast<std::size_t>(std::distance(begin(found), end(found)));
+    EXPECT_EQ(LocalSnapshots(volume).list().size(), count);
+    EXPECT_GT(count, 0U);
+    EXPECT_EQ(box_.tmutil({"deletelocalsnapshots", "/"}).exitCode, 0);
+    EXPECT_TRUE(fs::is_empty(LocalSnapshots(volume).folder()));
 }
 
 } // namespace

@@ -10,8 +10,10 @@
 
 #include "platform/linux/mount_table.h"
 #include "platform/linux/small_file.h"
+#include "platform/linux/user_folders.h"
 #include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/leftover_note.h"
+#include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/paths.h"
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
@@ -37,6 +39,8 @@ ResultCode BackupWorker::run() {
     around_.status.enter(phase::starting);
     recordAttemptStart(around_.preferences, destination_.id, around_.clock.now());
     const BackupResult result = backUp().value_or(BackupResult{});
+    view_.reset();
+    removeExpiredSnapshots();
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
     bool recorded = record(result);
@@ -47,9 +51,9 @@ ResultCode BackupWorker::run() {
 }
 
 BackupWorker::Failure BackupWorker::backUp() {
-    for (const auto step :
-         {&BackupWorker::awaitEarlierRun, &BackupWorker::openDestination, &BackupWorker::chooseSources,
-          &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
+    for (const auto step : {&BackupWorker::awaitEarlierRun, &BackupWorker::openDestination,
+                            &BackupWorker::chooseSources, &BackupWorker::chooseView,
+                            &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
         if (Failure failure = (this->*step)())
             return failure;
         if (around_.stop.requested() && step != &BackupWorker::finish)
@@ -118,14 +122,34 @@ BackupWorker::Failure BackupWorker::chooseSources() {
 }
 
 void BackupWorker::leaveOutOtherFileSystems() {
-    const std::string table = mountTableText();
-    for (const MountBelow& mount : otherFileSystems(selection_, mountFolders(table))) {
+    const auto folders = mountFolders(mountTableText());
+    const auto others = otherFileSystems(selection_, folders);
+    for (const std::string& folder : folders) {
+        const auto& sources = selection_.sources;
+        const bool known = std::find(sources.begin(), sources.end(), folder) != sources.end() ||
+                           std::any_of(others.begin(), others.end(),
+                                       [&](const auto& other) { return isWithin(folder, other.folder); });
+        if (!known && !isLeftOut(selection_, folder))
+            coveredFolders_.push_back(folder);
+    }
+    for (const MountBelow& mount : others) {
         notes_.push_back("left out: " + mount.folder +
                          (mount.answers ? " is another file system" : " does not answer"));
         // rsync would ask it too, and wait or take the error for one of the source.
         if (!mount.answers)
             selection_.excluded.push_back(mount.folder);
     }
+}
+
+BackupWorker::Failure BackupWorker::chooseView() {
+    removeExpiredSnapshots();
+    view_.emplace(selection_, coveredFolders_, destination_.path, around_.clock.now(), notes_);
+    return std::nullopt;
+}
+
+void BackupWorker::removeExpiredSnapshots() {
+    for (const std::string& volume : volumesHolding(selection_.sources))
+        removeExpiredLocalSnapshots(LocalSnapshots(volume), around_.clock.now(), notes_);
 }
 
 BackupWorker::Failure BackupWorker::prepareFolder() {
@@ -154,6 +178,8 @@ bool BackupWorker::resume(const std::string& name) {
     return removeAllBut(folder, selection_.sources) && removeSharedFiles(folder);
 }
 
+/// Of the sources in place, even when a snapshot is copied: what has changed within seconds is not worth
+/// knowing.
 ChangeTotals BackupWorker::countTotals() {
     ChangeQuestion question{selection_.sources, selection_.excluded, {}, job_.abilities.nanoseconds};
     if (job_.previousSnapshot)
@@ -182,6 +208,10 @@ void BackupWorker::makeRoom(std::int64_t bytes) {
         if (!remove(snapshots.front()))
             return;
         notes_.push_back("Removed the oldest backup to make room: " + snapshots.front().name);
+        // Some file systems count freed room only then. By a descriptor of its own: each hears of an error
+        // once.
+        const FileDescriptor folder(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        (void)::syncfs(folder.get());
         snapshots.erase(snapshots.begin());
     }
 }
@@ -213,7 +243,6 @@ bool BackupWorker::remove(const Snapshot& snapshot) {
 
 BackupWorker::Failure BackupWorker::copy() {
     const std::vector<Snapshot> snapshots = store_.list();
-    job_.sources = selection_.sources;
     job_.target = store_.pathOf(unfinishedName_);
     if (!snapshots.empty())
         job_.previousSnapshot = store_.pathOf(snapshots.back().name);
@@ -223,35 +252,74 @@ BackupWorker::Failure BackupWorker::copy() {
         notes_.emplace_back("The destination cannot hold access control lists");
     if (!job_.abilities.extendedAttributes)
         notes_.emplace_back("The destination cannot hold extended attributes");
-    if (!replaceFile(job_.filterFile, filterFileFor(selection_.excluded)))
-        return BackupResult{ResultCode::failed,
-                            "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
     makeRoom(countTotals().bytes);
     if (around_.stop.requested())
         return stopped();
     around_.status.enter(phase::copying);
-    const RsyncOutcome outcome = runCopy();
-    notes_.insert(notes_.end(), outcome.notes.begin(), outcome.notes.end());
-    if (outcome.code != ResultCode::success)
-        return BackupResult{outcome.code, outcome.message};
-    return std::nullopt;
+    for (const SourcePlace& place : view_->places())
+        if (Failure failure = copyFrom(place))
+            return failure;
+    if (!view_->isWhole())
+        return BackupResult{ResultCode::copyFailed, "A local snapshot was removed while it was backed up"};
+    return copyVolumeFolders();
 }
 
-RsyncOutcome BackupWorker::runCopy() {
+BackupWorker::Failure BackupWorker::copyFrom(const SourcePlace& place) {
+    job_.place = place;
+    if (!makeFolder(volumeBelow(job_.target, place)))
+        return destinationFailure("making the folder of " + place.volume, errno);
+    if (!replaceFile(job_.filterFile, filterFileFor(place, selection_.excluded)))
+        return BackupResult{ResultCode::failed,
+                            "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
+    CopyJob job = job_;
+    struct stat status {};
+    if (job.previousSnapshot && ::lstat(volumeBelow(*job.previousSnapshot, place).c_str(), &status) != 0)
+        job.previousSnapshot.reset(); // it did not hold this volume
+    return runCopy(rsyncArguments(job));
+}
+
+/// From a snapshot come the sources, but neither its top folder nor those above. Last, because each run of
+/// rsync changes the times of the folders that it makes something in.
+BackupWorker::Failure BackupWorker::copyVolumeFolders() {
+    std::vector<std::string> folders;
+    for (const SourcePlace& place : view_->places()) {
+        const bool whole = place.sources.front() == place.volume;
+        const std::string folder = whole ? place.volume.substr(0, place.volume.rfind('/')) : place.volume;
+        if (!folder.empty() && folder != "/")
+            folders.push_back(folder);
+    }
+    job_.place = {};
+    return folders.empty() ? std::nullopt : runCopy(rsyncFolderArguments(job_, folders));
+}
+
+BackupWorker::Failure BackupWorker::runCopy(const std::vector<std::string>& arguments) {
+    if (Failure failure = awaitEarlierRun())
+        return failure;
     RsyncProgressReader progress;
+    const auto tell = [&] {
+        around_.status.setCopied(copiedBytes_ + progress.bytes(), copiedFiles_ + progress.files());
+    };
     RsyncRun run;
     run.program = around_.rsyncPath;
-    run.arguments = rsyncArguments(job_);
+    run.arguments = arguments;
     run.copyLockPath = around_.files.copyLock;
     run.destinationLock = destinationLock_ ? destinationLock_->fd() : -1;
     run.onOutput = [&](std::string_view bytes) { progress.feed(bytes); };
-    run.onTick = [&] { around_.status.setCopied(progress.bytes(), progress.files()); };
+    run.onTick = tell;
     run.onStopping = [&] { around_.status.setStopping(); };
     const auto exit = runRsync(run, around_.stop);
     if (!exit)
-        return {ResultCode::failed, std::string("rsync could not be started: ") + std::strerror(errno), {}};
-    around_.status.setCopied(progress.bytes(), progress.files());
-    return judgeRsyncExit(*exit, around_.stop.requested());
+        return BackupResult{ResultCode::failed,
+                            std::string("rsync could not be started: ") + std::strerror(errno)};
+    tell();
+    copiedBytes_ += progress.bytes();
+    copiedFiles_ += progress.files();
+    const RsyncOutcome outcome = judgeRsyncExit(*exit, around_.stop.requested());
+    for (const std::string& note : outcome.notes)
+        notes_.push_back(withOriginalPaths(note, job_.place));
+    if (outcome.code != ResultCode::success)
+        return BackupResult{outcome.code, withOriginalPaths(outcome.message, job_.place)};
+    return std::nullopt;
 }
 
 BackupWorker::Failure BackupWorker::finish() {

@@ -16,6 +16,7 @@
 #include "timemachine_linux/session_status_file.h"
 #include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/source_view.h"
 #include "timemachine_linux/stop_requests.h"
 
 namespace norvane {
@@ -48,10 +49,15 @@ private:
     Failure openDestination();
     Failure lockDestination();
     Failure chooseSources();
+    Failure chooseView();
     Failure prepareFolder();
     void leaveOutOtherFileSystems();
+    void removeExpiredSnapshots();
     [[nodiscard]] ChangeTotals countTotals();
     Failure copy();
+    Failure copyFrom(const SourcePlace& place);
+    Failure copyVolumeFolders();
+    Failure runCopy(const std::vector<std::string>& arguments);
     Failure finish();
     void makeRoom(std::int64_t bytes);
     bool thin();
@@ -61,7 +67,6 @@ private:
     void keepLeftover(ResultCode code);
     [[nodiscard]] bool record(const BackupResult& result);
     void writeLog(const BackupResult& result) const;
-    [[nodiscard]] RsyncOutcome runCopy();
     [[nodiscard]] BackupResult destinationFailure(const std::string& step, int error) const;
     [[nodiscard]] static BackupResult stopped();
 
@@ -72,7 +77,11 @@ private:
         destinationFolder_; // open before the first write, so that syncfs(2) reports every lost one
     std::optional<FileLock> destinationLock_;
     SourceSelection selection_;
+    std::vector<std::string> coveredFolders_; // see SourceView
+    std::optional<SourceView> view_;
     CopyJob job_;
+    std::int64_t copiedBytes_ = 0; // by the runs of rsync that have ended
+    std::int64_t copiedFiles_ = 0;
     std::string unfinishedName_;
     std::vector<std::string> notes_;
 };

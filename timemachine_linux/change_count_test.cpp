@@ -30,17 +30,18 @@ TEST(ChangeCount, FindsWhatRsyncWouldTransfer) {
     fs::create_hard_link(tree + "/a/b/f7", tree + "/a/linked");
     fs::create_symlink("/etc", tree + "/a/link");
     CopyJob job;
-    job.sources = {tree};
+    job.place.sources = {tree};
     job.target = box.in("disk/1");
     job.filterFile = box.in("filter");
     const std::vector<std::string> excluded{tree + "/out", tree + "/a/out*", tree + "/a/skipped"};
-    writeFile(job.filterFile, filterFileFor(excluded));
+    writeFile(job.filterFile, filterFileFor(job.place, excluded));
     fs::create_directory(job.target);
     const auto expectAgreement = [&](const std::string& base) {
         std::vector<std::string> command = rsyncArguments(job);
         command.insert(command.begin(), {"/usr/bin/rsync", "--dry-run", "--stats", "--no-A", "--no-X"});
         const std::string output = box.run(command).output;
-        const ChangeTotals totals = countChanges({job.sources, excluded, {base}, true}, [] { return false; });
+        const ChangeTotals totals =
+            countChanges({job.place.sources, excluded, {base}, true}, [] { return false; });
         EXPECT_EQ(totals.files, statistic(output, "regular files transferred: ")) << output;
         EXPECT_EQ(totals.bytes, statistic(output, "Total transferred file size: ")) << output;
         return totals.files;

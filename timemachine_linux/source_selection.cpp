@@ -14,6 +14,7 @@
 #include "platform/linux/mount_table.h"
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/bounded_call.h"
+#include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {
@@ -77,6 +78,8 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
     for (const std::string& path :
          {places.home + "/.cache", places.cache, places.home + "/.local/share/Trash", places.stateFolder})
         addOnce(selection.excluded, resolvedOrAsGiven(path));
+    for (const std::string& volume : volumesHolding(found))
+        addOnce(selection.excluded, LocalSnapshots(volume).folder());
     for (const std::string& path : storedPaths(preferences, exclusionsKey, places.home))
         addOnce(selection.excluded, resolvedOrAsGiven(path));
     if (!destinationFolder.empty() && covered(found, destinationFolder))

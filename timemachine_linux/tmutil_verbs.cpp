@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <optional>
+#include <set>
 #include <string>
 #include <sys/stat.h>
 
@@ -13,7 +17,10 @@
 #include "timemachine_linux/backup_control.h"
 #include "timemachine_linux/destination.h"
 #include "timemachine_linux/destination_check.h"
+#include "timemachine_linux/local_snapshot_name.h"
+#include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/paths.h"
+#include "timemachine_linux/snapshot_name.h"
 #include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/source_selection.h"
 
@@ -176,9 +183,76 @@ int isExcluded(Context& context, const Arguments& arguments) {
     });
 }
 
-int listLocalSnapshots(Context&, const Arguments& arguments) {
-    print("Snapshots for disk " + arguments.front() + ":\n");
+/// The volumes with local snapshots that an argument stands for. "/" is a Mac's one volume with the user's
+/// files: here all those that hold sources. None: the argument is no path.
+std::optional<std::vector<std::string>> localVolumes(const Context& context, const std::string& argument) {
+    if (argument == "/")
+        return volumesHolding(
+            selectSources(context.preferences, context.places, destinationFolder(context)).sources);
+    const auto path = canonicalPath(argument);
+    return path ? std::optional(volumesHolding({*path})) : std::nullopt;
+}
+
+int localSnapshot(Context& context, const Arguments&) {
+    const SystemClock clock;
+    const auto volumes = localVolumes(context, "/");
+    if (volumes->empty())
+        return fail("The folders to back up are on file systems without snapshots. Btrfs has them.");
+    int result = exitSuccess;
+    const Instant now = clock.now();
+    for (const std::string& volume : *volumes) {
+        const auto made = LocalSnapshots(volume).make(now);
+        if (made.token.empty())
+            result = fail(made.trouble);
+        else
+            print("Created local snapshot with date: " + made.token + "\n");
+    }
+    return result;
+}
+
+int listLocalSnapshots(Context& context, const Arguments& arguments) {
+    const auto volumes = localVolumes(context, arguments.front());
+    if (!volumes)
+        return fail(arguments.front() + ": " + std::strerror(errno));
+    print("Snapshots for disk " + printable(arguments.front()) + ":\n");
+    std::set<std::string> tokens;
+    for (const std::string& volume : *volumes)
+        for (const LocalSnapshot& snapshot : LocalSnapshots(volume).list())
+            tokens.insert(snapshot.token);
+    for (const std::string& token : tokens)
+        print(localSnapshotName(token) + "\n");
     return exitSuccess;
+}
+
+/// Removes those with the date, or all.
+int deleteLocalSnapshotsOf(const std::vector<std::string>& volumes, const std::optional<std::string>& date) {
+    int result = exitSuccess;
+    std::size_t found = 0;
+    for (const std::string& volume : volumes)
+        for (const LocalSnapshot& snapshot : LocalSnapshots(volume).list()) {
+            if (date && snapshot.token != *date)
+                continue;
+            ++found;
+            const std::string trouble = LocalSnapshots(volume).remove(snapshot.token);
+            if (trouble.empty())
+                print("Deleted local snapshot '" + snapshot.token + "'\n");
+            else
+                result = fail(trouble);
+        }
+    return date && found == 0 ? fail("There is no local snapshot with the date " + *date + ".") : result;
+}
+
+int deleteLocalSnapshots(Context& context, const Arguments& arguments) {
+    const std::string& argument = arguments.front();
+    if (parseSnapshotName(argument))
+        return deleteLocalSnapshotsOf(*localVolumes(context, "/"), argument);
+    const auto volumes = localVolumes(context, argument);
+    if (!volumes)
+        return fail(argument + ": " + std::strerror(errno));
+    // All of a volume goes only when the volume itself is named, not some folder in it.
+    if (argument != "/" && *volumes != std::vector{*canonicalPath(argument)})
+        return fail(argument + " is neither a date nor a volume with local snapshots.");
+    return deleteLocalSnapshotsOf(*volumes, std::nullopt);
 }
 
 int help(Context&, const Arguments&) {
@@ -210,7 +284,9 @@ constexpr std::array verbs{
     Verb{"addexclusion", "path ...", 1, anyNumber, addExclusionVerb},
     Verb{"removeexclusion", "path ...", 1, anyNumber, removeExclusionVerb},
     Verb{"isexcluded", "path ...", 1, anyNumber, isExcluded},
+    Verb{"localsnapshot", "", 0, 0, localSnapshot},
     Verb{"listlocalsnapshots", "mount_point", 1, 1, listLocalSnapshots},
+    Verb{"deletelocalsnapshots", "mount_point | date", 1, 1, deleteLocalSnapshots},
     Verb{"help", "", 0, 0, help},
 };
 
@@ -224,6 +300,7 @@ std::string usageText() {
             text.append(1, ' ').append(verb.arguments);
         text += '\n';
     }
+    text += "\nThe mount point / stands for all volumes that hold folders to back up.\n";
     return text;
 }
 

@@ -1,0 +1,58 @@
+// The local snapshots of one volume: <volume>/.norvane-snapshots/com.apple.TimeMachine.<date>.local,
+// read-only Btrfs snapshots of the volume, which shares its blocks with them. A volume is a subvolume by its
+// top folder.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/instant.h"
+#include "platform/linux/file_descriptor.h"
+
+namespace norvane {
+
+struct LocalSnapshot {
+    std::string token; ///< The date in its name: "2024-05-01-101500".
+    Instant created;   ///< As the file system remembers it.
+
+    bool operator==(const LocalSnapshot&) const = default;
+};
+
+class LocalSnapshots {
+public:
+    /// A folder of the volume's top that belongs to somebody else, or is a symbolic link or a mount, is left
+    /// alone: then there are no snapshots, and none can be made.
+    explicit LocalSnapshots(std::string volume);
+
+    [[nodiscard]] const std::string& volume() const { return volume_; }
+    [[nodiscard]] std::string folder() const;
+    [[nodiscard]] std::string pathOf(const std::string& token) const;
+
+    /// Oldest first. Of what is in the folder, only snapshots of this very volume count.
+    [[nodiscard]] std::vector<LocalSnapshot> list() const;
+
+    struct Made {
+        std::string token;      ///< Empty: none was made.
+        std::string trouble;    ///< Why not.
+        bool forbidden = false; ///< This user may not, now or later.
+    };
+
+    /// Named by `now`, or the next second that is free. Makes none that this user could not remove again.
+    [[nodiscard]] Made make(Instant now) const;
+
+    /// Returns why it cannot be removed; empty on success.
+    [[nodiscard]] std::string remove(const std::string& token) const;
+
+    /// Keeps the snapshot from being removed by this program while the descriptor is open, in a child or
+    /// here. None: it is not there.
+    [[nodiscard]] std::optional<FileDescriptor> hold(const std::string& token) const;
+
+private:
+    std::string volume_;
+};
+
+/// The volumes that hold the paths, each once, in order; paths elsewhere have none.
+[[nodiscard]] std::vector<std::string> volumesHolding(const std::vector<std::string>& paths);
+
+} // namespace norvane

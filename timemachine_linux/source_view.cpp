@@ -1,0 +1,100 @@
+#include "timemachine_linux/source_view.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <map>
+
+#include "platform/linux/mount_table.h"
+#include "timemachine_linux/btrfs_subvolume.h"
+#include "timemachine_linux/file_system_probe.h"
+
+namespace norvane {
+namespace {
+
+bool anyWithin(const std::vector<std::string>& paths, const std::string& folder) {
+    return std::any_of(paths.begin(), paths.end(), [&](const auto& path) { return isWithin(path, folder); });
+}
+
+/// A snapshot of the outer one would show an empty folder in place of the inner one.
+bool anyNested(const std::vector<std::string>& sources) {
+    return std::any_of(sources.begin(), sources.end(), [&](const std::string& source) {
+        return std::count_if(sources.begin(), sources.end(),
+                             [&](const auto& other) { return isWithin(other, source); }) > 1;
+    });
+}
+
+/// A snapshot keeps the inode numbers. Where they differ, the path leads elsewhere than to the volume.
+bool isSameFile(const std::string& original, const std::string& copy) {
+    struct stat first {};
+    struct stat second {};
+    return ::lstat(original.c_str(), &first) == 0 && ::lstat(copy.c_str(), &second) == 0 &&
+           first.st_ino == second.st_ino;
+}
+
+bool isShortOfRoom(const std::string& volume) {
+    const auto space = spaceOf(volume);
+    return space && space->availableBytes < (space->availableBytes + space->usedBytes) / 10;
+}
+
+} // namespace
+
+void removeExpiredLocalSnapshots(const LocalSnapshots& snapshots, Instant now,
+                                 std::vector<std::string>& notes) {
+    const bool all = isShortOfRoom(snapshots.volume());
+    for (const LocalSnapshot& snapshot : snapshots.list()) {
+        if (!all && secondsBetween(snapshot.created, now) <= localSnapshotSeconds)
+            continue;
+        if (const std::string trouble = snapshots.remove(snapshot.token); !trouble.empty())
+            notes.push_back("Cannot remove an old local snapshot: " + trouble);
+    }
+}
+
+SourceView::SourceView(const SourceSelection& selection, const std::vector<std::string>& covered,
+                       const std::string& destinationFolder, Instant now, std::vector<std::string>& notes) {
+    std::vector<std::string> inPlace;
+    std::map<std::string, std::vector<std::string>> byVolume;
+    const auto destinationVolume = subvolumeHolding(destinationFolder);
+    for (const std::string& source : selection.sources) {
+        const auto volume = subvolumeHolding(source);
+        if (volume && volume != destinationVolume && !anyWithin(covered, source) &&
+            !anyNested(selection.sources))
+            byVolume[*volume].push_back(source);
+        else
+            inPlace.push_back(source);
+    }
+    for (const auto& [volume, sources] : byVolume)
+        takeFrom(volume, sources, now, inPlace, notes);
+    if (!inPlace.empty())
+        places_.push_back({std::move(inPlace), "/", ""});
+}
+
+void SourceView::takeFrom(const std::string& volume, const std::vector<std::string>& sources, Instant now,
+                          std::vector<std::string>& inPlace, std::vector<std::string>& notes) {
+    const LocalSnapshots snapshots(volume);
+    const LocalSnapshots::Made made = snapshots.make(now);
+    auto held = made.token.empty() ? std::nullopt : snapshots.hold(made.token);
+    // Who may not have snapshots need not hear it every hour.
+    if (!held && !made.forbidden)
+        notes.push_back("Saved files of different moments, without a local snapshot: " + made.trouble);
+    SourcePlace place{{}, volume, held ? snapshots.pathOf(made.token) : ""};
+    for (const std::string& source : sources) {
+        const bool inside = held && isSameFile(source, pathInPlace(place, source));
+        (inside ? place.sources : inPlace).push_back(source);
+    }
+    if (place.sources.empty())
+        return;
+    held_.push_back({place.snapshot, std::move(*held)});
+    places_.push_back(std::move(place));
+}
+
+bool SourceView::isWhole() const {
+    return std::all_of(held_.begin(), held_.end(), [](const Held& held) {
+        struct stat opened {};
+        struct stat found {};
+        return ::fstat(held.folder.get(), &opened) == 0 && ::lstat(held.path.c_str(), &found) == 0 &&
+               opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+    });
+}
+
+} // namespace norvane
