@@ -75,6 +75,17 @@ std::vector<std::string> rsyncFolderArguments(const CopyJob& job, const std::vec
     return arguments;
 }
 
+std::vector<std::string> rsyncRestoreArguments(const std::vector<std::string>& items,
+                                               const std::string& folder,
+                                               const FileSystemAbilities& abilities) {
+    std::vector<std::string> arguments{"-aH", "--numeric-ids"};
+    addAbilities(arguments, abilities);
+    arguments.emplace_back("--");
+    arguments.insert(arguments.end(), items.begin(), items.end());
+    arguments.push_back(folder + "/");
+    return arguments;
+}
+
 std::string filterFileFor(const SourcePlace& place, const std::vector<std::string>& excludedPaths) {
     std::string rules;
     for (const std::string& path : excludedPaths) {

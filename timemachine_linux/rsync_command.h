@@ -41,6 +41,11 @@ struct CopyJob {
 [[nodiscard]] std::vector<std::string> rsyncFolderArguments(const CopyJob& job,
                                                             const std::vector<std::string>& folders);
 
+/// Copies the items, absolute paths, into the folder under their own names.
+[[nodiscard]] std::vector<std::string> rsyncRestoreArguments(const std::vector<std::string>& items,
+                                                             const std::string& folder,
+                                                             const FileSystemAbilities& abilities);
+
 /// One anchored rule for each path in the place's volume, a zero byte after each, since a name may hold a
 /// line feed.
 [[nodiscard]] std::string filterFileFor(const SourcePlace& place,

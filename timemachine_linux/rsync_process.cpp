@@ -195,16 +195,18 @@ bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds, S
 std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
     auto output = makePipe();
     auto errors = makePipe();
-    auto copyLock = FileLock::tryAcquire(run.copyLockPath);
-    if (!output || !errors || !copyLock)
+    auto copyLock = run.copyLockPath.empty() ? std::nullopt : FileLock::tryAcquire(run.copyLockPath);
+    if (!output || !errors || (!copyLock && !run.copyLockPath.empty()))
         return std::nullopt;
     std::vector<std::string> words{"rsync"};
     words.insert(words.end(), run.arguments.begin(), run.arguments.end());
     std::vector<std::string> variables = environmentForRsync();
     const std::vector<char*> arguments = pointersTo(words);
     const std::vector<char*> environment = pointersTo(variables);
-    const ChildPlan plan{run.program.c_str(),   arguments.data(), environment.data(),  output->writing.get(),
-                         errors->writing.get(), copyLock->fd(),   run.destinationLock, ::getpid()};
+    const ChildPlan plan{run.program.c_str(),   arguments.data(),
+                         environment.data(),    output->writing.get(),
+                         errors->writing.get(), copyLock ? copyLock->fd() : -1,
+                         run.destinationLock,   ::getpid()};
     const pid_t child = ::fork();
     if (child < 0)
         return std::nullopt;

@@ -18,8 +18,8 @@ namespace norvane {
 struct RsyncRun {
     std::string program;
     std::vector<std::string> arguments;
-    std::string copyLockPath;                       ///< A lock that every process of this run will hold.
-    int destinationLock = -1;                       ///< Another one, if held already.
+    std::string copyLockPath; ///< A lock that every process of this run will hold; or empty.
+    int destinationLock = -1; ///< Another one, if held already.
     std::function<void(std::string_view)> onOutput; ///< Pieces of standard output.
     std::function<void()> onTick;                   ///< About four times a second.
     std::function<void()> onStopping;               ///< The stop has been passed on.

@@ -8,10 +8,10 @@
 #include <array>
 #include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <memory>
 
 #include "platform/linux/file_descriptor.h"
+#include "timemachine_linux/exclusive_rename.h"
 #include "timemachine_linux/snapshot_name.h"
 
 namespace norvane {
@@ -54,20 +54,6 @@ bool setModificationTime(const std::string& path, Instant instant) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(instant).time_since_epoch().count();
     const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, timespec{seconds, 0}};
     return ::utimensat(AT_FDCWD, path.c_str(), times.data(), 0) == 0;
-}
-
-// Never onto something that is there, not even an empty folder. Network file systems do not know the flag.
-bool renameToFree(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-        return true;
-    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
-        return false;
-    struct stat status {};
-    if (::lstat(to.c_str(), &status) == 0) {
-        errno = EEXIST;
-        return false;
-    }
-    return ::rename(from.c_str(), to.c_str()) == 0;
 }
 
 /// Network file systems refuse; they have sent the rename already.

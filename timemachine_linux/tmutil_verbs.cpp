@@ -20,6 +20,8 @@
 #include "timemachine_linux/local_snapshot_name.h"
 #include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/paths.h"
+#include "timemachine_linux/restore.h"
+#include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/snapshot_name.h"
 #include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/source_selection.h"
@@ -255,6 +257,31 @@ int deleteLocalSnapshots(Context& context, const Arguments& arguments) {
     return deleteLocalSnapshotsOf(*volumes, std::nullopt);
 }
 
+int restoreVerb(Context&, const Arguments& arguments) {
+    const bool verbose = arguments.front() == "-v";
+    Arguments paths(arguments.begin() + (verbose ? 1 : 0), arguments.end());
+    if (paths.size() < 2)
+        return fail("restore: name what to restore, and where to");
+    const std::string destination = paths.back();
+    paths.pop_back();
+    const auto rsync = findProgram("rsync");
+    if (!rsync)
+        return fail("rsync is not installed");
+    const RestorePlan plan = planRestore(paths, destination);
+    if (!plan.trouble.empty())
+        return fail(plan.trouble);
+    StopRequests stop;
+    const RestoreOutcome outcome = restore(plan, *rsync, stop);
+    for (const std::string& note : outcome.notes)
+        fail(printable(note));
+    if (!outcome.trouble.empty())
+        return fail(outcome.trouble);
+    for (const RestoreItem& item : plan.items)
+        if (verbose)
+            print(item.source + " -> " + item.target + "\n");
+    return exitSuccess;
+}
+
 int help(Context&, const Arguments&) {
     print(usageText());
     return exitSuccess;
@@ -287,6 +314,7 @@ constexpr std::array verbs{
     Verb{"localsnapshot", "", 0, 0, localSnapshot},
     Verb{"listlocalsnapshots", "mount_point", 1, 1, listLocalSnapshots},
     Verb{"deletelocalsnapshots", "mount_point | date", 1, 1, deleteLocalSnapshots},
+    Verb{"restore", "[-v] src ... dst", 2, anyNumber, restoreVerb},
     Verb{"help", "", 0, 0, help},
 };
 
@@ -300,7 +328,9 @@ std::string usageText() {
             text.append(1, ' ').append(verb.arguments);
         text += '\n';
     }
-    text += "\nThe mount point / stands for all volumes that hold folders to back up.\n";
+    text += "\nThe mount point / stands for all volumes that hold folders to back up.\n"
+            "restore puts each src into the folder dst, or gives the one src the name dst. It overwrites "
+            "nothing.\n";
     return text;
 }
 

@@ -1,0 +1,142 @@
+#include "timemachine_linux/restore.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/linux/file_descriptor.h"
+#include "timemachine_linux/backup_place.h"
+#include "timemachine_linux/exclusive_rename.h"
+#include "timemachine_linux/file_system_probe.h"
+#include "timemachine_linux/paths.h"
+#include "timemachine_linux/rsync_process.h"
+#include "timemachine_linux/tree_removal.h"
+
+namespace norvane {
+namespace {
+
+std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+bool isThere(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string because(const std::string& what) { return what + ": " + std::strerror(errno); }
+
+// Moved to another folder, a folder's own ".." changes, which takes the right to write into it.
+bool moveToFree(const std::string& from, const std::string& to) {
+    if (renameToFree(from, to))
+        return true;
+    struct stat status {};
+    if (errno != EACCES || ::lstat(from.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
+        ::chmod(from.c_str(), status.st_mode | S_IWUSR) != 0)
+        return false;
+    const bool moved = renameToFree(from, to);
+    const int error = errno;
+    ::chmod((moved ? to : from).c_str(), status.st_mode);
+    errno = error;
+    return moved;
+}
+
+/// A folder that is removed with what is left in it.
+class StagingFolder {
+public:
+    explicit StagingFolder(const std::string& parent) : path_(parent + "/.norvane-restore-XXXXXX") {
+        made_ = ::mkdtemp(path_.data()) != nullptr;
+    }
+    StagingFolder(const StagingFolder&) = delete;
+    StagingFolder& operator=(const StagingFolder&) = delete;
+    ~StagingFolder() {
+        if (made_)
+            removeTree(path_);
+    }
+
+    [[nodiscard]] bool made() const { return made_; }
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+    bool made_ = false;
+};
+
+std::vector<std::string> sourcesOf(const RestorePlan& plan) {
+    std::vector<std::string> sources;
+    for (const RestoreItem& item : plan.items)
+        sources.push_back(item.source);
+    return sources;
+}
+
+} // namespace
+
+RestorePlan planRestore(const std::vector<std::string>& sources, const std::string& destination) {
+    RestorePlan plan;
+    const auto impossible = [](std::string trouble) { return RestorePlan{{}, {}, std::move(trouble)}; };
+    const bool intoFolder = isFolder(destination);
+    if (!intoFolder && (sources.size() > 1 || destination.ends_with('/')))
+        return impossible(destination + " is not a folder.");
+    const auto place = intoFolder ? canonicalPath(destination) : resolvedPath(destination);
+    if (!place)
+        return impossible(because(destination));
+    plan.folder = intoFolder ? *place : place->substr(0, std::max<std::size_t>(place->rfind('/'), 1));
+    if (const auto backup = snapshotHolding(plan.folder))
+        return impossible(destination + " lies in the backup " + *backup + ", which must not change.");
+    for (const std::string& argument : sources) {
+        const auto source = resolvedPath(argument);
+        if (!source || !isThere(*source))
+            return impossible(because(argument));
+        if (!snapshotHolding(*source))
+            return impossible(argument + " is not in a backup.");
+        const std::string target =
+            intoFolder ? (plan.folder == "/" ? "" : plan.folder) + "/" + nameOf(*source) : *place;
+        const bool twice = std::any_of(plan.items.begin(), plan.items.end(),
+                                       [&](const RestoreItem& item) { return item.target == target; });
+        if (twice || isThere(target))
+            return impossible(target + (twice ? " would be restored twice." : " is there already.") +
+                              " Nothing is overwritten: choose another place.");
+        plan.items.push_back({*source, target});
+    }
+    return plan;
+}
+
+RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath, StopRequests& stop) {
+    const StagingFolder staging(plan.folder);
+    const FileDescriptor folder(::open(plan.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!staging.made() || !folder)
+        return {because(plan.folder), {}};
+    const FileSystemAbilities abilities = abilitiesOf(staging.path());
+    RsyncRun run;
+    run.program = rsyncPath;
+    run.arguments = rsyncRestoreArguments(sourcesOf(plan), staging.path(), abilities);
+    run.onOutput = [](std::string_view) {};
+    run.onTick = [] {};
+    run.onStopping = [] {};
+    const auto exit = runRsync(run, stop);
+    if (!exit)
+        return {because("rsync could not be started"), {}};
+    const RsyncOutcome copied = judgeRsyncExit(*exit, stop.requested());
+    if (copied.code != ResultCode::success)
+        return {copied.code == ResultCode::stopped ? "The restore was stopped." : copied.message, {}};
+    if (::syncfs(folder.get()) != 0)
+        return {because(plan.folder), {}};
+    RestoreOutcome outcome{{}, copied.notes};
+    for (const RestoreItem& item : plan.items)
+        if (!moveToFree(staging.path() + "/" + nameOf(item.source), item.target))
+            outcome.trouble = because(item.target);
+    if (outcome.trouble.empty() && !outcome.notes.empty())
+        outcome.trouble = "Not everything could be restored.";
+    if (!abilities.accessControlLists || !abilities.extendedAttributes)
+        outcome.notes.push_back(plan.folder + " cannot hold all attributes of the files.");
+    return outcome;
+}
+
+} // namespace norvane

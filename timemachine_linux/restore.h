@@ -1,0 +1,40 @@
+// Bringing files and folders back from a snapshot.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "timemachine_linux/stop_requests.h"
+
+namespace norvane {
+
+struct RestoreItem {
+    std::string source; ///< In a snapshot; its parent folders are resolved.
+    std::string target; ///< The path that it will have.
+
+    bool operator==(const RestoreItem&) const = default;
+};
+
+struct RestorePlan {
+    std::vector<RestoreItem> items;
+    std::string folder;  ///< The folder of all the targets.
+    std::string trouble; ///< Why it cannot be done; empty: it can.
+};
+
+/// The targets as cp(1) chooses them: in the destination if that is a folder, under the name of each source;
+/// else the destination itself is the name, for one source. Refuses what would replace something, what comes
+/// from outside a snapshot, and what would go into one.
+[[nodiscard]] RestorePlan planRestore(const std::vector<std::string>& sources,
+                                      const std::string& destination);
+
+struct RestoreOutcome {
+    std::string trouble;            ///< Why it failed; empty: everything is there.
+    std::vector<std::string> notes; ///< What could not be kept or read.
+};
+
+/// Copies with all attributes into a hidden folder beside the targets, then gives each item its name: an item
+/// is there whole, or not at all, whenever this ends. If killed, it leaves the hidden folder.
+[[nodiscard]] RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath,
+                                     StopRequests& stop);
+
+} // namespace norvane

@@ -1,0 +1,160 @@
+#include "timemachine_linux/restore.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include "platform/linux/small_file.h"
+#include "timemachine_linux/backup_sandbox.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Restore : public testing::Test {
+protected:
+    void SetUp() override {
+        fs::create_directories(tree + "/dir/sub");
+        writeFile(tree + "/dir/plain", "content");
+        fs::create_hard_link(tree + "/dir/plain", tree + "/dir/second name");
+        fs::create_symlink("nowhere", tree + "/dir/dangling");
+        for (const std::string name : {"new\nline", "\xff\"quoted'", "-rf", "a:b", "*"})
+            writeFile(fs::path(tree + "/dir/sub") / name, name);
+        ::setxattr((tree + "/dir/plain").c_str(), "user.note", "abc", 3, 0);
+        (void)box.run({"setfacl", "-m", "u:12345:r", tree + "/dir/sub/a:b"});
+        ::chmod((tree + "/dir/sub").c_str(), 0555);
+    }
+
+    void backUp() {
+        ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0);
+        ASSERT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 0);
+        copy = box.copyOf(box.snapshots().back(), tree);
+    }
+
+    [[nodiscard]] std::string differences(const std::string& original, const std::string& restored) const {
+        const ToolResult result = box.run(
+            {"rsync", "-naHAXci", "--modify-window=-1", "--delete", "--numeric-ids", original, restored});
+        return result.output + result.errors;
+    }
+
+    [[nodiscard]] static std::vector<std::string> namesIn(const std::string& folder) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    BackupSandbox box;
+    const std::string tree = box.tree();
+    std::string copy;
+};
+
+TEST_F(Restore, BringsBackAllThatABackupKeeps) {
+    box.becomeOrdinaryUser();
+    backUp();
+    const auto before = fingerprint(box.snapshots().back());
+    fs::rename(tree + "/dir", box.in("original"));
+    ASSERT_EQ(box.tmutil({"restore", copy + "/dir/", tree}).output, "");
+    EXPECT_EQ(differences(box.in("original/"), tree + "/dir/"), "");
+    struct stat status {};
+    ASSERT_EQ(::lstat((tree + "/dir/plain").c_str(), &status), 0);
+    EXPECT_EQ(status.st_nlink, 2U) << "linked into the backup, or not with its other name";
+
+    // Several at once, links and odd names among them; one under another name.
+    fs::create_directories(box.home() + "/out");
+    const std::string out = box.home() + "/out";
+    box.becomeOrdinaryUser();
+    const ToolResult several =
+        box.tmutil({"restore", "-v", copy + "/dir/dangling", copy + "/dir/sub/-rf", copy + "/dir/sub/a:b",
+                    copy + "/dir/sub/new\nline", copy + "/dir/sub/\xff\"quoted'", out});
+    EXPECT_EQ(several.exitCode, 0) << several.errors;
+    EXPECT_EQ(namesIn(out),
+              (std::vector<std::string>{"-rf", "a:b", "dangling", "new\nline", "\xff\"quoted'"}));
+    EXPECT_EQ(fs::read_symlink(out + "/dangling"), "nowhere");
+    EXPECT_EQ(box.tmutil({"restore", copy + "/dir/sub", out + "/sub again"}).exitCode, 0);
+    EXPECT_EQ(differences(copy + "/dir/sub/", out + "/sub again/"), "");
+    EXPECT_EQ(fingerprint(box.snapshots().back()), before);
+}
+
+TEST_F(Restore, OverwritesNothingAndStaysOutOfBackups) {
+    backUp();
+    const std::string dir = copy + "/dir";
+    const std::string plain = dir + "/plain";
+    writeFile(tree + "/dir/plain", "newer");
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* errors;
+    };
+    const Case cases[] = {
+        {{plain, tree + "/dir"}, "is there already"},
+        {{plain, tree + "/dir/plain"}, "is there already"},
+        {{dir, tree}, "is there already"},
+        {{plain, dir + "/plain", box.home()}, "restored twice"},
+        {{plain, dir + "/sub", box.home() + "/new"}, "is not a folder"},
+        {{plain, box.home() + "/new/"}, "is not a folder"},
+        {{plain, box.home() + "/no/new"}, "No such file"},
+        {{copy + "/gone", box.home()}, "No such file"},
+        {{tree + "/dir/plain", box.home()}, "is not in a backup"},
+        {{plain, copy + "/new"}, "must not change"},
+        {{plain, box.snapshots().back()}, "must not change"},
+    };
+    for (Case c : cases) {
+        c.arguments.insert(c.arguments.begin(), "restore");
+        const ToolResult result = box.tmutil(c.arguments);
+        EXPECT_EQ(result.exitCode, 1) << c.arguments.back();
+        EXPECT_NE(result.errors.find(c.errors), std::string::npos) << result.errors;
+    }
+    EXPECT_EQ(box.tmutil({"restore", plain}).exitCode, 64);
+    EXPECT_EQ(readSmallFile(tree + "/dir/plain"), "newer");
+    EXPECT_EQ(namesIn(box.home()), (std::vector<std::string>{".config", ".local", "tree"}));
+}
+
+TEST_F(Restore, TellsWhatCouldNotBeRead) {
+    box.becomeOrdinaryUser();
+    backUp();
+    ::chmod((copy + "/dir/sub/-rf").c_str(), 0);
+    const ToolResult result = box.tmutil({"restore", copy + "/dir", box.home() + "/back"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("-rf"), std::string::npos) << result.errors;
+    EXPECT_TRUE(fs::exists(box.home() + "/back/plain"));
+    EXPECT_FALSE(fs::exists(box.home() + "/back/sub/-rf"));
+}
+
+TEST_F(Restore, KilledOrStoppedShowsNoHalfOfIt) {
+    for (int i = 0; i < 500; ++i)
+        writeFile(tree + "/dir/f" + std::to_string(i), std::string(20000, 'x'));
+    backUp();
+    const auto whole = fingerprint(copy + "/dir");
+    const std::string target = box.home() + "/back";
+    for (int round = 0; round < 30; ++round) {
+        std::string program = NORVANE_LIBEXEC_DIR "/tmutil";
+        std::string source = copy + "/dir";
+        std::string place = target;
+        std::string verb = "restore";
+        char* const words[] = {program.data(), verb.data(), source.data(), place.data(), nullptr};
+        pid_t child = -1;
+        ASSERT_EQ(::posix_spawn(&child, program.c_str(), nullptr, nullptr, words, environ), 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(round * 5));
+        ::kill(child, round % 2 == 0 ? SIGKILL : SIGTERM);
+        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+        if (fs::exists(target)) {
+            EXPECT_EQ(fingerprint(target), whole);
+            fs::remove_all(target);
+        }
+    }
+    EXPECT_EQ(fingerprint(copy + "/dir"), whole);
+}
+
+} // namespace
+} // namespace norvane
