@@ -15,6 +15,7 @@
 #include "platform/linux/mount_table.h"
 #include "timemachine_linux/backup_place.h"
 #include "timemachine_linux/file_system_probe.h"
+#include "timemachine_linux/mounted_paths.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {
@@ -89,10 +90,21 @@ DestinationVerdict judgeWriting(const DestinationFacts& facts) {
     return {};
 }
 
+bool showsAt(const DestinationFacts& facts, const std::string& path) {
+    return facts.path == path ||
+           std::find(facts.otherPaths.begin(), facts.otherPaths.end(), path) != facts.otherPaths.end();
+}
+
+bool showsWithin(const DestinationFacts& facts, const std::string& folder) {
+    return isWithin(facts.path, folder) ||
+           std::any_of(facts.otherPaths.begin(), facts.otherPaths.end(),
+                       [&](const std::string& path) { return isWithin(path, folder); });
+}
+
 std::vector<DestinationVerdict::Remark> remarksOn(const DestinationFacts& facts) {
     std::vector<DestinationVerdict::Remark> remarks;
     for (const std::string& source : facts.sources)
-        if (isWithin(facts.path, source))
+        if (showsWithin(facts, source))
             remarks.push_back({DestinationRemark::insideSource, source,
                                facts.path + " lies inside " + source +
                                    ", which is backed up. It is itself left out of the backups."});
@@ -125,6 +137,8 @@ DestinationFacts examineDestination(const std::string& folder, const std::vector
     }
     facts.path = *canonical;
     facts.isFolder = S_ISDIR(status.st_mode);
+    facts.otherPaths = pathsOf(facts.path);
+    facts.otherPaths.erase(facts.otherPaths.begin());
     if (!judgeDestination(facts).usable()) // nothing is written where no destination can be
         return facts;
     facts.backup = snapshotHolding(facts.path).value_or("");
@@ -156,7 +170,8 @@ DestinationVerdict judgeDestination(const DestinationFacts& facts) {
         return refused(Problem::strangeName, printable(facts.path) +
                                                  ": the destination's path must be UTF-8 without control "
                                                  "characters and must not end in a space.");
-    if (std::find(facts.sources.begin(), facts.sources.end(), facts.path) != facts.sources.end())
+    if (std::any_of(facts.sources.begin(), facts.sources.end(),
+                    [&](const std::string& source) { return showsAt(facts, source); }))
         return refused(Problem::isASource,
                        facts.path + " is itself backed up, so it cannot be the destination.");
     if (!facts.backup.empty())

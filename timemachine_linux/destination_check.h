@@ -33,6 +33,7 @@ enum class DestinationRemark {
 struct DestinationFacts {
     std::string path;    ///< Canonical if the folder is there, else as given.
     int accessError = 0; ///< errno(3) of reaching it; 0: it is there, and what follows is known.
+    std::vector<std::string> otherPaths; ///< At which it shows too, by mounts.
     bool isFolder = false;
     std::string fileSystem; ///< Such as "exfat"; empty: unknown.
     std::string backup;     ///< The snapshot that holds it; empty: none does.

@@ -15,6 +15,7 @@
 #include "platform/linux/user_folders.h"
 #include "timemachine_linux/bounded_call.h"
 #include "timemachine_linux/local_snapshots.h"
+#include "timemachine_linux/mounted_paths.h"
 #include "timemachine_linux/paths.h"
 
 namespace norvane {
@@ -82,8 +83,10 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
         addOnce(selection.excluded, LocalSnapshots(volume).folder());
     for (const std::string& path : storedPaths(preferences, exclusionsKey, places.home))
         addOnce(selection.excluded, resolvedOrAsGiven(path));
-    if (!destinationFolder.empty() && covered(found, destinationFolder))
-        addOnce(selection.excluded, destinationFolder);
+    if (!destinationFolder.empty())
+        for (std::string& path : pathsOf(destinationFolder))
+            if (covered(found, path))
+                addOnce(selection.excluded, std::move(path));
     for (const std::string& path : found) {
         const bool inside = std::any_of(found.begin(), found.end(), [&](const std::string& other) {
             return other != path && isWithin(path, other) && onSameFileSystem(path, other);

@@ -97,8 +97,14 @@ TEST_F(Tmutil, ExplainsWrongUse) {
         {{"setdestination", "/"}, 1, "root folder"},
         {{"setdestination", "/proc/self"}, 1, "/proc/"},
         {{"setdestination", box.tree()}, 1, "is itself backed up"},
+        {{"setdestination", box.in("line\nfeed")}, 1, "must be UTF-8"},
         {{"addexclusion", "/nonexistent/x"}, 1, "No such file"},
+        {{"localsnapshot"}, 1, "without snapshots"},
+        {{"deletelocalsnapshots", "2024-05-01-101500"}, 1, "no local snapshot"},
+        {{"deletelocalsnapshots"}, 64, "usage"},
+        {{"restore", "x"}, 64, "usage"},
     };
+    fs::create_directories(box.in("line\nfeed"));
     for (const Case& c : cases) {
         const ToolResult result = box.tmutil(c.arguments);
         const std::string verb = c.arguments.empty() ? "none" : c.arguments.back();
@@ -227,15 +233,34 @@ TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
 }
 
 TEST_F(Tmutil, DestinationInsideASourceIsNotBackedUp) {
-    const std::string inside = box.tree() + "/backups";
+    const std::string inside = box.tree() + "/back \"ups'";
     fs::create_directories(inside);
     writeFile(box.tree() + "/f", "x");
-    ASSERT_EQ(box.tmutil({"setdestination", inside}).exitCode, 0);
+    const ToolResult result = box.tmutil({"setdestination", inside});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_NE(result.output.find("It is itself left out"), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("on the same disk"), std::string::npos) << result.output;
+    EXPECT_NE(box.tmutil({"destinationinfo"}).output.find("Mount Point   : " + inside + "\n"),
+              std::string::npos);
     backUp();
     backUp();
-    const std::string copy = box.copyOf(box.snapshots().at(1), box.tree());
-    EXPECT_TRUE(fs::exists(copy + "/f"));
-    EXPECT_FALSE(fs::exists(copy + "/backups"));
+    const auto isLeftOut = [&] {
+        const std::string copy = box.copyOf(box.snapshots().back(), box.tree());
+        EXPECT_TRUE(fs::exists(copy + "/f"));
+        EXPECT_FALSE(fs::exists(copy + "/back \"ups'"));
+    };
+    isLeftOut();
+    // By another way in, it is the same folder.
+    const std::string way = box.in("way");
+    fs::create_directories(way);
+    if (box.run({"mount", "--bind", box.tree(), way}).exitCode != 0)
+        GTEST_SKIP() << "needs root";
+    EXPECT_EQ(box.tmutil({"setdestination", way + "/back \"ups'"}).exitCode, 0);
+    backUp();
+    isLeftOut();
+    EXPECT_EQ(box.status("Running"), "0");
+    EXPECT_NE(box.tmutil({"setdestination", way}).errors.find("is itself backed up"), std::string::npos);
+    EXPECT_EQ(box.run({"umount", way}).exitCode, 0);
 }
 
 TEST_F(Tmutil, StartLetsGoOfItsCallerAndOnlyOneRuns) {
@@ -288,8 +313,7 @@ TEST_F(Tmutil, SnapshotsAreInTheOrderOfTime) {
 }
 
 TEST_F(Tmutil, ASourceThatCannotBeReadIsAFailure) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root reads everything";
+    box.becomeOrdinaryUser();
     useDestination();
     for (const mode_t mode : {0, 0444, 0111}) {
         ::chmod(box.tree().c_str(), mode);
@@ -382,17 +406,42 @@ TEST_F(Tmutil, StatusNeverClaimsADeadRunAndItsCopyDiesWithIt) {
 }
 
 TEST_F(Tmutil, UnreadableFilesAreReportedAndTheRestIsSaved) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root reads everything";
     useDestination();
     writeFile(box.tree() + "/readable", "x");
     writeFile(box.tree() + "/secret", "x");
     ::chmod((box.tree() + "/secret").c_str(), 0);
+    box.becomeOrdinaryUser();
     backUp();
     EXPECT_TRUE(fs::exists(box.copyOf(box.snapshots().at(0), box.tree()) + "/readable"));
     const PropertyList messages = box.recorded("MessageParameters");
     ASSERT_EQ(messages.array()->size(), 1U);
     EXPECT_NE(messages.array()->front().string()->find("secret"), std::string::npos);
+}
+
+TEST_F(Tmutil, AFileThatChangesWhileItIsCopiedHarmsNoOther) {
+    useDestination();
+    for (const char* name : {"a", "z"})
+        writeFile(box.tree() + "/" + name, std::string(std::size_t{1} << 20, *name));
+    const std::string path = box.tree() + "/changing";
+    writeFile(path, std::string(std::size_t{4} << 20, '0'));
+    box.slowDownRsync(8000);
+    ASSERT_EQ(box.tmutil({"startbackup"}).exitCode, 0);
+    for (int i = 0; FileLock::isHeld(box.session.runLock); ++i) {
+        writeFile(path,
+                  std::string(static_cast<std::size_t>(1 + i % 4) << 20, static_cast<char>('1' + i % 9)));
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(box.recordedResult(), 0);
+    ASSERT_EQ(box.snapshots().size(), 1U);
+    const std::string copy = box.copyOf(box.snapshots().at(0), box.tree());
+    for (const char* name : {"/a", "/z"})
+        EXPECT_EQ(box.run({"cmp", box.tree() + name, copy + name}).exitCode, 0) << name;
+    const PropertyList notes = box.recorded("MessageParameters");
+    for (const PropertyList& note : *notes.array())
+        EXPECT_NE(note.string()->find("changing"), std::string::npos) << *note.string();
+    box.slowDownRsync(0);
+    backUp();
+    EXPECT_EQ(differences(box, box.tree(), box.copyOf(box.snapshots().at(1), box.tree())), "");
 }
 
 TEST_F(Tmutil, OldBackupsMakeWayAndAKillHarmsNone) {
