@@ -76,7 +76,8 @@ void SourceView::takeFrom(const std::string& volume, const std::vector<std::stri
     auto held = made.token.empty() ? std::nullopt : snapshots.hold(made.token);
     // Who may not have snapshots need not hear it every hour.
     if (!held && !made.forbidden)
-        notes.push_back("Saved files of different moments, without a local snapshot: " + made.trouble);
+        notes.push_back("Saved files of different moments, without a local snapshot: " +
+                        (made.token.empty() ? made.trouble : "it was removed"));
     SourcePlace place{{}, volume, held ? snapshots.pathOf(made.token) : ""};
     for (const std::string& source : sources) {
         const bool inside = held && isSameFile(source, pathInPlace(place, source));
