@@ -135,7 +135,7 @@ void BackupSandbox::slowDownRsync(int kilobytesPerSecond) const {
 MountedImage::MountedImage(const BackupSandbox& box, const std::string& type, std::string folder,
                            const std::string& options)
     : box_(box), folder_(std::move(folder)) {
-    constexpr std::uintmax_t bytes = std::uintmax_t{160} << 20; // btrfs makes none below 110 MB
+    constexpr std::uintmax_t bytes = std::uintmax_t{1} << 30; // of which the image takes what is written
     const std::string image = box.in(folder_.substr(folder_.rfind('/') + 1) + "." + type);
     writeFile(image, "");
     std::filesystem::resize_file(image, bytes);
