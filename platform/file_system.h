@@ -30,6 +30,9 @@ public:
     /// the path; none when unknown.
     [[nodiscard]] virtual std::optional<std::string> mountPointOf(const std::string& path) const = 0;
 
+    /// What the user calls the volume that is mounted at the path: its label; the path where it has none.
+    [[nodiscard]] virtual std::string displayName(const std::string& path) const = 0;
+
     /// Free bytes for ordinary users on the volume that holds the home folder; none when unknown.
     [[nodiscard]] virtual std::optional<std::int64_t> homeVolumeAvailableBytes() const = 0;
 

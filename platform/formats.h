@@ -18,7 +18,13 @@ public:
     /// Abbreviated date and short time: "Mar 5, 2026, 9:07 AM".
     [[nodiscard]] virtual std::string dateAndTime(Instant instant) const = 0;
 
-    /// The same with seconds: "Mar 5, 2026, 9:07:02 AM".
+    /// The same without the time: "Mar 5, 2026".
+    [[nodiscard]] virtual std::string abbreviatedDate(Instant instant) const = 0;
+
+    /// Abbreviated month and day, for scales: "Mar 5".
+    [[nodiscard]] virtual std::string monthAndDay(Instant instant) const = 0;
+
+    /// Date, time and seconds: "Mar 5, 2026, 9:07:02 AM".
     [[nodiscard]] virtual std::string dateAndTimeWithSeconds(Instant instant) const = 0;
 
     /// How far the instant is from `now`, either way, in one unit, with a name where there is one: "in 2

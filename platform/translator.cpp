@@ -9,10 +9,10 @@ namespace norvane {
 
 namespace {
 
-std::string oneDecimal(double number) {
+std::string rounded(double number, int decimals) {
     std::array<char, 384> buffer{}; // the largest double has 309 digits before the point
-    const auto result =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::fixed, 1);
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                      std::chars_format::fixed, decimals);
     return {buffer.data(), result.ptr};
 }
 
@@ -23,12 +23,14 @@ std::optional<std::string> filled(std::string_view placeholder, const FormatArgu
     if (const auto* integer = std::get_if<std::int64_t>(&argument); integer && placeholder == "%d")
         return std::to_string(*integer);
     if (const auto* real = std::get_if<double>(&argument); real && placeholder == "%.1f")
-        return oneDecimal(*real);
+        return rounded(*real, 1);
+    if (const auto* real = std::get_if<double>(&argument); real && placeholder == "%.0f")
+        return rounded(*real, 0);
     return std::nullopt;
 }
 
 std::string_view placeholderAt(std::string_view format) {
-    for (const std::string_view known : {"%%", "%@", "%d", "%.1f"}) {
+    for (const std::string_view known : {"%%", "%@", "%d", "%.1f", "%.0f"}) {
         if (format.starts_with(known))
             return known;
     }

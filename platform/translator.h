@@ -19,8 +19,9 @@ public:
 
 using FormatArgument = std::variant<std::string, std::int64_t, double>;
 
-/// Fills in the placeholders %@ (text), %d (integer) and %.1f (real, one decimal after a point) in order;
-/// "%%" stands for one percent sign. A placeholder without a fitting argument is left as it stands.
+/// Fills in the placeholders %@ (text), %d (integer) and %.1f (real, one decimal after a point) and %.0f
+/// (real, none; a half goes to the even neighbour) in order; "%%" stands for one percent sign. A placeholder
+/// without a fitting argument is left as it stands.
 [[nodiscard]] std::string fillIn(std::string_view format, std::initializer_list<FormatArgument> arguments);
 
 } // namespace norvane

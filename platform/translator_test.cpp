@@ -14,6 +14,7 @@ TEST(Translator, FillsInPlaceholdersInOrder) {
               "Größe: -3 of 7, 0.2% %d");
     EXPECT_EQ(fillIn("%.1f", {-1234567.96}), "-1234568.0");
     EXPECT_EQ(fillIn("%.1f", {std::numeric_limits<double>::max()}).size(), 311U);
+    EXPECT_EQ(fillIn("%.0f %.0f %.0f", {0.5, 1.5, -0.2}), "0 2 -0");
     EXPECT_EQ(fillIn("100%", {}), "100%");
 }
 

@@ -10,6 +10,7 @@ namespace {
 
 constexpr double tmutilTimeoutSeconds = 15;
 constexpr double defaultsTimeoutSeconds = 10;
+constexpr double deletionTimeoutSeconds = 30;
 constexpr auto preferencesPath = "/Library/Preferences/com.apple.TimeMachine.plist";
 constexpr auto settingsUrl = "x-apple.systempreferences:com.apple.Time-Machine-Settings.extension";
 
@@ -61,6 +62,11 @@ std::vector<TMUtil::LocalSnapshot> TMUtil::listLocalSnapshots(const std::string&
     if (!result || result->exitCode != 0)
         return {};
     return parseLocalSnapshots(result->stdout, calendar);
+}
+
+bool TMUtil::deleteLocalSnapshot(const std::string& token) const {
+    const auto result = runner_.run(tools_.tmutil, {"deletelocalsnapshots", token}, deletionTimeoutSeconds);
+    return result && result->exitCode == 0;
 }
 
 bool TMUtil::canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const {

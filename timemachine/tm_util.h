@@ -72,6 +72,8 @@ public:
     /// `tmutil listlocalsnapshots`, newest first; empty when it fails. The names are in the calendar's zone.
     [[nodiscard]] std::vector<LocalSnapshot> listLocalSnapshots(const std::string& volume,
                                                                 const Calendar& calendar) const;
+    /// `tmutil deletelocalsnapshots`; false when it fails. The token is a LocalSnapshot's.
+    [[nodiscard]] bool deleteLocalSnapshot(const std::string& token) const;
     /// Whether the endpoint accepts a connection within the time.
     [[nodiscard]] bool canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const;
 

@@ -49,6 +49,8 @@ TEST_F(TMUtilTest, RunsExactlyTheseCommands) {
     ran("/usr/bin/defaults export /Library/Preferences/com.apple.TimeMachine.plist -", 10);
     (void)tmUtil.listLocalSnapshots("/", *Calendar::inZone("UTC"));
     ran("/usr/bin/tmutil listlocalsnapshots /", 15);
+    (void)tmUtil.deleteLocalSnapshot("2024-05-01-101500");
+    ran("/usr/bin/tmutil deletelocalsnapshots 2024-05-01-101500", 30);
     (void)tmUtil.autoBackupEnabled();
     ran("/usr/bin/defaults read /Library/Preferences/com.apple.TimeMachine.plist AutoBackup", 10);
 }
@@ -61,6 +63,7 @@ TEST_F(TMUtilTest, AFailingToolGivesTheNeutralValue) {
         EXPECT_TRUE(tmUtil.destinationStatuses().empty());
         EXPECT_EQ(tmUtil.autoBackupEnabled(), std::nullopt);
         EXPECT_EQ(tmUtil.startBackup(), answer);
+        EXPECT_FALSE(tmUtil.deleteLocalSnapshot("2024-05-01-101500"));
     }
     runner.answer = CommandResult{1, "Name : Disk\n", ""};
     EXPECT_EQ(tmUtil.destinationSummary().name, "Disk") << "whatever the exit code";

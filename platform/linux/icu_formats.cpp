@@ -68,6 +68,13 @@ std::string weekdayText(const icu::Locale& locale, Width width, int weekday) {
     return weekday >= 1 && weekday < count ? utf8(names[weekday]) : std::string();
 }
 
+/// With these fields in the locale's order; null when it has no such form.
+std::unique_ptr<icu::DateFormat> dateFormatOf(const char* fields, const icu::Locale& locale) {
+    UErrorCode error = U_ZERO_ERROR;
+    return std::unique_ptr<icu::DateFormat>(
+        icu::DateFormat::createInstanceForSkeleton(fields, locale, error));
+}
+
 constexpr double secondsPerHour = 3600;
 constexpr double longestTime = 1e12;
 
@@ -111,6 +118,9 @@ struct IcuFormats::Formatters {
         icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kShort, locale)};
     std::unique_ptr<icu::DateFormat> dateAndSeconds{
         icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kMedium, locale)};
+    std::unique_ptr<icu::DateFormat> date{
+        icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, locale)};
+    std::unique_ptr<icu::DateFormat> monthAndDay = dateFormatOf("MMMd", locale);
 };
 
 IcuFormats::IcuFormats() : formatters_(std::make_unique<Formatters>()) {}
@@ -122,6 +132,14 @@ std::string IcuFormats::shortTime(Instant instant) const {
 
 std::string IcuFormats::dateAndTime(Instant instant) const {
     return formatted(formatters_->dateAndTime.get(), instant);
+}
+
+std::string IcuFormats::abbreviatedDate(Instant instant) const {
+    return formatted(formatters_->date.get(), instant);
+}
+
+std::string IcuFormats::monthAndDay(Instant instant) const {
+    return formatted(formatters_->monthAndDay.get(), instant);
 }
 
 std::string IcuFormats::dateAndTimeWithSeconds(Instant instant) const {

@@ -16,6 +16,8 @@ public:
 
     [[nodiscard]] std::string shortTime(Instant instant) const override;
     [[nodiscard]] std::string dateAndTime(Instant instant) const override;
+    [[nodiscard]] std::string abbreviatedDate(Instant instant) const override;
+    [[nodiscard]] std::string monthAndDay(Instant instant) const override;
     [[nodiscard]] std::string dateAndTimeWithSeconds(Instant instant) const override;
     [[nodiscard]] std::string relativeTime(Instant instant, Instant now) const override;
     [[nodiscard]] bool uses24Hours() const override;

@@ -28,9 +28,12 @@ TEST(IcuFormats, DatesAndTimesFollowTheLocale) {
         const InLocale locale("en_US");
         EXPECT_EQ(IcuFormats().shortTime(morning), "9:07\u202FAM");
         EXPECT_EQ(IcuFormats().dateAndTime(morning), "Mar 5, 2026, 9:07\u202FAM");
+        EXPECT_EQ(IcuFormats().abbreviatedDate(morning), "Mar 5, 2026");
+        EXPECT_EQ(IcuFormats().monthAndDay(morning), "Mar 5");
     }
     const InLocale locale("de");
     EXPECT_EQ(IcuFormats().dateAndTime(morning), "05.03.2026, 09:07");
+    EXPECT_EQ(IcuFormats().monthAndDay(morning), "5. März");
     EXPECT_FALSE(IcuFormats().dateAndTime(distantFuture).empty());
 }
 

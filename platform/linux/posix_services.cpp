@@ -14,6 +14,7 @@
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/mount_table.h"
+#include "platform/linux/volume_label.h"
 
 namespace norvane {
 
@@ -74,6 +75,13 @@ bool PosixFileSystem::exists(const std::string& path) const {
 std::optional<std::string> PosixFileSystem::mountPointOf(const std::string& path) const {
     const auto mount = mountHolding(mountTableText(), path);
     return mount ? std::optional(mount->folder) : std::nullopt;
+}
+
+std::string PosixFileSystem::displayName(const std::string& path) const {
+    const auto mount = mountHolding(mountTableText(), path);
+    const auto label =
+        mount && mount->folder == path ? volumeLabel("/dev/disk/by-label", mount->source) : std::nullopt;
+    return label.value_or(path);
 }
 
 std::optional<std::int64_t> PosixFileSystem::homeVolumeAvailableBytes() const {

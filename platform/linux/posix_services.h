@@ -16,6 +16,7 @@ public:
     /// Asks a child process, for 150 ms at most, what lies below the root of a mount that may never answer.
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] std::optional<std::string> mountPointOf(const std::string& path) const override;
+    [[nodiscard]] std::string displayName(const std::string& path) const override;
     [[nodiscard]] std::optional<std::int64_t> homeVolumeAvailableBytes() const override;
     [[nodiscard]] std::optional<std::vector<FolderEntry>> list(const std::string& folder) const override;
 

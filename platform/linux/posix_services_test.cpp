@@ -8,6 +8,7 @@
 
 #include "platform/linux/linux_tool_paths.h"
 #include "platform/linux/system_clock.h"
+#include "platform/linux/volume_label.h"
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
@@ -61,6 +62,24 @@ TEST(PosixFileSystem, TellsWhatIsThere) {
     EXPECT_LT(std::abs(secondsBetween(entries->front().created.value_or(distantPast), SystemClock().now())),
               60);
     EXPECT_EQ(files.list(folder.path + "/none"), std::nullopt);
+}
+
+TEST(PosixFileSystem, CallsAVolumeByItsLabel) {
+    const TemporaryFolder folder;
+    const std::string device = folder.path + "/sda1";
+    std::ofstream(device) << "";
+    std::filesystem::create_directory(folder.path + "/by-label");
+    std::filesystem::create_symlink("../sdb1", folder.path + "/by-label/gone");
+    EXPECT_EQ(volumeLabel(folder.path + "/by-label", device), std::nullopt);
+    std::filesystem::create_symlink("../sda1", folder.path + "/by-label/My\\x20Disk");
+    EXPECT_EQ(volumeLabel(folder.path + "/by-label", device), "My Disk");
+    EXPECT_EQ(volumeLabel(folder.path + "/by-label", folder.path + "/none"), std::nullopt);
+    EXPECT_EQ(volumeLabel(folder.path + "/none", device), std::nullopt);
+
+    EXPECT_EQ(decodedLabel(R"(a\xc3\xa4\x)"), "aä\\x");
+    EXPECT_EQ(decodedLabel(R"(\x2g\x5cx20)"), R"(\x2g\x20)");
+    EXPECT_EQ(PosixFileSystem(folder.path).displayName(folder.path), folder.path) << "no volume";
+    EXPECT_NE(PosixFileSystem(folder.path).displayName("/"), "");
 }
 
 TEST(ToolPaths, TheSystemsToolsComeFirst) {

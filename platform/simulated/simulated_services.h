@@ -30,12 +30,16 @@ struct SimulatedFileSystem final : FileSystem {
     std::set<std::string> mountPoints; ///< Of disks; a path belongs to the one that it equals.
     std::optional<std::int64_t> homeAvailableBytes = 500'000'000'000;
     std::map<std::string, std::vector<FolderEntry>> folders;
+    std::string startupVolumeName = "Startup Disk";
 
     bool exists(const std::string& path) const override { return paths.contains(path); }
     std::optional<std::string> mountPointOf(const std::string& path) const override {
         return mountPoints.contains(path) ? path : "/";
     }
     std::optional<std::int64_t> homeVolumeAvailableBytes() const override { return homeAvailableBytes; }
+    std::string displayName(const std::string& path) const override {
+        return path == "/" ? startupVolumeName : path;
+    }
     std::optional<std::vector<FolderEntry>> list(const std::string& folder) const override {
         const auto found = folders.find(folder);
         return found == folders.end() ? std::nullopt : std::optional(found->second);
@@ -181,9 +185,15 @@ struct SimulatedLogFile final : LogFile {
 struct SimulatedFormats final : Formats {
     std::string shortTime(Instant instant) const override { return "T" + clockTime(instant); }
     std::string dateAndTime(Instant instant) const override {
+        return abbreviatedDate(instant) + " " + clockTime(instant);
+    }
+    std::string abbreviatedDate(Instant instant) const override {
         const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(instant));
-        return "D" + std::to_string(static_cast<int>(day.year())) + "-" + twoDigits(unsigned(day.month())) +
-               "-" + twoDigits(unsigned(day.day())) + " " + clockTime(instant);
+        return "D" + std::to_string(static_cast<int>(day.year())) + "-" + monthAndDay(instant);
+    }
+    std::string monthAndDay(Instant instant) const override {
+        const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(instant));
+        return twoDigits(unsigned(day.month())) + "-" + twoDigits(unsigned(day.day()));
     }
     std::string dateAndTimeWithSeconds(Instant instant) const override {
         const auto time = std::chrono::floor<std::chrono::seconds>(instant.time_since_epoch());

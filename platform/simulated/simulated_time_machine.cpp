@@ -38,6 +38,8 @@ std::optional<CommandResult> SimulatedTimeMachine::run(const std::string& execut
     catchUp();
     if (executablePath.ends_with("/defaults"))
         return defaults(arguments);
+    if (arguments.front() == "deletelocalsnapshots" && arguments.size() == 2)
+        return deleteLocalSnapshot(arguments[1]);
     if (arguments.front() != "status")
         commands.push_back("tmutil " + arguments.front());
     return tmutil(arguments.front());
@@ -61,7 +63,16 @@ CommandResult SimulatedTimeMachine::tmutil(const std::string& verb) const {
             startedAt_.reset();
         return {};
     }
+    if (verb == "listlocalsnapshots")
+        return {0, localSnapshotsText(), ""};
     return {64, "", "tmutil: unknown verb\n"};
+}
+
+CommandResult SimulatedTimeMachine::deleteLocalSnapshot(const std::string& token) const {
+    commands.push_back("tmutil deletelocalsnapshots " + token);
+    if (undeletable.contains(token) || std::erase(localSnapshots, token) == 0)
+        return {1, "", "tmutil: the snapshot could not be deleted\n"};
+    return {};
 }
 
 CommandResult SimulatedTimeMachine::defaults(const std::vector<std::string>& arguments) const {
@@ -125,6 +136,13 @@ std::string SimulatedTimeMachine::destinationText() const {
     if (!mountPoint.empty())
         text += "Mount Point   : " + mountPoint + "\n";
     return text + "ID            : 0C2A86A8-5C8C-4F5F-93C4-2C2D4B1F4E11\n";
+}
+
+std::string SimulatedTimeMachine::localSnapshotsText() const {
+    std::string text = "Snapshots for disk /:\n";
+    for (const std::string& token : localSnapshots)
+        text += "com.apple.TimeMachine." + token + ".local\n";
+    return text;
 }
 
 PropertyList SimulatedTimeMachine::destinationEntry(const std::vector<Instant>& snapshots) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -42,6 +43,10 @@ public:
     bool preferencesReadable = true;
     bool autoBackup = false;
 
+    // The startup disk.
+    mutable std::vector<std::string> localSnapshots; ///< Their tokens, in the order to list them.
+    std::set<std::string> undeletable;               ///< Tokens of those that cannot be deleted.
+
     // How the next backups go.
     double backupSeconds = 300;
     std::int64_t backupBytes = 1'000'000'000;
@@ -60,6 +65,8 @@ public:
 
 private:
     CommandResult tmutil(const std::string& verb) const;
+    [[nodiscard]] std::string localSnapshotsText() const;
+    CommandResult deleteLocalSnapshot(const std::string& token) const;
     CommandResult defaults(const std::vector<std::string>& arguments) const;
     [[nodiscard]] std::string statusText() const;
     [[nodiscard]] std::string destinationText() const;
