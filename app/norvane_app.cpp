@@ -91,7 +91,10 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
     notifications_->onAnswer(answers());
 }
 
-void NorvaneApp::reopened() { eventLog_.log("Reopened from Finder/Dock — opening Health window"); }
+void NorvaneApp::reopened() {
+    eventLog_.log("Reopened from Finder/Dock — opening Health window");
+    health_.open();
+}
 
 ControllerServices NorvaneApp::services() {
     return {.clock = clock_,
@@ -135,6 +138,22 @@ SettingsActions NorvaneApp::settingsActions() {
             .showSetupGuide = [] {}};
 }
 
+HealthServices NorvaneApp::healthServices() {
+    return {.controller = controller_,
+            .clock = clock_,
+            .timers = timers_,
+            .formats = formats_,
+            .translator = texts_,
+            .workspace = workspace_,
+            .calendar = Calendar::current,
+            .website = NORVANE_WEBSITE};
+}
+
+HealthActions NorvaneApp::healthActions() {
+    return {.openActivity = [this] { settings_.openOn(SettingsTab::activity); },
+            .openLocalSnapshots = [this] { localSnapshots_.open(); }};
+}
+
 std::unique_ptr<UpdateService> NorvaneApp::updateService() {
     return std::make_unique<HttpsUpdateService>(
         UpdateFeed{.url = NORVANE_UPDATE_FEED, .ownVersion = NORVANE_VERSION}, defaults_, clock_, timers_,
@@ -164,7 +183,7 @@ NotificationAnswers NorvaneApp::answers() {
 
 void NorvaneApp::opened(const std::string& matter) {
     if (matter != updateMatter)
-        reopened();
+        health_.open();
     else if (!updatePage_.empty())
         workspace_.openUrl(updatePage_);
 }
@@ -174,6 +193,8 @@ ApplicationActions NorvaneApp::actions() {
     const auto pauseFor = [this](double seconds) { controller_.pause(plusSeconds(clock_.now(), seconds)); };
     ApplicationActions actions{[this] { reopened(); },
                                {{"panel", [this] { panel_.showAsWindow(); }},
+                                {"health", [this] { health_.open(); }},
+                                {"snapshots", [this] { localSnapshots_.open(); }},
                                 {"settings", [this] { settings_.open(); }},
                                 {"back-up-now", [this] { controller_.requestBackup(false); }},
                                 {"stop", [this] { controller_.stopBackup(); }},

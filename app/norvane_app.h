@@ -28,6 +28,8 @@
 #include "platform/linux/tcp_network_probe.h"
 #include "platform/linux/time_zone_watch.h"
 #include "platform/linux/user_defaults_file.h"
+#include "ui/health_window.h"
+#include "ui/local_snapshots_window.h"
 #include "ui/panel.h"
 #include "ui/settings_window.h"
 #include "ui/theme_updater.h"
@@ -78,6 +80,8 @@ private:
     void tellOfUpdate(const UpdateResult& result);
     [[nodiscard]] SettingsServices settingsServices();
     [[nodiscard]] SettingsActions settingsActions();
+    [[nodiscard]] HealthServices healthServices();
+    [[nodiscard]] HealthActions healthActions();
     [[nodiscard]] ApplicationActions actions();
     [[nodiscard]] NotificationAnswers answers();
     void opened(const std::string& matter);
@@ -116,9 +120,13 @@ private:
     UiEngine uiEngine_{theme_, texts_};
     NotificationCenter notificationCenter_;
     SettingsWindow settings_;
-    Panel panel_{uiEngine_,
-                 {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},
-                 {[this] { reopened(); }, [this] { settings_.open(); }, [] { QCoreApplication::quit(); }}};
+    LocalSnapshotsWindow localSnapshots_{
+        uiEngine_, {background_, tmUtil_, files_, texts_, Calendar::current}, {clock_, timers_, formats_}};
+    HealthWindow health_{uiEngine_, healthServices(), healthActions()};
+    Panel panel_{
+        uiEngine_,
+        {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},
+        {[this] { health_.open(); }, [this] { settings_.open(); }, [] { QCoreApplication::quit(); }}};
     StatusNotifierItem trayItem_;
     TrayPresenter trayPresenter_;
     ApplicationInterface interface_;

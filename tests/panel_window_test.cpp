@@ -1,68 +1,12 @@
 // The panel in a real window: what it reads like, and what its controls do.
-#include <gtest/gtest.h>
-
-#include "tests/ui_driver.h"
+#include "tests/window_test.h"
 
 namespace norvane {
 namespace {
 
-using Lines = std::vector<std::string>;
-
-std::string joined(const Lines& lines) {
-    std::string text;
-    for (const std::string& line : lines)
-        text += line + "\n";
-    return text;
-}
-
-class PanelWindow : public testing::Test {
+class PanelWindow : public WindowTest {
 protected:
-    static void TearDownTestSuite() {
-        driver_.reset();
-        bus_.reset();
-    }
-    void SetUp() override {
-        if (const auto missing = UiDriver::missingProgram())
-            GTEST_SKIP() << *missing << " is not installed";
-        if (driver_)
-            return;
-        bus_.emplace(); // here and not for the suite, whose failures the test runner takes for skipped tests
-        driver_.emplace(*bus_);
-    }
-
-    static UiDriver& user() { return *driver_; }
-
-    /// A program whose panel shows the state.
-    static PeerProcess show(const std::string& state) {
-        return PeerProcess({NORVANE_BIN_DIR "/tests/show_state", state}, user().variables());
-    }
     static bool waitForPanel() { return user().waitFor("push button", "Quit Norvane").has_value(); }
-
-    /// Presses Tab until the focus is where it began; the names of what had it.
-    static Lines tabStops() {
-        Lines names;
-        for (int i = 0; i < 20; ++i) {
-            const auto before = user().focused();
-            user().type("Tab");
-            (void)eventually([&] { return differs(before, user().focused()); }, 1);
-            const auto element = user().focused();
-            if (!element || (!names.empty() && element->path == first_))
-                break;
-            if (names.empty())
-                first_ = element->path;
-            names.push_back(element->name);
-        }
-        return names;
-    }
-
-private:
-    static bool differs(const std::optional<Element>& a, const std::optional<Element>& b) {
-        return b && (!a || a->path != b->path);
-    }
-
-    static inline QString first_;
-    static inline std::optional<PrivateBus> bus_;
-    static inline std::optional<UiDriver> driver_;
 };
 
 const Lines footer = {"push button \"Backup Health\"", "push button \"Settings\"",
@@ -299,10 +243,7 @@ TEST_F(PanelWindow, WorksByKeyboardAlone) {
     user().type("Escape");
     ASSERT_TRUE(user().waitUntilGone("menu item", "For 3 Hours"));
     ASSERT_TRUE(user().find("push button", "Pause")) << "Escape closed the panel with the menu";
-    EXPECT_TRUE(eventually([] {
-        const auto now = user().focused();
-        return now && now->name == "Pause";
-    })) << "the focus did not return";
+    EXPECT_TRUE(focusIsOn("Pause")) << "the focus did not return";
 
     user().type("Return");
     ASSERT_TRUE(user().waitFor("menu item", "For 1 Hour"));

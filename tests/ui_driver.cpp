@@ -156,6 +156,12 @@ UiDriver::UiDriver(const PrivateBus& bus)
                        "XDG_RUNTIME_DIR=" + runtimeFolder_.path(), "LC_ALL=C.UTF-8", "LANGUAGE=en",
                        "TZ=UTC"});
     windowManager_.emplace(std::vector<std::string>{"openbox", "--sm-disable"}, variables_);
+    // A window that is shown while the manager takes over stays without its content.
+    const auto managed = [this] {
+        return PeerProcess({"xdotool", "get_num_desktops"}, variables_).waitForExit() == 0;
+    };
+    if (!eventually(managed))
+        throw std::runtime_error("no window manager: " + windowManager_->output());
     launcher_.emplace(std::vector<std::string>{launcherProgram, "--launch-immediately"}, variables_);
     if (bus.waitForName(launcherService))
         accessibility_ = accessibilityBus(bus);

@@ -3,13 +3,16 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
 #include <cstdio>
 
 #include "platform/linux/icu_formats.h"
+#include "tests/screenshots/health_states.h"
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/settings_states.h"
+#include "tests/screenshots/snapshots_states.h"
 #include "ui/panel_view_model.h"
 #include "ui/tray_presenter.h"
 #include "ui/ui_engine.h"
@@ -56,6 +59,52 @@ bool photographSettings(UiEngine& engine, const screenshots::SettingsState& stat
         state.change(scene);
     letTheWindowSettle();
     screenshots::scrollTo(*window->contentItem(), state.scrolled);
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+bool photographHealth(UiEngine& engine, const screenshots::HealthState& state, const QString& path) {
+    SimulatedMachine machine(screenshots::thatMorning);
+    SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
+    const IcuFormats formats;
+    program.formats = &formats;
+    state.reach(machine, program);
+    HealthViewModel model(screenshots::healthServices(machine, program), {});
+    if (state.reads)
+        model.refresh();
+    machine.time.advance(1);
+    model.opened();
+    const auto window = engine.makeWindow("HealthWindow", {{"model", QVariant::fromValue(&model)}});
+    if (!window)
+        return false;
+    window->show();
+    letTheWindowSettle();
+    screenshots::scrollTo(*window->contentItem(), state.scrolled);
+    window->requestActivate();
+    for (const int key : state.keys) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QGuiApplication::sendEvent(window.get(), &press);
+    }
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+bool photographSnapshots(UiEngine& engine, const screenshots::SnapshotsState& state, const QString& path) {
+    SimulatedMachine machine(screenshots::thatMorning);
+    const SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
+    const IcuFormats formats;
+    state.reach(machine);
+    LocalSnapshotsViewModel model(screenshots::snapshotsServices(machine, program.tmUtil),
+                                  {machine.time, machine.time, formats});
+    model.opened();
+    if (state.reads)
+        machine.time.advance(1);
+    const auto window = engine.makeWindow("LocalSnapshotsWindow", {{"model", QVariant::fromValue(&model)}});
+    if (!window)
+        return false;
+    window->show();
+    if (state.act)
+        state.act(machine, model);
     letTheWindowSettle();
     return window->grabWindow().save(path);
 }
@@ -136,6 +185,8 @@ int main(int argc, char** argv) {
     };
     photograph("panel", screenshots::panelStates(), photographPanel);
     photograph("settings", screenshots::settingsStates(), photographSettings);
+    photograph("health", screenshots::healthStates(), photographHealth);
+    photograph("snapshots", screenshots::snapshotsStates(), photographSnapshots);
     if (!complete)
         std::fputs("some pictures are missing\n", stderr);
     return complete ? 0 : 1;

@@ -1,11 +1,15 @@
-// show_state NAME [dark]: the panel in one of its states, in a window that works. What the program was asked
-// to do is printed, one line each.
+// show_state NAME [dark]: a window in one of its states, and working: the panel, or by names that begin so
+// "health-" and "snapshots-". What the program was asked to do is printed, one line each.
 #include <QGuiApplication>
 #include <QTimer>
 #include <cstdio>
 
 #include "platform/linux/icu_formats.h"
+#include "tests/screenshots/health_states.h"
 #include "tests/screenshots/panel_states.h"
+#include "tests/screenshots/snapshots_states.h"
+#include "ui/health_window.h"
+#include "ui/local_snapshots_window.h"
 #include "ui/panel.h"
 
 namespace {
@@ -33,7 +37,6 @@ public:
           emails_(machine.emailComposer.composed.size()) {}
 
     void look() {
-        machine_.time.settle();
         printNew(machine_.timeMachine.commands, commands_, print);
         printNew(machine_.workspace.opened, urls_, [](const std::string& url) { print("opened " + url); });
         printNew(machine_.emailComposer.composed, emails_,
@@ -51,11 +54,75 @@ private:
     std::size_t emails_;
 };
 
-const screenshots::PanelState* stateOf(const std::string& name) {
-    for (const screenshots::PanelState& state : screenshots::panelStates())
-        if (state.name == name)
-            return &state;
-    return nullptr;
+/// A machine, and the program on it.
+struct Stage {
+    Stage() { program.formats = &formats; }
+
+    SimulatedMachine machine{screenshots::thatMorning};
+    SimulatedProgram program{machine, machine.timeMachine, machine.defaults};
+    const IcuFormats formats;
+    Theme theme{QGuiApplication::arguments().value(2) == "dark", QColor::fromRgbF(1.0F, 0.42F, 0.1F)};
+    UiEngine engine{theme, machine.texts};
+};
+
+/// Until the program is quit. At each look, 50 times a second, this much simulated time passes.
+int runProgram(Stage& stage, double secondsPerLook) {
+    Witness witness(stage.machine);
+    constexpr int milliseconds = 20;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        stage.machine.time.advance(secondsPerLook);
+        witness.look();
+    });
+    timer.start(milliseconds);
+    return QGuiApplication::exec();
+}
+
+constexpr double slowly = 0.002; // tools answer, but the texts that tell of times stay for minutes
+
+int show(const screenshots::PanelState& state) {
+    Stage stage;
+    state.reach(stage.machine, stage.program);
+    stage.machine.time.settle();
+    Panel panel(stage.engine,
+                {*stage.program.controller, stage.machine.time, stage.formats, stage.machine.texts,
+                 stage.program.tmUtil, stage.program.crashReporter},
+                {[] { print("health"); }, [] { print("settings"); }, [] { QGuiApplication::quit(); }});
+    panel.toggleAt(QPoint(500, 100));
+    return runProgram(stage, 0);
+}
+
+int show(const screenshots::HealthState& state) {
+    Stage stage;
+    state.reach(stage.machine, stage.program);
+    HealthWindow window(stage.engine, screenshots::healthServices(stage.machine, stage.program),
+                        {[] { print("activity"); }, [] { print("snapshots"); }});
+    window.open();
+    stage.machine.time.advance(state.reads ? 1 : 0);
+    if (state.later)
+        state.later(stage.machine);
+    return runProgram(stage, slowly);
+}
+
+int show(const screenshots::SnapshotsState& state) {
+    Stage stage;
+    state.reach(stage.machine);
+    LocalSnapshotsWindow window(stage.engine,
+                                screenshots::snapshotsServices(stage.machine, stage.program.tmUtil),
+                                {stage.machine.time, stage.machine.time, stage.formats});
+    window.open();
+    stage.machine.time.advance(1);
+    return runProgram(stage, slowly);
+}
+
+/// The exit code; none when no state is called so.
+template <class State>
+std::optional<int> showOneOf(const std::vector<State>& states, const std::string& prefix,
+                             const std::string& name) {
+    for (const State& state : states)
+        if (prefix + state.name == name)
+            return show(state);
+    return std::nullopt;
 }
 
 } // namespace
@@ -63,31 +130,13 @@ const screenshots::PanelState* stateOf(const std::string& name) {
 int main(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QGuiApplication application(argc, argv);
-    const QStringList arguments = QGuiApplication::arguments();
-    const auto* state = stateOf(arguments.value(1).toStdString());
-    if (!state) {
-        std::fputs("usage: show_state NAME [dark]\n", stderr);
-        return 2;
-    }
-    SimulatedMachine machine(screenshots::thatMorning);
-    SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
-    const IcuFormats formats;
-    program.formats = &formats;
-    state->reach(machine, program);
-    machine.time.settle();
-
-    Theme theme(arguments.value(2) == "dark", QColor::fromRgbF(1.0F, 0.42F, 0.1F));
-    UiEngine engine(theme, machine.texts);
-    Panel panel(
-        engine,
-        {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
-        {[] { print("health"); }, [] { print("settings"); }, [] { QGuiApplication::quit(); }});
-    panel.toggleAt(QPoint(500, 100));
-
-    Witness witness(machine);
-    constexpr int milliseconds = 20;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] { witness.look(); });
-    timer.start(milliseconds);
-    return QGuiApplication::exec();
+    const std::string name = QGuiApplication::arguments().value(1).toStdString();
+    if (const auto code = showOneOf(screenshots::panelStates(), "", name))
+        return *code;
+    if (const auto code = showOneOf(screenshots::healthStates(), "health-", name))
+        return *code;
+    if (const auto code = showOneOf(screenshots::snapshotsStates(), "snapshots-", name))
+        return *code;
+    std::fputs("usage: show_state NAME [dark]\n", stderr);
+    return 2;
 }

@@ -6,6 +6,9 @@ Flickable {
     id: form
 
     default property alias sections: column.data
+    property real inset: 16
+    property real verticalInset: 14
+    property alias spacing: column.spacing
     readonly property Item focused: Window.activeFocusItem
 
     contentWidth: width
@@ -36,8 +39,8 @@ Flickable {
     Column {
         id: column
 
-        x: 16
-        y: 14
+        x: form.inset
+        y: form.verticalInset
         width: form.width - 2 * x
         spacing: 16
     }

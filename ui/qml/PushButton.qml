@@ -9,7 +9,7 @@ BaseButton {
     property bool prominent: false
     property color tint: Theme.accent
     property bool small: false
-    readonly property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : Theme.onTint) : Theme.primary
+    property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : Theme.onTint) : Theme.primary
 
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 44)
     implicitHeight: small ? Theme.smallControlHeight : Theme.controlHeight

@@ -1,0 +1,32 @@
+#include "ui/kept_window.h"
+
+#include <QScreen>
+#include <utility>
+
+namespace norvane {
+
+KeptWindow::KeptWindow(UiEngine& engine, QString component, QVariant model, Appearance appearance)
+    : engine_(engine), component_(std::move(component)), model_(std::move(model)),
+      appearance_(std::move(appearance)) {}
+
+void KeptWindow::open() {
+    if (!window_)
+        make();
+    if (!window_)
+        return;
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
+}
+
+void KeptWindow::make() {
+    window_ = engine_.makeWindow(component_, {{"model", model_}});
+    if (!window_)
+        return;
+    QObject::connect(window_.get(), &QWindow::visibleChanged, window_.get(),
+                     [this](bool visible) { visible ? appearance_.opened() : appearance_.closed(); });
+    const QRect screen = window_->screen()->availableGeometry();
+    window_->setPosition(screen.center() - QRect({}, window_->size()).center());
+}
+
+} // namespace norvane

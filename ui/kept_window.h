@@ -1,0 +1,38 @@
+// A window over one model: made in the middle of the screen when it is first shown, hidden when it is closed,
+// and kept.
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+
+#include "ui/ui_engine.h"
+
+namespace norvane {
+
+/// Main thread only.
+class KeptWindow {
+public:
+    /// What the model does when the window appears and when it is gone.
+    struct Appearance {
+        std::function<void()> opened;
+        std::function<void()> closed;
+    };
+
+    /// `component`: of ui/qml, with a property "model". The model must outlive the window.
+    KeptWindow(UiEngine& engine, QString component, QVariant model, Appearance appearance);
+
+    /// Shows it, in front of others.
+    void open();
+
+private:
+    void make();
+
+    UiEngine& engine_;
+    const QString component_;
+    const QVariant model_;
+    const Appearance appearance_;
+    std::unique_ptr<QQuickWindow> window_;
+};
+
+} // namespace norvane
