@@ -122,6 +122,14 @@ TEST(Windows, OpenFromTheProgramAndFromEachOther) {
     EXPECT_TRUE(driver.waitFor("push button", "Open Log File")) << describe(driver.elements());
     user.action("snapshots");
     EXPECT_TRUE(opens("Local Snapshots")) << "in front of the others";
+
+    // A real backup, told of without being asked.
+    EXPECT_FALSE(driver.find("list", "LATEST ATTEMPTS"));
+    user.shell("echo text > '" + user.source() + "/file'");
+    user.action("back-up-now");
+    ASSERT_TRUE(user.waitForLog("Backup finished — snapshot verified", 60)) << user.log();
+    EXPECT_TRUE(driver.waitFor("list", "LATEST ATTEMPTS")) << describe(driver.elements());
+    EXPECT_TRUE(driver.find("heading", "Backups are healthy"));
     user.action("quit");
     EXPECT_EQ(user.waitForExit(program, 30), 0);
 }
