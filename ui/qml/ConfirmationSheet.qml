@@ -16,7 +16,7 @@ Rectangle {
     signal cancelled
 
     visible: title !== ""
-    color: Theme.faded("black", 0.35)
+    color: Theme.faded(Theme.shade, 0.35)
     Accessible.role: Accessible.Dialog
     Accessible.name: title
     onVisibleChanged: visible ? takeFocus() : giveFocusBack()
