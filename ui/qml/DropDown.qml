@@ -9,6 +9,7 @@ T.ComboBox {
     required property string label
     required property var choices
     required property var value
+    property bool opening: false
 
     signal picked(var value)
 
@@ -23,8 +24,16 @@ T.ComboBox {
     Accessible.description: displayText
     onActivated: index => picked(choices[index].value)
 
-    Keys.onReturnPressed: popup.open()
-    Keys.onEnterPressed: popup.open()
+    // The release of the key would take the highlighted choice at once, were the list open by then.
+    Keys.onReturnPressed: opening = !popup.visible
+    Keys.onEnterPressed: opening = !popup.visible
+    Keys.onReleased: event => {
+        if (!opening || event.isAutoRepeat)
+            return
+        opening = false
+        event.accepted = true
+        popup.open()
+    }
 
     TextMetrics {
         id: widest
