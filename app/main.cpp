@@ -7,8 +7,10 @@
 #include <thread>
 
 #include "app/dbus_instances.h"
+#include "app/disk_image_alert.h"
 #include "app/norvane_app.h"
 #include "platform/linux/crash_handler.h"
+#include "platform/linux/program_place.h"
 #include "platform/linux/user_folders.h"
 
 namespace {
@@ -48,8 +50,11 @@ int main(int argc, char** argv) {
     norvane::DBusInstances instances;
     if (!norvane::becomesTheInstance(instances, sleepFor))
         return EXIT_SUCCESS;
+    if (norvane::runsFromDiskImage())
+        return norvane::runDiskImageAlert();
 
     std::optional<norvane::NorvaneApp> app(std::in_place, folders);
+    app->performStartupAction();
     const int status = QGuiApplication::exec();
     // A tool that hangs would keep a thread, and so the end of the program, waiting for its time limit.
     if (!app->settle())

@@ -10,7 +10,6 @@
 #include "platform/linux/autostart_file.h"
 #include "platform/linux/dbus_notifications.h"
 #include "platform/linux/desktop_portal.h"
-#include "platform/linux/linux_tool_paths.h"
 #include "platform/linux/portal_login_item.h"
 #include "platform/linux/portal_notifications.h"
 #include "platform/linux/process_language.h"
@@ -95,6 +94,11 @@ void NorvaneApp::reopened() {
     eventLog_.log("Reopened from Finder/Dock — opening Health window");
     health_.open();
 }
+void NorvaneApp::performStartupAction() {
+    if (hasDisplay() && !SettingsStore(defaults_).onboardingDone())
+        openOnboardingWindow();
+}
+
 
 ControllerServices NorvaneApp::services() {
     return {.clock = clock_,
@@ -135,7 +139,7 @@ SettingsActions NorvaneApp::settingsActions() {
     return {.relaunch = {.startNewInstance =
                              [] { QProcess::startDetached(QString::fromStdString(programPath()), {}); },
                          .quit = [] { QCoreApplication::quit(); }},
-            .showSetupGuide = [] {}};
+            .showSetupGuide = [this] { openOnboardingWindow(); }};
 }
 
 HealthServices NorvaneApp::healthServices() {
@@ -196,6 +200,7 @@ ApplicationActions NorvaneApp::actions() {
                                 {"health", [this] { health_.open(); }},
                                 {"snapshots", [this] { localSnapshots_.open(); }},
                                 {"settings", [this] { settings_.open(); }},
+                                {"onboarding", [this] { openOnboardingWindow(); }},
                                 {"back-up-now", [this] { controller_.requestBackup(false); }},
                                 {"stop", [this] { controller_.stopBackup(); }},
                                 {"skip-next", [this] { controller_.skipNext(); }},

@@ -19,6 +19,7 @@
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/linux_process_activity.h"
 #include "platform/linux/linux_system_events.h"
+#include "platform/linux/linux_tool_paths.h"
 #include "platform/linux/portal_appearance.h"
 #include "platform/linux/posix_services.h"
 #include "platform/linux/qt_background.h"
@@ -30,6 +31,8 @@
 #include "platform/linux/user_defaults_file.h"
 #include "ui/health_window.h"
 #include "ui/local_snapshots_window.h"
+#include "ui/english_texts.h"
+#include "ui/onboarding_window.h"
 #include "ui/panel.h"
 #include "ui/settings_window.h"
 #include "ui/theme_updater.h"
@@ -38,14 +41,6 @@
 #include "ui/updater_view_model.h"
 
 namespace norvane {
-
-/// English texts as they are; translations are looked up here once there are any.
-class EnglishTexts final : public Translator {
-public:
-    [[nodiscard]] std::string translate(std::string_view englishText) const override {
-        return std::string(englishText);
-    }
-};
 
 /// The folders that the program writes to; made here, because nothing else makes them.
 class ProgramFolders {
@@ -67,6 +62,10 @@ class NorvaneApp {
 public:
     explicit NorvaneApp(const ProgramFolders& folders);
 
+    /// The tray item is there: whoever has not finished the setup guide sees it. Not without a display, where
+    /// the window would cost memory and nobody could finish it.
+    void performStartupAction();
+
     /// The user opened the running program again.
     void reopened();
 
@@ -82,6 +81,7 @@ private:
     [[nodiscard]] SettingsActions settingsActions();
     [[nodiscard]] HealthServices healthServices();
     [[nodiscard]] HealthActions healthActions();
+    void openOnboardingWindow() { onboarding_.open(); }
     [[nodiscard]] ApplicationActions actions();
     [[nodiscard]] NotificationAnswers answers();
     void opened(const std::string& matter);
@@ -123,6 +123,8 @@ private:
     LocalSnapshotsWindow localSnapshots_{
         uiEngine_, {background_, tmUtil_, files_, texts_, Calendar::current}, {clock_, timers_, formats_}};
     HealthWindow health_{uiEngine_, healthServices(), healthActions()};
+    OnboardingWindow onboarding_{
+        uiEngine_, {controller_, timers_, tmUtil_, defaults_, *loginItem_, *notifications_, texts_}};
     Panel panel_{
         uiEngine_,
         {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},

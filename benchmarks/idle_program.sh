@@ -22,6 +22,7 @@ if [ -z "${IDLE_PROFILE:-}" ]; then
     tmutil=${norvane%/*}/../libexec/norvane/tmutil
     "$tmutil" setdestination "$IDLE_PROFILE/disk"
     "$tmutil" disable
+    "${tmutil%tmutil}defaults" write org.norvane.Norvane onboardingDone.v1 -bool true
     dbus-run-session -- "$0" "$norvane" "$settling"
     exit
 fi

@@ -132,6 +132,16 @@ TEST(Norvane, NothingThatIsMissingStopsIt) {
     }
 }
 
+TEST(Norvane, DoesNotRunFromADiskImage) {
+    ProgramFixture user;
+    const std::string folder = user.path("AppTranslocation/bin");
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy(NORVANE_BIN_DIR "/norvane", folder + "/norvane");
+    const pid_t program = user.start(folder + "/norvane"); // without a display nobody could press its button
+    EXPECT_EQ(user.waitForExit(program, 10), EXIT_FAILURE);
+    EXPECT_EQ(user.log(), "") << "nothing else has started";
+}
+
 TEST(Norvane, TellsOfACrashAtTheNextStart) {
     ProgramFixture user;
 #ifdef __SANITIZE_THREAD__

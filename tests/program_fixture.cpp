@@ -29,6 +29,7 @@ ProgramFixture::ProgramFixture() {
     std::filesystem::permissions(path("runtime"), std::filesystem::perms::owner_all);
     (void)tmutil("setdestination '" + destination() + "'");
     (void)tmutil("disable");
+    (void)defaults("write org.norvane.Norvane onboardingDone.v1 -bool true");
     (void)defaults("write com.apple.TimeMachine SourceFolders -array '" + source() + "'");
 }
 

@@ -10,7 +10,8 @@
 
 namespace norvane {
 
-/// Everything below one temporary folder, on a session bus of its own. Processes end with it.
+/// Everything below one temporary folder, on a session bus of its own. Processes end with it. The user has
+/// finished the setup guide.
 class ProgramFixture {
 public:
     ProgramFixture();

@@ -1,5 +1,7 @@
 #include "ui/theme_updater.h"
 
+#include <utility>
+
 namespace norvane {
 
 QColor appAccentColor(bool alwaysBrandAccent, const std::optional<Rgb>& systemAccent) {
@@ -9,18 +11,23 @@ QColor appAccentColor(bool alwaysBrandAccent, const std::optional<Rgb>& systemAc
                             static_cast<float>(systemAccent->blue));
 }
 
-ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults,
-                           BackupController& controller)
-    : theme_(theme), appearance_(appearance), store_(defaults), controller_(controller),
-      observation_(appearance.observe([this] { update(); })), subscription_(controller.subscribe([this] {
-          if (controller_.state().accentEpoch != accentEpoch_)
-              update();
-      })) {
+ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults)
+    : theme_(theme), appearance_(appearance), store_(defaults),
+      observation_(appearance.observe([this] { update(); })) {
     update();
 }
 
+ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults,
+                           BackupController& controller)
+    : ThemeUpdater(theme, appearance, defaults) {
+    subscription_ =
+        controller.subscribe([this, &controller, seen = controller.state().accentEpoch]() mutable {
+            if (std::exchange(seen, controller.state().accentEpoch) != controller.state().accentEpoch)
+                update();
+        });
+}
+
 void ThemeUpdater::update() {
-    accentEpoch_ = controller_.state().accentEpoch;
     const AppearanceSettings settings = appearance_.current();
     theme_.set(settings.dark, appAccentColor(store_.alwaysBrandAccent(), settings.accent));
 }

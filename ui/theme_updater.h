@@ -15,6 +15,8 @@ namespace norvane {
 /// Main thread only.
 class ThemeUpdater {
 public:
+    ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults);
+    /// Also follows the user's choice in this program's settings while it runs.
     ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults, BackupController& controller);
 
 private:
@@ -23,8 +25,6 @@ private:
     Theme& theme_;
     Appearance& appearance_;
     const SettingsStore store_;
-    BackupController& controller_;
-    std::int64_t accentEpoch_ = 0;
     std::unique_ptr<Appearance::Observation> observation_;
     std::unique_ptr<BackupController::Subscription> subscription_;
 };

@@ -61,9 +61,10 @@ struct SimulatedMeasurements final : ConditionMeasurements {
 
 struct SimulatedNotifications final : Notifications {
     std::vector<Notification> posted;
+    int permissionRequests = 0;
 
     void post(const Notification& notification) override { posted.push_back(notification); }
-    void requestPermission() override {}
+    void requestPermission() override { ++permissionRequests; }
     void onAnswer(NotificationAnswers /*answers*/) override {}
 };
 
@@ -118,6 +119,7 @@ struct SimulatedWorkspace final : Workspace {
 struct SimulatedLoginItem final : LoginItem {
     bool on = false;
     std::string error; ///< Of the next requests; they change nothing then.
+    std::vector<bool> requests;
 
     bool enabled() const override { return on; }
     void enable(const Done& done) override { change(true, done); }
@@ -125,6 +127,7 @@ struct SimulatedLoginItem final : LoginItem {
 
 private:
     void change(bool wanted, const Done& done) {
+        requests.push_back(wanted);
         if (error.empty())
             on = wanted;
         done(error);

@@ -10,6 +10,7 @@
 
 #include "platform/linux/icu_formats.h"
 #include "tests/screenshots/health_states.h"
+#include "tests/screenshots/onboarding_states.h"
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/settings_states.h"
 #include "tests/screenshots/snapshots_states.h"
@@ -109,6 +110,41 @@ bool photographSnapshots(UiEngine& engine, const screenshots::SnapshotsState& st
     return window->grabWindow().save(path);
 }
 
+bool photographOnboarding(UiEngine& engine, const screenshots::OnboardingState& state, const QString& path) {
+    constexpr double settlingSeconds = 5;
+    SimulatedMachine machine(screenshots::thatMorning);
+    if (state.reach)
+        state.reach(machine);
+    SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
+    program.start();
+    OnboardingViewModel model({*program.controller, machine.time, program.tmUtil, machine.defaults,
+                               machine.loginItem, machine.notifications, machine.texts});
+    model.opened();
+    machine.time.advance(settlingSeconds);
+    while (model.step() < state.step)
+        model.forward();
+    if (state.change)
+        state.change(model);
+    const auto window = engine.makeWindow("OnboardingWindow", {{"model", QVariant::fromValue(&model)}});
+    if (!window)
+        return false;
+    window->show();
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
+bool photographAlert(UiEngine& engine, const QString& path) {
+    const auto window = engine.makeWindow(
+        "AlertWindow", {{"message", "Norvane is running from the disk image"},
+                        {"information", "Drag Norvane to your Applications folder, then open it from there."},
+                        {"button", "Quit"}});
+    if (!window)
+        return false;
+    window->show();
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
 bool photographSymbols(UiEngine& engine, const QString& path) {
     QStringList names = QDir(":/symbols").entryList({"*.svg"}, QDir::Files, QDir::Name);
     for (QString& name : names)
@@ -176,6 +212,7 @@ int main(int argc, char** argv) {
     const auto wanted = [&](const QString& name) { return name.startsWith(arguments.value(3)); };
     bool complete = !wanted("symbols") || photographSymbols(engine, arguments[1] + "/symbols" + ending);
     complete &= !wanted("tray") || photographTray(arguments[1] + "/tray.png");
+    complete &= !wanted("alert") || photographAlert(engine, arguments[1] + "/alert-disk-image" + ending);
     const auto photograph = [&](const std::string& window, const auto& states, auto take) {
         for (const auto& state : states) {
             const QString name = QString::fromStdString(window + "-" + state.name);
@@ -184,6 +221,7 @@ int main(int argc, char** argv) {
         }
     };
     photograph("panel", screenshots::panelStates(), photographPanel);
+    photograph("onboarding", screenshots::onboardingStates(), photographOnboarding);
     photograph("settings", screenshots::settingsStates(), photographSettings);
     photograph("health", screenshots::healthStates(), photographHealth);
     photograph("snapshots", screenshots::snapshotsStates(), photographSnapshots);

@@ -1,0 +1,109 @@
+import QtQuick
+import Norvane
+
+// Four steps, and below them the way on.
+Window {
+    id: window
+
+    required property var model
+
+    width: 500
+    height: 540
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: height
+    maximumHeight: height
+    color: Theme.window
+    title: "Norvane"
+    onVisibleChanged: if (visible) forward.forceActiveFocus(Qt.OtherFocusReason)
+
+    Shortcut { // wherever the keyboard is
+        sequences: ["Return", "Enter"]
+        onActivated: window.model.forward()
+    }
+    Connections {
+        target: window.model
+
+        function onStepChanged() {
+            forward.forceActiveFocus(Qt.OtherFocusReason)
+        }
+    }
+    Loader {
+        x: 40
+        y: 24
+        width: parent.width - 2 * x
+        height: bar.y - y - 8
+        sourceComponent: [welcome, automatic, cover, summary][window.model.step]
+    }
+    Item {
+        id: bar
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 60
+
+        PushButton {
+            x: 20
+            anchors.verticalCenter: parent.verticalCenter
+            visible: window.model.hasPrevious
+            text: Texts.text("Back")
+            onClicked: window.model.back()
+        }
+        Row {
+            anchors.centerIn: parent
+            spacing: 5
+            Accessible.role: Accessible.StaticText
+            Accessible.name: window.model.position
+
+            Repeater {
+                model: window.model.steps
+
+                Rectangle {
+                    required property int index
+
+                    width: 6
+                    height: 6
+                    radius: 3
+                    color: index === window.model.step ? Theme.accent : Theme.faded(Theme.primary, 0.15)
+                }
+            }
+        }
+        PushButton {
+            id: forward
+
+            anchors.right: parent.right
+            anchors.rightMargin: 20
+            anchors.verticalCenter: parent.verticalCenter
+            prominent: true
+            text: window.model.isLast ? Texts.text("Finish") : Texts.text("Continue")
+            onClicked: window.model.forward()
+        }
+    }
+
+    Component {
+        id: welcome
+
+        OnboardingWelcome {}
+    }
+    Component {
+        id: automatic
+
+        OnboardingAutomatic {
+            model: window.model
+        }
+    }
+    Component {
+        id: cover
+
+        OnboardingCover {
+            model: window.model
+        }
+    }
+    Component {
+        id: summary
+
+        OnboardingSummary {
+            content: window.model.content
+        }
+    }
+}
