@@ -61,14 +61,30 @@ UserPlaces userPlaces() {
     return places;
 }
 
+std::vector<std::string> configuredSources(const UserDefaultsFile& preferences, const UserPlaces& places) {
+    if (!preferences.object(sourcesKey))
+        return {places.home};
+    return storedPaths(preferences, sourcesKey, places.home);
+}
+
+bool setSources(UserDefaultsFile& preferences, const std::vector<std::string>& sources) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        PropertyList::Array list;
+        for (const std::string& source : sources)
+            list.push_back(pathToPropertyList(source));
+        all[sourcesKey] = {std::move(list)};
+    });
+}
+
+std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences, const UserPlaces& places) {
+    return storedPaths(preferences, exclusionsKey, places.home);
+}
+
 SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
                               const std::string& destinationFolder) {
     SourceSelection selection;
-    std::vector<std::string> wanted = storedPaths(preferences, sourcesKey, places.home);
-    if (!preferences.object(sourcesKey))
-        wanted = {places.home};
     std::vector<std::string> found;
-    for (const std::string& path : wanted) {
+    for (const std::string& path : configuredSources(preferences, places)) {
         if (auto canonical = canonicalPath(path))
             addOnce(found, std::move(*canonical));
         else if (errno == ENOENT || errno == ENOTDIR)
@@ -81,7 +97,7 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
         addOnce(selection.excluded, resolvedOrAsGiven(path));
     for (const std::string& volume : volumesHolding(found))
         addOnce(selection.excluded, LocalSnapshots(volume).folder());
-    for (const std::string& path : storedPaths(preferences, exclusionsKey, places.home))
+    for (const std::string& path : configuredExclusions(preferences, places))
         addOnce(selection.excluded, resolvedOrAsGiven(path));
     if (!destinationFolder.empty())
         for (std::string& path : pathsOf(destinationFolder))

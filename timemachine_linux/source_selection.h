@@ -19,6 +19,16 @@ struct UserPlaces {
 /// Of the process's environment.
 [[nodiscard]] UserPlaces userPlaces();
 
+/// The folders that the user wants backed up, as they are stored: the home folder when nothing is.
+[[nodiscard]] std::vector<std::string> configuredSources(const UserDefaultsFile& preferences,
+                                                         const UserPlaces& places);
+/// False: the preferences cannot be written.
+[[nodiscard]] bool setSources(UserDefaultsFile& preferences, const std::vector<std::string>& sources);
+
+/// What the user wants left out, as it is stored.
+[[nodiscard]] std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences,
+                                                            const UserPlaces& places);
+
 struct SourceSelection {
     std::vector<std::string>
         sources; ///< Canonical, none excluded, none inside another on the same file system.

@@ -58,7 +58,15 @@ std::string percentEncoded(std::string_view path) {
     return text;
 }
 
-std::vector<Mount> readMountTable(std::string_view mountInfo) {
+} // namespace
+
+bool isWithin(std::string_view path, std::string_view folder) {
+    if (folder == "/")
+        return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+std::vector<Mount> mountTable(std::string_view mountInfo) {
     std::vector<Mount> mounts;
     while (!mountInfo.empty()) {
         const std::size_t end = std::min(mountInfo.find('\n'), mountInfo.size());
@@ -75,16 +83,8 @@ std::vector<Mount> readMountTable(std::string_view mountInfo) {
     return mounts;
 }
 
-} // namespace
-
-bool isWithin(std::string_view path, std::string_view folder) {
-    if (folder == "/")
-        return true;
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
-    for (Mount& mount : readMountTable(mountInfo))
+    for (Mount& mount : mountTable(mountInfo))
         if (mount.id == id)
             return std::move(mount);
     return std::nullopt;
@@ -92,7 +92,7 @@ std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id) {
 
 std::optional<Mount> mountHolding(std::string_view mountInfo, std::string_view path) {
     std::optional<Mount> holding;
-    for (Mount& mount : readMountTable(mountInfo))
+    for (Mount& mount : mountTable(mountInfo))
         if (isWithin(path, mount.folder) && (!holding || mount.folder.size() >= holding->folder.size()))
             holding = std::move(mount);
     return holding;
@@ -100,7 +100,7 @@ std::optional<Mount> mountHolding(std::string_view mountInfo, std::string_view p
 
 std::vector<std::string> mountFolders(std::string_view mountInfo) {
     std::set<std::string> folders;
-    for (Mount& mount : readMountTable(mountInfo))
+    for (Mount& mount : mountTable(mountInfo))
         folders.insert(std::move(mount.folder));
     return {folders.begin(), folders.end()};
 }

@@ -20,6 +20,9 @@ struct Mount {
 /// Whether `path` is `folder` or lies below it. Both absolute, without a slash at the end ("/" apart).
 [[nodiscard]] bool isWithin(std::string_view path, std::string_view folder);
 
+/// All mounts in the text of a mountinfo file, in its order.
+[[nodiscard]] std::vector<Mount> mountTable(std::string_view mountInfo);
+
 /// The mount with this id in the text of a mountinfo file; none when it is not there.
 [[nodiscard]] std::optional<Mount> findMount(std::string_view mountInfo, std::uint64_t id);
 

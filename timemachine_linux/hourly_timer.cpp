@@ -1,0 +1,136 @@
+#include "timemachine_linux/hourly_timer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/file_descriptor.h"
+#include "platform/linux/user_folders.h"
+
+namespace norvane {
+namespace {
+
+constexpr double systemctlSeconds = 10;
+
+/// A word of a unit file (systemd.syntax(7), systemd.service(5) "Command lines", systemd.unit(5)
+/// "Specifiers").
+std::string quoted(std::string_view text, bool inCommand) {
+    std::string word = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            word += '\\';
+        if (c == '%' || (c == '$' && inCommand))
+            word += c;
+        if (c == '\n')
+            word += "\\n";
+        else
+            word += c;
+    }
+    return word + "\"";
+}
+
+/// Why the file could not be replaced; empty on success.
+std::string replaceFile(const std::string& path, const std::string& text) {
+    const std::string temporary = path + ".new";
+    FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    if (file && writeAll(file.get(), text) && ::fsync(file.get()) == 0 &&
+        ::rename(temporary.c_str(), path.c_str()) == 0)
+        return {};
+    const std::string reason = std::strerror(errno);
+    ::unlink(temporary.c_str());
+    return path + ": " + reason;
+}
+
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+} // namespace
+
+std::string hourlyService(const std::string& tmutil, const std::map<std::string, std::string>& variables) {
+    // Nothing that the backup has started is to be killed with the unit.
+    std::string text = "[Unit]\n"
+                       "Description=Backup by Time Machine\n"
+                       "\n"
+                       "[Service]\n"
+                       "Type=oneshot\n"
+                       "KillMode=process\n";
+    for (const auto& [name, value] : variables) {
+        const std::string assignment = name + "=" + value;
+        text.append("Environment=").append(quoted(assignment, false)).append("\n");
+    }
+    // A unit's own program may have no quotes in its path; an argument may.
+    return text + "ExecStart=/usr/bin/env " + quoted(tmutil, true) + " startbackup --block\n";
+}
+
+std::string hourlyTimer() {
+    return "[Unit]\n"
+           "Description=Backup by Time Machine every hour\n"
+           "\n"
+           "[Timer]\n"
+           "OnCalendar=hourly\n"
+           "Persistent=true\n"
+           "\n"
+           "[Install]\n"
+           "WantedBy=timers.target\n";
+}
+
+HourlyTimer::HourlyTimer(const CommandRunner& runner, HourlyTimerPlaces places)
+    : runner_(runner), places_(std::move(places)) {}
+
+bool HourlyTimer::active() const { return control({"is-active", "--quiet", hourlyTimerUnit}).empty(); }
+
+std::string HourlyTimer::start() const {
+    if (!makeFolder(places_.unitFolder))
+        return places_.unitFolder + ": " + std::strerror(errno);
+    std::string trouble = replaceFile(places_.unitFolder + "/" + hourlyServiceUnit,
+                                      hourlyService(places_.tmutil, places_.variables));
+    if (trouble.empty())
+        trouble = replaceFile(places_.unitFolder + "/" + hourlyTimerUnit, hourlyTimer());
+    if (trouble.empty())
+        trouble = control({"daemon-reload"});
+    if (trouble.empty())
+        trouble = control({"enable", "--now", hourlyTimerUnit});
+    if (trouble.empty())
+        trouble = control({"is-active", "--quiet", hourlyTimerUnit});
+    if (trouble.empty())
+        return {};
+    (void)control({"disable", "--now", hourlyTimerUnit});
+    removeUnits();
+    return trouble;
+}
+
+std::string HourlyTimer::stop() const {
+    std::string trouble = control({"disable", "--now", hourlyTimerUnit});
+    if (!trouble.empty() && active())
+        return trouble;
+    removeUnits();
+    (void)control({"daemon-reload"});
+    return {};
+}
+
+std::string HourlyTimer::control(const std::vector<std::string>& words) const {
+    if (places_.systemctl.empty())
+        return "systemctl is not installed";
+    std::vector<std::string> arguments = {"--user", "--no-ask-password"};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    const auto result = runner_.run(places_.systemctl, arguments, systemctlSeconds);
+    if (!result)
+        return places_.systemctl + " cannot be started";
+    if (result->exitCode == 0)
+        return {};
+    const std::string complaint = firstLine(result->stderr);
+    return complaint.empty() ? "systemctl --user " + words.front() + " failed" : complaint;
+}
+
+void HourlyTimer::removeUnits() const {
+    for (const char* unit : {"/timers.target.wants/norvane-timemachine.timer", "/norvane-timemachine.timer",
+                             "/norvane-timemachine.service"})
+        ::unlink((places_.unitFolder + unit).c_str());
+}
+
+} // namespace norvane

@@ -1,0 +1,50 @@
+// A backup every hour, by a timer of systemd's manager of the user's services (systemd.timer(5)).
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/command_runner.h"
+
+namespace norvane {
+
+inline constexpr auto hourlyTimerUnit = "norvane-timemachine.timer";
+inline constexpr auto hourlyServiceUnit = "norvane-timemachine.service";
+
+/// The unit file that runs one backup: of the program `tmutil`, with these environment variables.
+[[nodiscard]] std::string hourlyService(const std::string& tmutil,
+                                        const std::map<std::string, std::string>& variables);
+/// The unit file that starts it.
+[[nodiscard]] std::string hourlyTimer();
+
+struct HourlyTimerPlaces {
+    std::string systemctl;  ///< Absolute; empty: the system has none.
+    std::string unitFolder; ///< Where the user's units are.
+    std::string tmutil;
+    std::map<std::string, std::string> variables; ///< What the program needs to find the user's folders.
+};
+
+/// Every call runs a tool and blocks: background threads only.
+class HourlyTimer {
+public:
+    HourlyTimer(const CommandRunner& runner, HourlyTimerPlaces places);
+
+    [[nodiscard]] bool active() const;
+
+    /// Installs and starts it, for this session and the next ones. Returns why not, as the tool put it; then
+    /// nothing is left behind. Empty on success.
+    [[nodiscard]] std::string start() const;
+
+    /// The opposite. Returns why the timer may still run; empty: it does not. Without a manager nothing runs.
+    [[nodiscard]] std::string stop() const;
+
+private:
+    /// What the tool complained of; empty on success.
+    [[nodiscard]] std::string control(const std::vector<std::string>& words) const;
+    void removeUnits() const;
+
+    const CommandRunner& runner_;
+    const HourlyTimerPlaces places_;
+};
+
+} // namespace norvane

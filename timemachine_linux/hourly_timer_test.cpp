@@ -1,0 +1,114 @@
+#include "timemachine_linux/hourly_timer.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/linux/test_peers.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// systemd's manager as far as the timer needs it.
+struct Manager final : CommandRunner {
+    std::string missing; ///< The word that it refuses.
+    bool there = true;
+    mutable bool active = false;
+    mutable std::vector<std::string> asked;
+
+    std::optional<CommandResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                                     double /*timeoutSeconds*/) const override {
+        EXPECT_EQ(program, "/bin/systemctl");
+        EXPECT_EQ(arguments[0], "--user");
+        const std::string& verb = arguments.at(2);
+        asked.push_back(verb);
+        if (!there)
+            return CommandResult{1, "", "Failed to connect to bus: No medium found\nmore\n"};
+        if (verb == missing)
+            return CommandResult{1, "", ""};
+        if (verb == "enable" || verb == "disable")
+            active = verb == "enable";
+        return CommandResult{verb == "is-active" && !active ? 3 : 0, "", ""};
+    }
+};
+
+TEST(HourlyTimer, IsStartedAndStoppedForGood) {
+    ScratchFolder folder;
+    Manager manager;
+    const std::string units = folder.path("config/systemd/user");
+    const HourlyTimer timer(manager, {"/bin/systemctl", units, "/lib/tmutil", {}});
+    EXPECT_FALSE(timer.active());
+    EXPECT_EQ(timer.start(), "");
+    EXPECT_TRUE(timer.active());
+    EXPECT_TRUE(fs::exists(units + "/norvane-timemachine.timer"));
+    EXPECT_EQ(timer.start(), "") << "again";
+    EXPECT_EQ(timer.stop(), "");
+    EXPECT_FALSE(timer.active());
+    EXPECT_TRUE(fs::is_empty(units));
+    EXPECT_EQ(timer.stop(), "") << "what is not there needs no stopping";
+}
+
+TEST(HourlyTimer, LeavesNothingBehindWhereItCannotRun) {
+    struct Case {
+        const char* what;
+        bool there;
+        std::string refused;
+        std::string systemctl;
+        std::string trouble;
+    };
+    for (const Case& c :
+         {Case{"no manager", false, "", "/bin/systemctl", "Failed to connect to bus: No medium found"},
+          {"no unit", true, "enable", "/bin/systemctl", "systemctl --user enable failed"},
+          {"not started", true, "is-active", "/bin/systemctl", "systemctl --user is-active failed"},
+          {"no systemd", true, "", "", "systemctl is not installed"}}) {
+        ScratchFolder folder;
+        Manager manager;
+        manager.there = c.there;
+        manager.missing = c.refused;
+        const HourlyTimer timer(manager, {c.systemctl, folder.path("units"), "/lib/tmutil", {}});
+        EXPECT_EQ(timer.start(), c.trouble) << c.what;
+        EXPECT_TRUE(fs::is_empty(folder.path("units"))) << c.what;
+        EXPECT_EQ(timer.stop(), "") << c.what << ": nothing runs";
+    }
+    ScratchFolder folder;
+    Manager manager;
+    std::ofstream(folder.path("file")) << "no folder";
+    const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("file/units"), "/lib/tmutil", {}});
+    EXPECT_NE(timer.start(), "");
+}
+
+TEST(HourlyTimer, StaysOnWhenTheManagerWillNotStopIt) {
+    ScratchFolder folder;
+    Manager manager;
+    const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("units"), "/lib/tmutil", {}});
+    ASSERT_EQ(timer.start(), "");
+    manager.missing = "disable";
+    EXPECT_EQ(timer.stop(), "systemctl --user disable failed");
+    EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
+}
+
+TEST(HourlyTimer, WritesUnitsThatSystemdUnderstands) {
+    EXPECT_NE(hourlyService("/a b/$x%\"\\", {{"XDG_CONFIG_HOME", "/c $d%"}})
+                  .find("Environment=\"XDG_CONFIG_HOME=/c $d%%\"\nExecStart=/usr/bin/env \"/a "
+                        "b/$$x%%\\\"\\\\\" startbackup"),
+              std::string::npos);
+    if (!installed("systemd-analyze"))
+        GTEST_SKIP() << "systemd-analyze is not installed";
+    ScratchFolder folder;
+    const std::string odd = folder.path("it's 100% \"odd\"");
+    fs::create_directory(odd);
+    fs::copy("/bin/true", odd + "/tmutil");
+    std::ofstream(folder.path(hourlyServiceUnit))
+        << hourlyService(odd + "/tmutil", {{"XDG_STATE_HOME", odd}});
+    std::ofstream(folder.path(hourlyTimerUnit)) << hourlyTimer();
+    PeerProcess analyze({"systemd-analyze", "--user", "verify", folder.path(hourlyTimerUnit)},
+                        {"XDG_RUNTIME_DIR=" + folder.path()});
+    EXPECT_EQ(analyze.waitForExit(30), 0);
+    EXPECT_EQ(analyze.output(), "");
+}
+
+} // namespace
+} // namespace norvane

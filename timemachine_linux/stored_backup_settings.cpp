@@ -1,0 +1,198 @@
+#include "timemachine_linux/stored_backup_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "platform/linux/mount_table.h"
+#include "platform/linux/user_folders.h"
+#include "timemachine_linux/backup_drives.h"
+#include "timemachine_linux/destination.h"
+#include "timemachine_linux/file_system_probe.h"
+#include "timemachine_linux/paths.h"
+#include "timemachine_linux/rsync_process.h"
+#include "timemachine_linux/snapshot_store.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double tmutilSeconds = 15;
+constexpr auto notStored = "The preferences cannot be written.";
+constexpr auto automaticKey = "AutoBackup";
+
+std::optional<Instant> latestSnapshot(const UserDefaultsFile& preferences) {
+    const auto destinations = preferences.object("Destinations");
+    const PropertyList* dates = destinations && destinations->array() && !destinations->array()->empty()
+                                    ? destinations->array()->front().find("SnapshotDates")
+                                    : nullptr;
+    std::optional<Instant> latest;
+    if (dates && dates->array())
+        for (const PropertyList& date : *dates->array())
+            if (date.date() && (!latest || *date.date() > *latest))
+                latest = *date.date();
+    return latest;
+}
+
+/// Free bytes, where asking for them cannot wait for ever.
+std::optional<std::int64_t> availableBytesAt(const std::string& folder) {
+    const auto mount = mountHolding(mountTableText(), folder);
+    if (mount && mayNeverAnswer(mount->type))
+        return std::nullopt;
+    const auto space = spaceOf(folder);
+    return space ? std::optional(space->availableBytes) : std::nullopt;
+}
+
+std::string withoutToolName(std::string complaint) {
+    constexpr std::string_view prefix = "tmutil: ";
+    if (complaint.starts_with(prefix))
+        complaint.erase(0, prefix.size());
+    while (complaint.ends_with('\n'))
+        complaint.pop_back();
+    return complaint;
+}
+
+std::string complaintOf(const std::optional<CommandResult>& result) {
+    if (!result)
+        return "tmutil cannot be started";
+    if (result->exitCode == 0)
+        return {};
+    const std::string complaint = withoutToolName(result->stderr);
+    return complaint.empty() ? "tmutil failed" : complaint;
+}
+
+} // namespace
+
+StoredBackupSettings::StoredBackupSettings(const CommandRunner& runner, std::string tmutil, UserPlaces places,
+                                           HourlyTimer timer)
+    : runner_(runner), tmutil_(std::move(tmutil)), places_(std::move(places)), timer_(std::move(timer)),
+      preferences_(preferencesFile("com.apple.TimeMachine")) {}
+
+BackupSettingsState StoredBackupSettings::load() const {
+    return {disk(), configuredSources(preferences_, places_), configuredExclusions(preferences_, places_),
+            frequency()};
+}
+
+std::optional<BackupDisk> StoredBackupSettings::disk() const {
+    const auto destination = configuredDestination(preferences_);
+    if (!destination)
+        return std::nullopt;
+    BackupDisk disk;
+    disk.name = destination->name;
+    disk.folder = destination->path;
+    disk.latestBackup = latestSnapshot(preferences_);
+    // The tool asks a disk that may be gone, and ends in time whatever the disk does.
+    const auto info = runner_.run(tmutil_, {"destinationinfo"}, tmutilSeconds);
+    disk.connected = info && info->stdout.find("\nMount Point") != std::string::npos;
+    if (!disk.connected)
+        return disk;
+    disk.availableBytes = availableBytesAt(disk.folder);
+    disk.check = checkOffer(offerFactsOf(disk.folder), sourceFacts());
+    if (disk.latestBackup)
+        disk.backupsFolder = SnapshotStore(disk.folder, hostFolderName()).folder();
+    return disk;
+}
+
+std::vector<SourceFacts> StoredBackupSettings::sourceFacts() const {
+    std::vector<SourceFacts> facts;
+    for (const std::string& source : configuredSources(preferences_, places_)) {
+        const auto mount = mountHolding(mountTableText(), source);
+        if (mount && mayNeverAnswer(mount->type))
+            facts.push_back({source, ""});
+        else if (const auto canonical = canonicalPath(source))
+            facts.push_back({*canonical, diskOf(*canonical)});
+    }
+    return facts;
+}
+
+BackupFrequency StoredBackupSettings::frequency() const {
+    if (!preferences_.object(automaticKey))
+        return BackupFrequency::unknown;
+    if (!preferences_.boolean(automaticKey))
+        return BackupFrequency::manual;
+    return timer_.active() ? BackupFrequency::hourly : BackupFrequency::hourlyWithoutTimer;
+}
+
+std::vector<DestinationOffer> StoredBackupSettings::drives() const {
+    std::vector<DestinationOffer> offers;
+    for (const Mount& drive : backupDrives(mountTableText(), places_.home))
+        offers.push_back(offerOf(drive.folder));
+    return offers;
+}
+
+DestinationOffer StoredBackupSettings::offerOf(const std::string& folder) const {
+    const OfferFacts facts = offerFactsOf(folder);
+    const bool usable = facts.exists && facts.isFolder;
+    return {facts.folder, isNetworkFileSystem(facts.fileSystem),
+            usable ? availableBytesAt(facts.folder) : std::nullopt, checkOffer(facts, sourceFacts())};
+}
+
+std::string StoredBackupSettings::chooseDestination(const std::string& folder) {
+    return complaintOf(runner_.run(tmutil_, {"setdestination", folder}, tmutilSeconds));
+}
+
+std::string StoredBackupSettings::setHourly(bool hourly) {
+    std::string trouble = hourly ? timer_.start() : timer_.stop();
+    if (!trouble.empty())
+        return trouble;
+    const bool stored =
+        preferences_.update([&](PropertyList::Dictionary& all) { all[automaticKey] = {hourly}; });
+    if (stored)
+        return {};
+    if (hourly)
+        (void)timer_.stop();
+    return notStored;
+}
+
+std::string StoredBackupSettings::addSource(const std::string& folder) {
+    auto sources = configuredSources(preferences_, places_);
+    if (std::find(sources.begin(), sources.end(), folder) == sources.end())
+        sources.push_back(folder);
+    return setSources(preferences_, sources) ? "" : notStored;
+}
+
+std::string StoredBackupSettings::removeSource(const std::string& folder) {
+    auto sources = configuredSources(preferences_, places_);
+    std::erase(sources, folder);
+    return setSources(preferences_, sources) ? "" : notStored;
+}
+
+std::string StoredBackupSettings::addExclusion(const std::string& path) {
+    return norvane::addExclusion(preferences_, path) ? "" : notStored;
+}
+
+std::string StoredBackupSettings::removeExclusion(const std::string& path) {
+    return norvane::removeExclusion(preferences_, path, places_.home) ? "" : notStored;
+}
+
+std::optional<std::vector<std::string>> StoredBackupSettings::foldersIn(const std::string& folder) const {
+    std::error_code error;
+    std::vector<std::string> names;
+    fs::directory_iterator entry(folder, fs::directory_options::none, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        std::error_code ofEntry; // one that cannot be looked at is left out
+        const std::string name = entry->path().filename().string();
+        if (!name.starts_with('.') && entry->is_directory(ofEntry))
+            names.push_back(name);
+    }
+    return error ? std::nullopt : std::optional(names);
+}
+
+HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil) {
+    constexpr std::array names{"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"};
+    HourlyTimerPlaces places{
+        findProgram("systemctl").value_or(""), homeFolder() + "/.config/systemd/user", tmutil, {}};
+    for (const char* name : names) {
+        const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes it
+        if (value && *value == '/')
+            places.variables[name] = value;
+    }
+    if (const auto config = places.variables.find("XDG_CONFIG_HOME"); config != places.variables.end())
+        places.unitFolder = config->second + "/systemd/user";
+    return places;
+}
+
+} // namespace norvane

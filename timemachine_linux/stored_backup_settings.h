@@ -1,0 +1,44 @@
+// The backup settings in Time Machine's preferences.
+#pragma once
+
+#include "platform/linux/user_defaults_file.h"
+#include "platform/tool_paths.h"
+#include "timemachine_linux/backup_settings.h"
+#include "timemachine_linux/hourly_timer.h"
+#include "timemachine_linux/source_selection.h"
+
+namespace norvane {
+
+class StoredBackupSettings final : public BackupSettings {
+public:
+    StoredBackupSettings(const CommandRunner& runner, std::string tmutil, UserPlaces places,
+                         HourlyTimer timer);
+
+    [[nodiscard]] BackupSettingsState load() const override;
+    [[nodiscard]] std::vector<DestinationOffer> drives() const override;
+    [[nodiscard]] DestinationOffer offerOf(const std::string& folder) const override;
+    [[nodiscard]] std::string chooseDestination(const std::string& folder) override;
+    /// The preferences say so only once the timer does.
+    [[nodiscard]] std::string setHourly(bool hourly) override;
+    [[nodiscard]] std::string addSource(const std::string& folder) override;
+    [[nodiscard]] std::string removeSource(const std::string& folder) override;
+    [[nodiscard]] std::string addExclusion(const std::string& path) override;
+    [[nodiscard]] std::string removeExclusion(const std::string& path) override;
+    [[nodiscard]] std::optional<std::vector<std::string>> foldersIn(const std::string& folder) const override;
+
+private:
+    [[nodiscard]] std::optional<BackupDisk> disk() const;
+    [[nodiscard]] std::vector<SourceFacts> sourceFacts() const;
+    [[nodiscard]] BackupFrequency frequency() const;
+
+    const CommandRunner& runner_;
+    const std::string tmutil_;
+    const UserPlaces places_;
+    const HourlyTimer timer_;
+    UserDefaultsFile preferences_;
+};
+
+/// Where the timer's parts are for the user of this process.
+[[nodiscard]] HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil);
+
+} // namespace norvane

@@ -1,0 +1,107 @@
+#include "timemachine_linux/stored_backup_settings.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/linux/child_command_runner.h"
+#include "timemachine_linux/backup_sandbox.h"
+#include "timemachine_linux/destination.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+using Paths = std::vector<std::string>;
+
+/// Over the real tool; without systemd.
+struct Stored {
+    Stored() : timer{"", box.in("units"), tmutil, {}} {}
+
+    BackupSandbox box;
+    ChildCommandRunner runner;
+    std::string tmutil = NORVANE_LIBEXEC_DIR "/tmutil";
+    HourlyTimerPlaces timer;
+    StoredBackupSettings settings{runner, tmutil, userPlaces(), {runner, timer}};
+};
+
+TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
+    Stored s;
+    EXPECT_FALSE(s.settings.load().disk);
+    EXPECT_NE(s.settings.chooseDestination(s.box.in("nowhere")).find("No such file"), std::string::npos);
+    const std::string odd = s.box.in("It's \"my\" disk");
+    fs::create_directory(odd);
+    ASSERT_EQ(s.settings.chooseDestination(odd), "");
+    const auto disk = s.settings.load().disk;
+    ASSERT_TRUE(disk);
+    EXPECT_EQ(disk->name, "It's \"my\" disk");
+    EXPECT_TRUE(disk->connected);
+    EXPECT_GT(disk->availableBytes.value_or(0), 0);
+    EXPECT_EQ(disk->check.sharesDiskWith, s.box.tree());
+    EXPECT_EQ(disk->backupsFolder, "");
+    ASSERT_EQ(s.box.tmutil({"startbackup", "--block"}).exitCode, 0);
+    const auto used = s.settings.load().disk;
+    EXPECT_TRUE(used->latestBackup);
+    EXPECT_TRUE(fs::is_directory(used->backupsFolder)) << used->backupsFolder;
+    fs::remove(odd + "/" + destinationMarkerName);
+    EXPECT_FALSE(s.settings.load().disk->connected);
+    EXPECT_TRUE(s.settings.load().disk->latestBackup) << "what is known stays";
+}
+
+TEST(StoredBackupSettings, WhatTheToolRefusesIsRefusedBefore) {
+    Stored s;
+    for (const char* name : {"two\nlines", "caf\xe9"}) {
+        const std::string folder = s.box.in(name);
+        fs::create_directory(folder);
+        EXPECT_EQ(s.settings.offerOf(folder).check.refusal, OfferRefusal::unprintable);
+        EXPECT_NE(s.settings.chooseDestination(folder), "");
+    }
+    EXPECT_EQ(s.settings.offerOf(s.box.tree()).check.refusal, OfferRefusal::isSource);
+    EXPECT_NE(s.settings.chooseDestination(s.box.tree()), "");
+    fs::create_directory(s.box.tree() + "/inside");
+    EXPECT_EQ(s.settings.offerOf(s.box.tree() + "/inside").check.insideSource, s.box.tree());
+    EXPECT_EQ(s.settings.chooseDestination(s.box.tree() + "/inside"), "") << "allowed, and said";
+}
+
+TEST(StoredBackupSettings, KeepsFoldersOfAnyName) {
+    Stored s;
+    const Paths names = {"caf\xe9", "two\nlines", ".hidden"};
+    for (const std::string& name : names)
+        fs::create_directory(s.box.tree() + "/" + name);
+    writeFile(s.box.tree() + "/file", "");
+    auto found = s.settings.foldersIn(s.box.tree()).value_or(Paths());
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, (Paths{"caf\xe9", "two\nlines"}));
+    EXPECT_FALSE(s.settings.foldersIn(s.box.tree() + "/file"));
+
+    const std::string odd = s.box.tree() + "/caf\xe9";
+    EXPECT_EQ(s.settings.addExclusion(odd) + s.settings.addExclusion(odd), "");
+    EXPECT_EQ(s.settings.load().exclusions, Paths{odd});
+    EXPECT_EQ(s.settings.removeExclusion(odd), "");
+    EXPECT_TRUE(s.settings.load().exclusions.empty());
+    EXPECT_EQ(s.settings.addSource(odd) + s.settings.addSource(odd), "");
+    EXPECT_EQ(s.settings.load().sources, (Paths{s.box.tree(), odd}));
+    EXPECT_EQ(s.settings.removeSource(s.box.tree()), "");
+    EXPECT_EQ(s.settings.load().sources, Paths{odd});
+    EXPECT_EQ(s.settings.removeSource(odd), "");
+    EXPECT_TRUE(s.settings.load().sources.empty());
+    s.box.preferences.remove("SourceFolders");
+    EXPECT_EQ(s.settings.addSource("/srv"), "");
+    EXPECT_EQ(s.settings.load().sources, (Paths{s.box.home(), "/srv"}))
+        << "the home folder is there by default";
+}
+
+TEST(StoredBackupSettings, TheFlagSaysWhatTheTimerDoes) {
+    Stored s;
+    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::unknown);
+    EXPECT_EQ(s.settings.setHourly(true), "systemctl is not installed");
+    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::unknown) << "nothing was set";
+    ASSERT_EQ(s.box.tmutil({"enable"}).exitCode, 0);
+    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::hourlyWithoutTimer);
+    EXPECT_EQ(s.settings.setHourly(false), "");
+    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::manual);
+    EXPECT_EQ(s.box.preferences.object("AutoBackup"), PropertyList{false});
+}
+
+} // namespace
+} // namespace norvane
