@@ -93,7 +93,8 @@ private:
     const EventLog eventLog_;
     const ChildCommandRunner runner_;
     const TcpNetworkProbe network_;
-    DesktopWorkspace workspace_;
+    DesktopWorkspace workspace_{
+        {"x-apple.systempreferences", programFolder() + "/norvane-timemachine-settings"}};
     const TMUtil tmUtil_;
     DesktopEmailComposer emailComposer_;
     const CrashReporter crashReporter_;

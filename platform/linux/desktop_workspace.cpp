@@ -6,13 +6,34 @@
 #include <QDBusPendingReply>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QProcess>
 #include <QUrl>
+#include <gio/gio.h>
+#include <utility>
 
 namespace norvane {
 
+namespace {
+
+bool isRegistered(const std::string& scheme) {
+    GAppInfo* const handler = g_app_info_get_default_for_uri_scheme(scheme.c_str());
+    if (handler)
+        g_object_unref(handler);
+    return handler != nullptr;
+}
+
+} // namespace
+
+DesktopWorkspace::DesktopWorkspace(OwnUrlHandler own) : own_(std::move(own)) {}
+
 void DesktopWorkspace::openUrl(const std::string& url) {
     const QUrl parsed(QString::fromStdString(url), QUrl::StrictMode);
-    if (parsed.isValid())
+    if (!parsed.isValid())
+        return;
+    const bool ours = !own_.scheme.empty() && url.starts_with(own_.scheme + ":");
+    if (ours && !isRegistered(own_.scheme))
+        QProcess::startDetached(QString::fromStdString(own_.program), {QString::fromStdString(url)});
+    else
         QDesktopServices::openUrl(parsed);
 }
 

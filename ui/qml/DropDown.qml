@@ -2,13 +2,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Norvane
 
-// One of several choices, each a map with "label" and "value". A value that is no choice shows as nothing.
+// One of several choices, each a map with "label" and "value". A value that is no choice shows as the placeholder.
 T.ComboBox {
     id: picker
 
     required property string label
     required property var choices
     required property var value
+    property string placeholder
     property bool opening: false
 
     signal picked(var value)
@@ -46,7 +47,8 @@ T.ComboBox {
         leftPadding: 10
         rightPadding: 24
         verticalAlignment: Text.AlignVCenter
-        text: picker.displayText
+        text: picker.currentIndex < 0 ? picker.placeholder : picker.displayText
+        color: picker.currentIndex < 0 ? Theme.secondary : Theme.primary
         elide: Text.ElideRight
         Accessible.ignored: true
     }

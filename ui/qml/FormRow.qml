@@ -8,6 +8,7 @@ Item {
     property string label
     property alias leading: lead.data // at the left, in place of a label
     default property alias controls: slot.data
+    readonly property real controlsWidth: slot.width
 
     width: parent ? parent.width : 0
     implicitHeight: Math.max(36, name.implicitHeight + 16, slot.implicitHeight + 12, lead.implicitHeight + 12)

@@ -6,9 +6,17 @@ FormRow {
     required property var choices
     required property var value
 
+    property alias placeholder: picker.placeholder
+
     signal picked(var value)
 
+    function takeFocus() {
+        picker.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     DropDown {
+        id: picker
+
         label: row.label
         choices: row.choices
         value: row.value

@@ -1,0 +1,65 @@
+// The program that "Open Time Machine Settings" opens where the system has no such pane.
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <csignal>
+#include <cstdlib>
+#include <optional>
+
+#include "platform/language_override.h"
+#include "platform/linux/child_command_runner.h"
+#include "platform/linux/desktop_workspace.h"
+#include "platform/linux/icu_formats.h"
+#include "platform/linux/linux_tool_paths.h"
+#include "platform/linux/portal_appearance.h"
+#include "platform/linux/posix_services.h"
+#include "platform/linux/process_language.h"
+#include "platform/linux/qt_background.h"
+#include "platform/linux/qt_timers.h"
+#include "platform/linux/user_folders.h"
+#include "settings_pane/pane_instance.h"
+#include "settings_pane/pane_window.h"
+#include "timemachine_linux/stored_backup_settings.h"
+#include "ui/english_texts.h"
+#include "ui/theme_updater.h"
+
+namespace {
+
+using namespace norvane;
+
+/// All lasting objects, made in order.
+struct Pane {
+    const ChildCommandRunner runner{};
+    const std::string tmutil = chooseTools(PosixFileSystem(homeFolder()), programFolder()).tmutil;
+    StoredBackupSettings settings{runner, tmutil, userPlaces(), {runner, hourlyTimerPlaces(tmutil)}};
+    UserDefaultsFile defaults{preferencesFile("org.norvane.Norvane")};
+    QtTimers timers;
+    DesktopWorkspace workspace;
+    const IcuFormats formats{};
+    const EnglishTexts texts{};
+    QtBackground background; // after all that its works use
+    PortalAppearance appearance{QDBusConnection::sessionBus(), true};
+    Theme theme{false, brandOrange};
+    const ThemeUpdater themeUpdater{theme, appearance, defaults};
+    UiEngine engine{theme, texts};
+    PaneWindow window{engine, {settings, timers, background, workspace, formats, texts, homeFolder()}};
+    PaneInstance instance{[this] { window.open(); }};
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGCHLD, SIG_DFL); // some launchers hand it down ignored
+    setProcessLanguage(languageOverride(UserDefaultsFile(preferencesFile("org.norvane.Norvane"))));
+    QGuiApplication::setApplicationName("Time Machine");
+    QGuiApplication::setDesktopFileName("org.norvane.TimeMachineSettings");
+    const QGuiApplication application(argc, argv);
+    if (PaneInstance::handedOver())
+        return EXIT_SUCCESS;
+    makeFolder(preferencesFolder());
+    std::optional<Pane> pane(std::in_place);
+    const int status = pane->window.open() ? QGuiApplication::exec() : EXIT_FAILURE;
+    // A tool that hangs would keep a thread, and so the end of the program, waiting for its time limit.
+    if (!pane->background.waitForDone())
+        std::_Exit(status);
+    return status;
+}

@@ -1,0 +1,245 @@
+#include "settings_pane/pane_view_model.h"
+
+#include <QUrl>
+#include <algorithm>
+#include <utility>
+
+#include "timemachine_linux/paths.h"
+#include "ui/view_values.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr double lookAgainSeconds = 3;
+
+QList<QVariantMap> pathRows(const std::vector<std::string>& paths, bool removable) {
+    QList<QVariantMap> rows;
+    for (const std::string& path : paths)
+        rows.append({{"path", shownPath(path)}, {"removable", removable}});
+    return rows;
+}
+
+std::optional<std::string> pathAt(const std::vector<std::string>& paths, int row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= paths.size())
+        return std::nullopt;
+    return paths[static_cast<std::size_t>(row)];
+}
+
+} // namespace
+
+PaneViewModel::PaneViewModel(const PaneServices& services)
+    : services_(services), folderChooser_(services.settings, services.background, services.translator) {}
+
+PaneViewModel::~PaneViewModel() = default;
+
+void PaneViewModel::opened() {
+    ticker_ = services_.timers.repeating(lookAgainSeconds, 0, [this] {
+        if (!reading_ && !busy_)
+            read();
+    });
+    read();
+}
+
+void PaneViewModel::closed() { ticker_.reset(); }
+
+void PaneViewModel::read() {
+    reading_ = true;
+    runInBackground(
+        services_.background, lifetime_,
+        [&settings = services_.settings, withDrives = choosingDisk_] {
+            return Reading{settings.load(), withDrives ? std::optional(settings.drives()) : std::nullopt};
+        },
+        [this, number = ++readings_](Reading reading) {
+            if (number == readings_)
+                take(std::move(reading));
+        });
+}
+
+void PaneViewModel::take(Reading reading) {
+    reading_ = false;
+    known_ = true;
+    busy_ = false;
+    state_ = std::move(reading.state);
+    content_ = paneContent(state_, services_.formats, services_.translator);
+    sources_.set(pathRows(state_.sources, state_.sources.size() > 1));
+    exclusions_.set(pathRows(state_.exclusions, true));
+    if (reading.drives) {
+        drives_ = std::move(*reading.drives);
+        offersKnown_ = true;
+    }
+    showOffers();
+    Q_EMIT changed();
+}
+
+void PaneViewModel::change(const char* complaint, Change change) {
+    if (busy_)
+        return;
+    busy_ = true;
+    trouble_.clear();
+    Q_EMIT changed();
+    runInBackground(
+        services_.background, lifetime_,
+        [&settings = services_.settings, change = std::move(change)] { return change(settings); },
+        [this, complaint](const std::string& wrong) {
+            if (!wrong.empty())
+                trouble_ = viewText(fillIn(services_.translator.translate(complaint), {printable(wrong)}));
+            read();
+        });
+}
+
+QVariantList PaneViewModel::frequencies() const {
+    return {QVariantMap{{"label", text("Manually")}, {"value", int{PaneContent::manually}}},
+            QVariantMap{{"label", text("Automatically every hour")}, {"value", int{PaneContent::everyHour}}}};
+}
+
+void PaneViewModel::browseBackups() {
+    if (state_.disk && !state_.disk->backupsFolder.empty())
+        services_.workspace.openUrl(QUrl::fromLocalFile(viewText(state_.disk->backupsFolder))
+                                        .toString(QUrl::FullyEncoded)
+                                        .toStdString());
+}
+
+void PaneViewModel::setFrequency(int frequency) {
+    if (busy_)
+        return;
+    content_.frequency = frequency; // what is then read shows again as a change, if it is another one
+    const bool hourly = frequency == PaneContent::everyHour;
+    change(hourly ? "Backups every hour need systemd's timers for users, which could not be set up: %@. The "
+                    "frequency stays as it was."
+                  : "The hourly timer could not be stopped: %@. The frequency stays as it was.",
+           [hourly](BackupSettings& settings) { return settings.setHourly(hourly); });
+}
+
+void PaneViewModel::showOptions(bool show) {
+    showsOptions_ = show;
+    trouble_.clear();
+    Q_EMIT changed();
+}
+
+void PaneViewModel::chooseDisk() {
+    choosingDisk_ = true;
+    offersKnown_ = false;
+    drives_.clear();
+    folderOffer_.reset();
+    chosenFolder_.reset();
+    trouble_.clear();
+    showOffers();
+    Q_EMIT changed();
+    read();
+}
+
+void PaneViewModel::showOffers() {
+    QList<QVariantMap> rows;
+    const auto add = [&](const DestinationOffer& offer) {
+        const QString refusal = refusalText(offer.check, services_.translator);
+        rows.append(
+            {{"name", shownName(offer.folder)},
+             {"details",
+              refusal.isEmpty() ? offerDetails(offer, services_.formats, services_.translator) : refusal},
+             {"network", offer.network},
+             {"usable", refusal.isEmpty()},
+             {"chosen", chosenFolder_ == offer.folder}});
+    };
+    std::for_each(drives_.begin(), drives_.end(), add);
+    if (folderOffer_)
+        add(*folderOffer_);
+    offers_.set(rows);
+}
+
+const DestinationOffer* PaneViewModel::chosenOffer() const {
+    if (!chosenFolder_)
+        return nullptr;
+    if (folderOffer_ && folderOffer_->folder == *chosenFolder_)
+        return &*folderOffer_;
+    for (const DestinationOffer& drive : drives_)
+        if (drive.folder == *chosenFolder_)
+            return &drive;
+    return nullptr;
+}
+
+bool PaneViewModel::canUseDisk() const {
+    const DestinationOffer* offer = chosenOffer();
+    return offer && offer->check.refusal == OfferRefusal::none && !busy_;
+}
+
+QStringList PaneViewModel::diskNotices() const {
+    const DestinationOffer* offer = chosenOffer();
+    return offer ? noticeTexts(offer->check, services_.translator) : QStringList();
+}
+
+void PaneViewModel::selectOffer(int row) {
+    const auto at = static_cast<std::size_t>(row);
+    if (row >= 0 && at < drives_.size())
+        chosenFolder_ = drives_[at].folder;
+    else if (folderOffer_ && at == drives_.size())
+        chosenFolder_ = folderOffer_->folder;
+    showOffers();
+    Q_EMIT changed();
+}
+
+void PaneViewModel::chooseDiskFolder() {
+    folderChooser_.begin(
+        text("Choose a Folder for the Backups"), services_.home, [this](const std::string& folder) {
+            runInBackground(
+                services_.background, lifetime_,
+                [&settings = services_.settings, folder] { return settings.offerOf(folder); },
+                [this](DestinationOffer offer) {
+                    chosenFolder_ = offer.folder;
+                    folderOffer_ = std::move(offer);
+                    for (const DestinationOffer& drive : drives_)
+                        if (drive.folder == *chosenFolder_) // it is in the list already
+                            folderOffer_.reset();
+                    showOffers();
+                    Q_EMIT changed();
+                });
+        });
+}
+
+void PaneViewModel::useDisk() {
+    if (!canUseDisk())
+        return;
+    choosingDisk_ = false;
+    change("The backup disk was not changed: %@", [folder = *chosenFolder_](BackupSettings& settings) {
+        return settings.chooseDestination(folder);
+    });
+}
+
+void PaneViewModel::cancelDisk() {
+    choosingDisk_ = false;
+    Q_EMIT changed();
+}
+
+void PaneViewModel::addSource() {
+    folderChooser_.begin(
+        text("Choose a Folder to Back Up"), services_.home, [this](const std::string& folder) {
+            change("The folder was not added: %@",
+                   [folder](BackupSettings& settings) { return settings.addSource(folder); });
+        });
+}
+
+void PaneViewModel::removeSource(int row) {
+    if (const auto path = pathAt(state_.sources, row); path && state_.sources.size() > 1)
+        change("The folder was not removed: %@",
+               [path = *path](BackupSettings& settings) { return settings.removeSource(path); });
+}
+
+void PaneViewModel::addExclusion() {
+    folderChooser_.begin(
+        text("Choose a Folder to Leave Out"), services_.home, [this](const std::string& folder) {
+            change("The folder was not added: %@",
+                   [folder](BackupSettings& settings) { return settings.addExclusion(folder); });
+        });
+}
+
+void PaneViewModel::removeExclusion(int row) {
+    if (const auto path = pathAt(state_.exclusions, row))
+        change("The folder was not removed: %@",
+               [path = *path](BackupSettings& settings) { return settings.removeExclusion(path); });
+}
+
+QString PaneViewModel::text(const char* english) const {
+    return viewText(services_.translator.translate(english));
+}
+
+} // namespace norvane

@@ -1,0 +1,125 @@
+// The Time Machine pane without its view.
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+#include "platform/timers.h"
+#include "platform/workspace.h"
+#include "settings_pane/folder_chooser.h"
+#include "settings_pane/pane_content.h"
+
+namespace norvane {
+
+/// What it works with; all of it must outlive the view-model and all background work.
+struct PaneServices {
+    BackupSettings& settings;
+    Timers& timers;
+    Background& background;
+    Workspace& workspace;
+    const Formats& formats;
+    const Translator& translator;
+    std::string home;
+};
+
+/// Main thread only. While shown it looks every 3 seconds: drives come and go, and other programs change the
+/// settings, too.
+class PaneViewModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(norvane::PaneContent content READ content NOTIFY changed)
+    Q_PROPERTY(bool known READ known NOTIFY changed)        ///< False until everything was read once.
+    Q_PROPERTY(bool busy READ busy NOTIFY changed)          ///< Something is being changed.
+    Q_PROPERTY(QString trouble READ trouble NOTIFY changed) ///< Why the last change was not made.
+    Q_PROPERTY(QVariantList frequencies READ frequencies CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* sources READ sources CONSTANT)       ///< "path", "removable".
+    Q_PROPERTY(QAbstractItemModel* exclusions READ exclusions CONSTANT) ///< The same.
+    // Choosing the backup disk.
+    Q_PROPERTY(bool choosingDisk READ choosingDisk NOTIFY changed)
+    /// "name", "details", "network", "usable", "chosen".
+    Q_PROPERTY(QAbstractItemModel* offers READ offers CONSTANT)
+    Q_PROPERTY(bool offersKnown READ offersKnown NOTIFY changed)
+    Q_PROPERTY(bool canUseDisk READ canUseDisk NOTIFY changed)
+    Q_PROPERTY(QStringList diskNotices READ diskNotices NOTIFY changed) ///< About the chosen one.
+    // The options.
+    Q_PROPERTY(bool showsOptions READ showsOptions NOTIFY changed)
+    Q_PROPERTY(norvane::FolderChooser* folderChooser READ folderChooser CONSTANT)
+
+public:
+    explicit PaneViewModel(const PaneServices& services);
+    ~PaneViewModel() override;
+
+    void opened();
+    void closed();
+
+    [[nodiscard]] const PaneContent& content() const { return content_; }
+    [[nodiscard]] bool known() const { return known_; }
+    [[nodiscard]] bool busy() const { return busy_; }
+    [[nodiscard]] const QString& trouble() const { return trouble_; }
+    [[nodiscard]] QVariantList frequencies() const;
+    [[nodiscard]] QAbstractItemModel* sources() { return &sources_; }
+    [[nodiscard]] QAbstractItemModel* exclusions() { return &exclusions_; }
+    [[nodiscard]] bool choosingDisk() const { return choosingDisk_; }
+    [[nodiscard]] QAbstractItemModel* offers() { return &offers_; }
+    [[nodiscard]] bool offersKnown() const { return offersKnown_; }
+    [[nodiscard]] bool canUseDisk() const;
+    [[nodiscard]] QStringList diskNotices() const;
+    [[nodiscard]] bool showsOptions() const { return showsOptions_; }
+    [[nodiscard]] FolderChooser* folderChooser() { return &folderChooser_; }
+
+    Q_INVOKABLE void browseBackups();
+    Q_INVOKABLE void setFrequency(int frequency); ///< PaneContent::Frequency.
+    Q_INVOKABLE void showOptions(bool show);
+
+    Q_INVOKABLE void chooseDisk();
+    Q_INVOKABLE void selectOffer(int row);
+    Q_INVOKABLE void chooseDiskFolder();
+    Q_INVOKABLE void useDisk();
+    Q_INVOKABLE void cancelDisk();
+
+    Q_INVOKABLE void addSource();
+    Q_INVOKABLE void removeSource(int row);
+    Q_INVOKABLE void addExclusion();
+    Q_INVOKABLE void removeExclusion(int row);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    struct Reading {
+        BackupSettingsState state;
+        std::optional<std::vector<DestinationOffer>> drives; ///< None: not asked for.
+    };
+    /// Returns what went wrong; empty: nothing.
+    using Change = std::function<std::string(BackupSettings&)>;
+
+    void read();
+    void take(Reading reading);
+    /// Makes the change off the main thread, then reads anew. `complaint` is filled in with what went wrong.
+    void change(const char* complaint, Change change);
+    void showOffers();
+    [[nodiscard]] const DestinationOffer* chosenOffer() const;
+    [[nodiscard]] QString text(const char* english) const;
+
+    const PaneServices services_;
+    BackupSettingsState state_;
+    PaneContent content_;
+    bool known_ = false;
+    bool busy_ = false;
+    QString trouble_;
+    int readings_ = 0; // asked for; only the last one counts
+    bool reading_ = false;
+    RowList sources_{{"path", "removable"}};
+    RowList exclusions_{{"path", "removable"}};
+    bool choosingDisk_ = false;
+    bool offersKnown_ = false;
+    std::vector<DestinationOffer> drives_;
+    std::optional<DestinationOffer> folderOffer_; // a folder that the user went to
+    std::optional<std::string> chosenFolder_;
+    RowList offers_{{"name", "details", "network", "usable", "chosen"}};
+    bool showsOptions_ = false;
+    FolderChooser folderChooser_;
+    std::unique_ptr<Timer> ticker_; // runs while the window is shown
+    Lifetime lifetime_;
+};
+
+} // namespace norvane

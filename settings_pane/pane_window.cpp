@@ -1,0 +1,23 @@
+#include "settings_pane/pane_window.h"
+
+namespace norvane {
+
+PaneWindow::PaneWindow(UiEngine& engine, const PaneServices& services)
+    : model_(services),
+      window_(engine.makeWindow("TimeMachinePane", {{"model", QVariant::fromValue(&model_)}})) {
+    if (window_)
+        connect(window_.get(), &QWindow::visibleChanged, this, &PaneWindow::visibleChanged);
+}
+
+bool PaneWindow::open() {
+    if (!window_)
+        return false;
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
+    return true;
+}
+
+void PaneWindow::visibleChanged(bool visible) { visible ? model_.opened() : model_.closed(); }
+
+} // namespace norvane

@@ -1,0 +1,68 @@
+import QtQuick
+import Norvane
+
+Sheet {
+    id: sheet
+
+    required property var model
+
+    title: Texts.text("Options")
+    onVisibleChanged: if (visible) takeFocus()
+    onEscaped: model.showOptions(false)
+
+    function takeFocus() {
+        frequency.takeFocus()
+    }
+
+    Form {
+        anchors.fill: parent
+
+        FormSection {
+            PickerRow {
+                id: frequency
+
+                enabled: !sheet.model.busy
+                label: Texts.text("Back up frequency")
+                choices: sheet.model.frequencies
+                value: sheet.model.content.frequency
+                placeholder: Texts.text("Choose…")
+                onPicked: value => sheet.model.setFrequency(value)
+            }
+        }
+        PaneNotice {
+            visible: text !== ""
+            text: sheet.model.trouble
+            color: Theme.red
+        }
+        FormSection {
+            header: Texts.text("Back up")
+
+            PathList {
+                paths: sheet.model.sources
+                onRemoved: row => sheet.model.removeSource(row)
+            }
+            AddButton {
+                text: Texts.text("Add Folder to Back Up…")
+                onClicked: sheet.model.addSource()
+            }
+        }
+        FormSection {
+            header: Texts.text("Leave out")
+            footer: Texts.text("Caches and the trash are always left out.")
+
+            PathList {
+                paths: sheet.model.exclusions
+                onRemoved: row => sheet.model.removeExclusion(row)
+            }
+            AddButton {
+                text: Texts.text("Add Folder to Leave Out…")
+                onClicked: sheet.model.addExclusion()
+            }
+        }
+    }
+    buttons: PushButton {
+        prominent: true
+        text: Texts.text("Done")
+        onClicked: sheet.model.showOptions(false)
+    }
+}
