@@ -11,8 +11,10 @@ AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, std::functio
       window_(engine.makeWindow("AlertWindow", {{"message", viewText(texts.message)},
                                                 {"information", viewText(texts.information)},
                                                 {"button", viewText(texts.button)}})) {
-    if (window_)
-        connect(window_.get(), &QWindow::visibleChanged, this, &AlertWindow::visibleChanged);
+    if (!window_)
+        return;
+    placeInTheMiddle(*window_);
+    connect(window_.get(), &QWindow::visibleChanged, this, &AlertWindow::visibleChanged);
 }
 
 bool AlertWindow::open() {

@@ -8,6 +8,7 @@ void OnboardingWindow::open() {
         window_ = engine_.makeWindow("OnboardingWindow", {{"model", QVariant::fromValue(model_.get())}});
         if (!window_)
             return;
+        placeInTheMiddle(*window_);
         connect(window_.get(), &QWindow::visibleChanged, this, &OnboardingWindow::visibleChanged);
         connect(model_.get(), &OnboardingViewModel::finished, window_.get(), &QWindow::close);
     }

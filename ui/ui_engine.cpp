@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QQmlComponent>
+#include <QScreen>
 #include <QtQml>
 
 #include "ui/application_icon_provider.h"
@@ -14,6 +15,12 @@ namespace {
 constexpr auto uri = "Norvane"; // what views import
 
 } // namespace
+
+void placeInTheMiddle(QWindow& window) {
+    QRect place(QPoint(), window.size());
+    place.moveCenter(window.screen()->availableGeometry().center());
+    window.setPosition(place.topLeft());
+}
 
 UiEngine::UiEngine(Theme& theme, const Translator& translator) : theme_(theme), texts_(translator) {}
 
