@@ -11,6 +11,7 @@
 #include "platform/linux/icu_formats.h"
 #include "tests/screenshots/health_states.h"
 #include "tests/screenshots/onboarding_states.h"
+#include "tests/screenshots/pane_states.h"
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/settings_states.h"
 #include "tests/screenshots/snapshots_states.h"
@@ -133,6 +134,21 @@ bool photographOnboarding(UiEngine& engine, const screenshots::OnboardingState& 
     return window->grabWindow().save(path);
 }
 
+bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const QString& path) {
+    screenshots::PaneScene scene;
+    state.reach(scene);
+    scene.model.opened();
+    scene.settle();
+    const auto window = engine.makeWindow("TimeMachinePane", {{"model", QVariant::fromValue(&scene.model)}});
+    if (!window)
+        return false;
+    window->show();
+    if (state.change)
+        state.change(scene);
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
 bool photographAlert(UiEngine& engine, const QString& path) {
     const auto window = engine.makeWindow(
         "AlertWindow", {{"message", "Norvane is running from the disk image"},
@@ -222,6 +238,7 @@ int main(int argc, char** argv) {
     };
     photograph("panel", screenshots::panelStates(), photographPanel);
     photograph("onboarding", screenshots::onboardingStates(), photographOnboarding);
+    photograph("pane", screenshots::paneStates(), photographPane);
     photograph("settings", screenshots::settingsStates(), photographSettings);
     photograph("health", screenshots::healthStates(), photographHealth);
     photograph("snapshots", screenshots::snapshotsStates(), photographSnapshots);
