@@ -104,11 +104,11 @@ void BackupController::checkStatus() {
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
                  [this](const TMStatus& status) {
                      applyStatus(status);
-                     checkDestination();
+                     refreshDestination();
                  });
 }
 
-void BackupController::checkDestination() {
+void BackupController::refreshDestination() {
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
                  [this](const TMUtil::DestinationSummary& summary) {
                      publish(&ControllerState::destinationName, summary.name);

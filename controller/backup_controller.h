@@ -95,6 +95,8 @@ public:
     void setConditions(const ConditionsConfig& conditions);
     void refreshHealthData();
     void refreshAutoBackupFlag();
+    /// Learns anew where backups go, and then what refreshAutoBackupFlag() learns.
+    void refreshDestination();
     /// The user sent or dismissed the crash report.
     void clearPendingCrashReport();
     /// The user chose whether to use the program's own accent colour: every view takes it up.
@@ -111,7 +113,6 @@ private:
     void runStartupChecks();
     void checkCrashReports();
     void checkStatus();
-    void checkDestination();
     void handleWake();
 
     // Planning, firing and deferral (firing.cpp).

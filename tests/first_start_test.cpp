@@ -61,6 +61,8 @@ TEST_F(FirstStart, LeadsToBackupsUnderTheUsersControlWithoutAShell) {
     EXPECT_NE(user.tmutil("destinationinfo").find("Mount Point   : " + user.path("home/Backups")),
               std::string::npos);
 
+    EXPECT_TRUE(shows("label", "Backing up to “Backups”."));
+
     press("Options…");
     ASSERT_TRUE(shows("push button", "Done"));
     driver->type("Return"); // the keyboard is on the frequency

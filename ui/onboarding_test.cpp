@@ -156,6 +156,16 @@ TEST(Onboarding, SeesTheUserTurnTheScheduleOffWithinTwoSeconds) {
     EXPECT_EQ(g.flagReads(), 1);
 }
 
+TEST(Onboarding, SeesTheUserChooseAFirstDisk) {
+    Guide g;
+    g.machine.timeMachine.name.reset();
+    OnboardingViewModel& model = g.openOn(1);
+    EXPECT_TRUE(model.content().destination.startsWith("No backup disk"));
+    g.machine.timeMachine.name = "Disk";
+    g.machine.time.advance(2);
+    EXPECT_EQ(model.content().destination, "Backing up to “Disk”.");
+}
+
 TEST(Onboarding, PassesOnWhatIsToCoverTheUser) {
     Guide g;
     g.machine.loginItem.on = true;

@@ -21,7 +21,7 @@ OnboardingViewModel::~OnboardingViewModel() = default;
 void OnboardingViewModel::opened() {
     pollTimer_ = services_.timers.repeating(pollSeconds, 0, [this] {
         if (step_ == automaticScheduleStep)
-            services_.controller.refreshAutoBackupFlag();
+            poll();
     });
     subscription_ = services_.controller.subscribe([this] {
         if (!soon_)
@@ -86,6 +86,14 @@ void OnboardingViewModel::enableAlerts() {
 void OnboardingViewModel::goTo(int step) {
     step_ = step;
     Q_EMIT stepChanged();
+}
+
+void OnboardingViewModel::poll() {
+    // The same pane is where a first backup disk is chosen.
+    if (services_.controller.state().destinationName)
+        services_.controller.refreshAutoBackupFlag();
+    else
+        services_.controller.refreshDestination();
 }
 
 void OnboardingViewModel::refresh() {

@@ -40,8 +40,8 @@ public:
     explicit OnboardingViewModel(const OnboardingServices& services);
     ~OnboardingViewModel() override;
 
-    /// While the window is shown, it follows the controller, and looks every 2 seconds whether the user has
-    /// turned the automatic schedule off.
+    /// While the window is shown, it follows the controller, and on the step about the automatic schedule it
+    /// looks every 2 seconds whether the user has turned that off, and has chosen a first backup disk.
     void opened();
     void closed();
 
@@ -70,6 +70,7 @@ Q_SIGNALS:
 
 private:
     void goTo(int step);
+    void poll();
     void refresh();
 
     const OnboardingServices services_;
