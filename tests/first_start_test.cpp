@@ -25,8 +25,8 @@ protected:
         ASSERT_TRUE(driver->waitFor(role, name)) << name << " is not among\n" << describe(driver->elements());
         EXPECT_TRUE(driver->press(role, name)) << name;
     }
-    [[nodiscard]] bool shows(const std::string& role, const std::string& name, double seconds = 30) const {
-        return driver->waitFor(role, name, seconds).has_value();
+    [[nodiscard]] bool shows(const std::string& role, const std::string& name) const {
+        return driver->waitFor(role, name).has_value();
     }
 
     ProgramFixture user;
@@ -72,7 +72,7 @@ TEST_F(FirstStart, LeadsToBackupsUnderTheUsersControlWithoutAShell) {
     ASSERT_TRUE(eventually([&] {
         return user.defaults("read /Library/Preferences/com.apple.TimeMachine.plist AutoBackup") == "0";
     })) << describe(driver->elements());
-    EXPECT_TRUE(shows("label", "Automatic backups are OFF — Norvane is in control.", 2.5))
+    EXPECT_TRUE(shows("label", "Automatic backups are OFF — Norvane is in control."))
         << describe(driver->elements());
     press("Done");
 
