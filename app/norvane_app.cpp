@@ -99,7 +99,6 @@ void NorvaneApp::performStartupAction() {
         openOnboardingWindow();
 }
 
-
 ControllerServices NorvaneApp::services() {
     return {.clock = clock_,
             .timers = timers_,

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "tests/program_fixture.h"
 
@@ -150,7 +152,7 @@ TEST(Norvane, TellsOfACrashAtTheNextStart) {
     const std::string sanitizerLeavesSignalsAlone = "ASAN_OPTIONS=handle_segv=0";
     const pid_t program = user.start(NORVANE_BIN_DIR "/norvane", {sanitizerLeavesSignalsAlone});
     ASSERT_TRUE(user.waitForLog("Next backup scheduled for", 10));
-    kill(program, SIGSEGV);
+    syscall(SYS_tgkill, program, program, SIGSEGV); // its main thread
     EXPECT_EQ(user.waitForExit(program, 15), 128 + SIGSEGV);
     user.start();
     ASSERT_TRUE(user.waitForLog("Crash log from a previous run found: Norvane-", 10)) << user.log();

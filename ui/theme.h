@@ -17,8 +17,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
     Q_PROPERTY(QColor brand READ brand CONSTANT)             ///< The program's own, whatever the accent is.
     Q_PROPERTY(QColor onAccent READ onAccent NOTIFY changed) ///< Text on a surface in the accent colour.
-    Q_PROPERTY(QColor onTint READ onTint CONSTANT) ///< Text on any other coloured surface; a knob.
-    Q_PROPERTY(QColor shade READ shade CONSTANT)   ///< What darkens a surface, faded.
+    Q_PROPERTY(QColor onTint READ onTint CONSTANT)           ///< Text on any other coloured surface; a knob.
+    Q_PROPERTY(QColor shade READ shade CONSTANT)             ///< What darkens a surface, faded.
     Q_PROPERTY(QColor window READ window NOTIFY changed)
     Q_PROPERTY(QColor control READ control NOTIFY changed) ///< A bordered button, a menu.
     Q_PROPERTY(QColor primary READ primary NOTIFY changed)
