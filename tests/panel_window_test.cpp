@@ -200,6 +200,28 @@ TEST_F(PanelWindow, EveryControlHasItsEffect) {
     }
 }
 
+TEST_F(PanelWindow, IsAsHighAsItsContent) {
+    const PeerProcess program = show("scheduled");
+    ASSERT_TRUE(waitForPanel());
+    const auto height = [] {
+        const auto frame = user().find("frame", "Norvane");
+        return frame ? frame->place.height() : 0;
+    };
+    const auto holdsLastButton = [] {
+        const auto frame = user().find("frame", "Norvane");
+        const auto button = user().find("push button", "Quit Norvane");
+        return frame && button && frame->place.contains(button->place);
+    };
+    EXPECT_TRUE(eventually(holdsLastButton));
+    const int first = height();
+    EXPECT_TRUE(user().press("push button", "Skip Next"));
+    EXPECT_TRUE(eventually([&] { return height() > first && holdsLastButton(); })) << height();
+    EXPECT_TRUE(user().press("push button", "Quit Norvane"));
+    EXPECT_TRUE(eventually([&] { return height() < first; })) << height();
+    EXPECT_TRUE(user().press("push button", "Cancel"));
+    EXPECT_TRUE(eventually([&] { return height() > first && holdsLastButton(); })) << height();
+}
+
 TEST_F(PanelWindow, AsksBeforeItQuits) {
     PeerProcess program = show("scheduled");
     ASSERT_TRUE(waitForPanel());

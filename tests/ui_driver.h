@@ -57,7 +57,7 @@ public:
     [[nodiscard]] std::optional<Element> focused() const;
     /// As `find`, but waits until it shows.
     [[nodiscard]] std::optional<Element> waitFor(const std::string& role, const std::string& name,
-                                                 double seconds = 30) const;
+                                                 double seconds = 60) const;
     [[nodiscard]] bool waitUntilGone(const std::string& role, const std::string& name,
                                      double seconds = 30) const;
 

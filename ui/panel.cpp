@@ -48,14 +48,15 @@ void Panel::toggleAt(std::optional<QPoint> position) {
         return;
     const QPoint pointer = position.value_or(QCursor::pos());
     const QRect screen = screenWith(pointer)->availableGeometry();
-    const QPoint anchor = position ? pointer : cornerAt(pointer, screen);
-    window_->setPosition(panelPosition(anchor, window_->size(), screen));
+    anchor_ = position ? pointer : cornerAt(pointer, screen);
+    place();
     show();
 }
 
 void Panel::showAsWindow() {
     if (window_ && window_->isVisible())
         return window_->requestActivate();
+    anchor_.reset();
     if (prepare(false))
         show();
 }
@@ -63,7 +64,18 @@ void Panel::showAsWindow() {
 void Panel::hide() {
     if (window_)
         window_->hide();
-    model_.closed();
+}
+
+/// Also when its height has changed: it grows away from the tray, and not out of the screen.
+void Panel::place() {
+    if (anchor_)
+        window_->setPosition(
+            panelPosition(*anchor_, window_->size(), screenWith(*anchor_)->availableGeometry()));
+}
+
+void Panel::visibleChanged(bool visible) {
+    if (!visible)
+        model_.closed();
 }
 
 void Panel::leave() {
@@ -77,8 +89,11 @@ bool Panel::prepare(bool attached) {
     model_.opened(); // first, so that the window has its size
     if (!window_) {
         window_ = engine_.makeWindow("PanelWindow", {{"model", QVariant::fromValue(&model_)}});
-        if (window_)
+        if (window_) {
             connect(window_.get(), SIGNAL(left()), this, SLOT(leave()));
+            connect(window_.get(), &QWindow::heightChanged, this, &Panel::place);
+            connect(window_.get(), &QWindow::visibleChanged, this, &Panel::visibleChanged);
+        }
     }
     if (window_)
         window_->setProperty("attached", attached);

@@ -30,6 +30,8 @@ public:
 
 private Q_SLOTS:
     void leave();
+    void place();
+    void visibleChanged(bool visible);
 
 private:
     [[nodiscard]] bool prepare(bool attached);
@@ -39,6 +41,7 @@ private:
     const Clock& clock_;
     PanelViewModel model_;
     std::unique_ptr<QQuickWindow> window_;
+    std::optional<QPoint> anchor_; // of the panel at the tray; none of a window like others
     std::optional<Instant> leftAt_;
 };
 

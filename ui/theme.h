@@ -33,6 +33,7 @@ class Theme : public QObject {
     Q_PROPERTY(QFont title READ title CONSTANT)
     Q_PROPERTY(QFont title2 READ title2 CONSTANT)
     Q_PROPERTY(QFont title3 READ title3 CONSTANT)
+    Q_PROPERTY(QFont question READ question CONSTANT) ///< The title of a confirmation.
     Q_PROPERTY(QFont headline READ headline CONSTANT)
     Q_PROPERTY(QFont body READ body CONSTANT)
     Q_PROPERTY(QFont callout READ callout CONSTANT)
@@ -80,6 +81,7 @@ public:
     [[nodiscard]] QFont title() const { return font(22, QFont::Normal); }
     [[nodiscard]] QFont title2() const { return font(17, QFont::Normal); }
     [[nodiscard]] QFont title3() const { return font(15, QFont::Normal); }
+    [[nodiscard]] QFont question() const { return font(14, QFont::DemiBold); }
     [[nodiscard]] QFont headline() const { return font(13, QFont::DemiBold); }
     [[nodiscard]] QFont body() const { return font(13, QFont::Normal); }
     [[nodiscard]] QFont callout() const { return font(12, QFont::Normal); }

@@ -32,8 +32,12 @@ Column {
             onClicked: actions.model.skipNext()
         }
         PushButton {
+            id: resume
+
             width: pair.half
             visible: actions.content.paused
+            // The keyboard stays where it was, on the other of the two.
+            onVisibleChanged: if (!visible && activeFocus) pause.forceActiveFocus(Qt.TabFocusReason)
             text: Texts.text("Resume")
             onClicked: actions.model.resume()
         }
@@ -42,6 +46,7 @@ Column {
 
             width: pair.half
             visible: !actions.content.paused
+            onVisibleChanged: if (!visible && activeFocus) resume.forceActiveFocus(Qt.TabFocusReason)
             enabled: !actions.content.running
             text: Texts.text("Pause")
             Accessible.role: Accessible.ButtonMenu
@@ -60,7 +65,7 @@ Column {
                 id: menu
 
                 width: pair.half
-                onClosed: pause.forceActiveFocus(Qt.PopupFocusReason)
+                onClosed: (pause.visible ? pause : resume).forceActiveFocus(Qt.PopupFocusReason)
 
                 PopupMenuItem {
                     text: Texts.text("For 1 Hour")

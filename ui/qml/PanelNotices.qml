@@ -8,7 +8,7 @@ Column {
     required property var model
     readonly property var content: model.content
 
-    spacing: 8
+    spacing: 12
 
     NoticeRow {
         visible: notices.content.stalled

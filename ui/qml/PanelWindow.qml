@@ -11,18 +11,33 @@ Window {
 
     signal left
 
+    readonly property int fitting: panel.implicitHeight
+
     width: panel.implicitWidth
-    height: panel.implicitHeight
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
     color: Theme.window
     title: "Norvane"
     flags: attached ? Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint : Qt.Window
 
-    onActiveChanged: if (!active && attached) left()
+    Component.onCompleted: fit()
+    onFittingChanged: fit()
+    onActiveChanged: {
+        if (active)
+            model.cancelQuit()
+        else if (attached)
+            left()
+    }
     onVisibleChanged: if (visible) panel.forceActiveFocus()
+
+    // The limits first: a window manager refuses a size beyond those that it knows.
+    function fit() {
+        if (fitting < minimumHeight)
+            minimumHeight = fitting
+        maximumHeight = fitting
+        minimumHeight = fitting
+        height = fitting
+    }
 
     MenuPanel {
         id: panel

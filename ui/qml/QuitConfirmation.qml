@@ -22,7 +22,7 @@ Column {
         Label {
             anchors.verticalCenter: parent.verticalCenter
             text: Texts.text("Quit Norvane?")
-            font: Theme.weighted(Theme.headline, 600)
+            font: Theme.question
             Accessible.role: Accessible.Heading
         }
     }
