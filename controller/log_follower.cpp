@@ -13,8 +13,15 @@ constexpr std::size_t tailBytes = 4096;
 
 bool LogFollower::update() {
     const LogFileInfo info = file_.info();
-    if (loaded_ && info.size == last_.size)
+    if (loaded_ && info == last_)
         return false;
+    readTo(info);
+    return true;
+}
+
+void LogFollower::updateAnew() { readTo(file_.info()); }
+
+void LogFollower::readTo(const LogFileInfo& info) {
     if (!continues(info))
         restart();
     loaded_ = true;
@@ -30,11 +37,10 @@ bool LogFollower::update() {
         tail_ = (tail_ + piece)
                     .substr(tail_.size() + piece.size() - std::min(tailBytes, tail_.size() + piece.size()));
     }
-    return true;
 }
 
 bool LogFollower::continues(const LogFileInfo& info) const {
-    return loaded_ && info.identity == last_.identity && info.size > offset_ &&
+    return loaded_ && info.identity == last_.identity && info.size >= offset_ &&
            file_.read(offset_ - tail_.size(), tail_.size()) == tail_;
 }
 

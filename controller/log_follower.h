@@ -15,12 +15,16 @@ public:
     explicit LogFollower(const LogFile& file) : file_(file) {}
 
     /// Reads on to the end of the file; a file that shrank, was replaced or was rewritten is read from its
-    /// start. Blocks while it reads. False: the size is as at the last time, and nothing was looked at.
+    /// start. Blocks while it reads. False: it is the file of the last time, in the same size, and was not
+    /// looked into.
     bool update();
+    /// As `update`, but looks into a file of the same size, too.
+    void updateAnew();
 
     [[nodiscard]] std::vector<LogEntry> entries() const { return reader_.entries(); }
 
 private:
+    void readTo(const LogFileInfo& info);
     [[nodiscard]] bool continues(const LogFileInfo& info) const;
     void restart();
 

@@ -48,6 +48,7 @@ TEST(LogFollower, GivesWhatReadingTheWholeFileGives) {
              Case{"shrunk", [&] { text = "anew\n"; }},
              Case{"rewritten and larger", [&] { text = "other " + many; }},
              Case{"replaced by one with the same beginning", [&] { text += "more\n", ++log.file.identity; }},
+             Case{"replaced by one of the same size", [&] { text.back() = '!', ++log.file.identity; }},
              Case{"not UTF-8", [&] { text += "\xFF\n"; }},
              Case{"still not", [&] { text += "good\n"; }},
              Case{"anew", [&] { text = "good\n"; }},

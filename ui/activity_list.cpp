@@ -34,15 +34,17 @@ ActivityList::~ActivityList() = default;
 
 void ActivityList::appear() {
     timer_ = timers_.repeating(checkSeconds, 0, [this] { check(); });
-    check();
+    check(true);
 }
 
 QString ActivityList::countText() const {
     return QString::number(entries_.count()) + viewText(texts_.translate(" events"));
 }
 
-ActivityList::Rows ActivityList::readOn(LogFollower& follower) {
-    if (!follower.update())
+ActivityList::Rows ActivityList::readOn(LogFollower& follower, bool appeared) {
+    if (appeared)
+        follower.updateAnew();
+    else if (!follower.update())
         return std::nullopt;
     std::vector<Row> rows;
     for (const LogEntry& entry : follower.entries())
@@ -50,11 +52,11 @@ ActivityList::Rows ActivityList::readOn(LogFollower& follower) {
     return rows;
 }
 
-void ActivityList::check() {
+void ActivityList::check(bool appeared) {
     if (std::exchange(reading_, true))
         return;
     runInBackground(
-        background_, lifetime_, [follower = follower_] { return readOn(*follower); },
+        background_, lifetime_, [follower = follower_, appeared] { return readOn(*follower, appeared); },
         [this](const Rows& rows) {
             reading_ = false;
             if (rows)

@@ -46,8 +46,8 @@ Q_SIGNALS:
 private:
     struct Row;
     using Rows = std::optional<std::vector<Row>>; // none: the log has not changed
-    [[nodiscard]] static Rows readOn(LogFollower& follower);
-    void check();
+    [[nodiscard]] static Rows readOn(LogFollower& follower, bool appeared);
+    void check(bool appeared = false);
     void show(const std::vector<Row>& rows);
 
     Timers& timers_;
