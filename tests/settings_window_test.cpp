@@ -196,6 +196,8 @@ TEST_F(SettingsWindow, ShowsWhatHappens) {
     EXPECT_LT(newest, listed.size());
     user.action("skip-next");
     EXPECT_TRUE(driver->waitUntilGone("label", "3 events", 15)) << "it follows the log";
+    driver->type("Escape");
+    EXPECT_TRUE(driver->waitUntilGone("page tab list", "Settings")) << "Escape closes the window";
 }
 
 } // namespace

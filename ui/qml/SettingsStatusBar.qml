@@ -23,7 +23,7 @@ Rectangle {
     Label {
         id: status
 
-        readonly property real room: (hint.visible ? hint.x - 10 : bar.width - 14) - x
+        readonly property real room: hint.x - 10 - x
 
         anchors.left: dot.right
         anchors.leftMargin: 7
@@ -52,7 +52,6 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
-        visible: !deferral.text || status.implicitWidth + deferral.implicitWidth + implicitWidth < bar.width - 60
         text: Texts.text("Changes apply immediately")
         font: Theme.caption
         color: Theme.secondary

@@ -24,26 +24,32 @@ Window {
             tabs.focusSelected() // the control that had the keyboard is gone
         }
     }
-    SettingsTabBar {
-        id: tabs
+    Item {
+        anchors.fill: parent
 
-        enabled: !chooser.visible
-        width: parent.width
-        model: window.model
-    }
-    Loader {
-        enabled: !chooser.visible
-        anchors.top: tabs.bottom
-        anchors.bottom: status.top
-        width: parent.width
-        sourceComponent: [general, schedule, blackouts, conditions, activity, about][window.model.selectedTab]
-    }
-    SettingsStatusBar {
-        id: status
+        Keys.onEscapePressed: window.close()
 
-        anchors.bottom: parent.bottom
-        width: parent.width
-        model: window.model
+        SettingsTabBar {
+            id: tabs
+
+            enabled: !chooser.visible
+            width: parent.width
+            model: window.model
+        }
+        Loader {
+            enabled: !chooser.visible
+            anchors.top: tabs.bottom
+            anchors.bottom: status.top
+            width: parent.width
+            sourceComponent: [general, schedule, blackouts, conditions, activity, about][window.model.selectedTab]
+        }
+        SettingsStatusBar {
+            id: status
+
+            anchors.bottom: parent.bottom
+            width: parent.width
+            model: window.model
+        }
     }
 
     Component {
