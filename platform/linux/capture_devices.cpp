@@ -39,9 +39,9 @@ bool VideoDevices::inUse(std::chrono::steady_clock::time_point end) {
     // The long way through all processes is spared where there is no camera, and where none was opened.
     if (devices.empty() || (!mayBeOpened(devices) && idle_))
         return false;
-    const bool open = areOpen(end);
-    idle_ = !open && std::chrono::steady_clock::now() < end;
-    return open;
+    const std::optional<bool> open = areOpen(end);
+    idle_ = open == false;
+    return open.value_or(false);
 }
 
 /// Since the last call.
@@ -60,15 +60,16 @@ bool VideoDevices::mayBeOpened(const std::vector<std::string>& devices) {
     return may;
 }
 
-bool VideoDevices::areOpen(std::chrono::steady_clock::time_point end) const {
-    bool found = false;
-    forEachOwnProcess(procFolder_, end, [&](const OwnProcess& process) {
+std::optional<bool> VideoDevices::areOpen(std::chrono::steady_clock::time_point end) const {
+    bool found = false, readable = true;
+    const bool listed = forEachOwnProcess(procFolder_, end, [&](const OwnProcess& process) {
         bool opens = false;
-        process.forEachOpenFile([&](std::string_view path) { return !(opens = path.starts_with(prefix_)); });
+        readable &= process.forEachOpenFile(
+            [&](std::string_view path) { return !(opens = path.starts_with(prefix_)); });
         found = opens && !isMediaServer(process);
         return !found;
     });
-    return found;
+    return found || (listed && readable) ? std::optional(found) : std::nullopt;
 }
 
 bool soundCardCaptures(const std::string& procFolder) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,7 +23,8 @@ public:
 
 private:
     [[nodiscard]] bool mayBeOpened(const std::vector<std::string>& devices);
-    [[nodiscard]] bool areOpen(std::chrono::steady_clock::time_point end) const;
+    /// None: not all processes could be looked at, and none of the others has one open.
+    [[nodiscard]] std::optional<bool> areOpen(std::chrono::steady_clock::time_point end) const;
 
     const std::string procFolder_;
     const std::string prefix_;

@@ -41,7 +41,8 @@ std::optional<double> LinuxMeasurements::loadPerCore() {
 
 std::set<std::string> LinuxMeasurements::runningApplications() {
     const char* searchPath = std::getenv("PATH");
-    return running_.now(procFolder_, entries_.current(), searchPath ? searchPath : "",
+    const std::vector<DesktopEntry>& entries = entries_.current(); // which may take its time
+    return running_.now(procFolder_, entries, searchPath ? searchPath : "",
                         std::chrono::steady_clock::now() + limit);
 }
 

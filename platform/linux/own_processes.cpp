@@ -1,6 +1,7 @@
 #include "platform/linux/own_processes.h"
 
 #include <array>
+#include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -60,23 +61,26 @@ std::string OwnProcess::fileInMemory(std::string_view name) const {
     return contentOf(FileDescriptor(static_cast<int>(fd)));
 }
 
-void OwnProcess::forEachOpenFile(const std::function<bool(std::string_view path)>& visit) const {
+bool OwnProcess::forEachOpenFile(const std::function<bool(std::string_view path)>& visit) const {
     const FileDescriptor folder(
         openat(procFolder_, pathOf("fd").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder)
+        return errno != EMFILE && errno != ENFILE;
     // Without opendir(), whose buffer and questions cost more than the few entries of most processes.
     alignas(dirent64) std::array<char, 4096> entries;
     LinkTarget target;
-    for (ssize_t size = 0; folder && (size = getdents64(folder.get(), entries.data(), entries.size())) > 0;) {
+    for (ssize_t size = 0; (size = getdents64(folder.get(), entries.data(), entries.size())) > 0;) {
         for (const char* at = entries.data(); at < entries.data() + size;) {
             const auto* const entry = reinterpret_cast<const dirent64*>(at);
             at += entry->d_reclen;
             if (entry->d_name[0] != '.' && !visit(linkAt(folder.get(), entry->d_name, target)))
-                return;
+                return true;
         }
     }
+    return true;
 }
 
-void forEachOwnProcess(const std::string& procFolder, std::chrono::steady_clock::time_point end,
+bool forEachOwnProcess(const std::string& procFolder, std::chrono::steady_clock::time_point end,
                        const std::function<bool(const OwnProcess& process)>& visit) {
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(procFolder.c_str()), closedir);
     const uid_t user = geteuid();
@@ -87,12 +91,13 @@ void forEachOwnProcess(const std::string& procFolder, std::chrono::steady_clock:
         if (fstatat(dirfd(folder.get()), entry->d_name, &info, 0) != 0 || info.st_uid != user)
             continue;
         if (std::chrono::steady_clock::now() >= end)
-            return;
+            return false;
         // The kernel makes a new inode for each process, with the time at which that is first looked at.
         const std::int64_t nanoseconds = info.st_ctim.tv_sec * 1'000'000'000 + info.st_ctim.tv_nsec;
         if (!visit(OwnProcess(dirfd(folder.get()), entry->d_name, {info.st_ino, nanoseconds})))
-            return;
+            return true;
     }
+    return folder != nullptr;
 }
 
 } // namespace norvane

@@ -38,8 +38,9 @@ public:
     /// RESOLVE_CACHED).
     [[nodiscard]] std::string fileInMemory(std::string_view name) const;
 
-    /// Where the process' open files lie, until `visit` returns false.
-    void forEachOpenFile(const std::function<bool(std::string_view path)>& visit) const;
+    /// Where the process' open files lie, until `visit` returns false. False: there was no descriptor left to
+    /// look with.
+    bool forEachOpenFile(const std::function<bool(std::string_view path)>& visit) const;
 
 private:
     [[nodiscard]] std::string pathOf(std::string_view name) const;
@@ -49,8 +50,9 @@ private:
     const Mark mark_;
 };
 
-/// Visits the processes of this user until `visit` returns false or the time is over.
-void forEachOwnProcess(const std::string& procFolder, std::chrono::steady_clock::time_point end,
+/// Visits the processes of this user until `visit` returns false. False: the time was over before, or they
+/// could not be listed.
+bool forEachOwnProcess(const std::string& procFolder, std::chrono::steady_clock::time_point end,
                        const std::function<bool(const OwnProcess& process)>& visit);
 
 } // namespace norvane

@@ -32,7 +32,7 @@ std::optional<Instant> creationTime(int folder, const char* name) {
 /// Lets a grandchild look, because who looks at a dead file system can be stuck for ever: nobody waits for
 /// it, and it holds none of our files. True also when there is no answer.
 bool existsAsTold(const std::string& path) {
-    constexpr int limitMilliseconds = 150;
+    constexpr int limitMilliseconds = 80;
     auto answers = makePipe();
     if (!answers)
         return true;
@@ -44,8 +44,11 @@ bool existsAsTold(const std::string& path) {
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_adddup2(&files, answers->writing.get(), STDOUT_FILENO);
+    // The shell looks at the folder it starts in, which must not be the dead one, nor be named by PWD.
+    posix_spawn_file_actions_addchdir_np(&files, "/");
+    std::array<char*, 1> noVariables = {nullptr};
     pid_t child = 0;
-    const int error = posix_spawn(&child, "/bin/sh", &files, nullptr, words.data(), environ);
+    const int error = posix_spawn(&child, "/bin/sh", &files, nullptr, words.data(), noVariables.data());
     posix_spawn_file_actions_destroy(&files);
     answers->writing.reset();
     if (error != 0)
