@@ -20,6 +20,7 @@ struct TrayAppearance {
     std::string subtitle;          ///< Second line of the tooltip.
     std::string text;              ///< Beside the image, where trays show text; empty: none.
     std::vector<TrayImage> images; ///< The same picture in several sizes.
+    std::string imageDescription;  ///< What the picture says, for those who cannot see it.
 
     bool operator==(const TrayAppearance&) const = default;
 };

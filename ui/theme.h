@@ -28,7 +28,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor orange READ orange NOTIFY changed)
     Q_PROPERTY(QColor yellow READ yellow NOTIFY changed)
     Q_PROPERTY(QColor green READ green NOTIFY changed)
-    // Text styles.
+    // Text styles, in the sizes and weights of a Mac's (Human Interface Guidelines, macOS built-in text
+    // styles).
     Q_PROPERTY(QFont largeTitle READ largeTitle CONSTANT)
     Q_PROPERTY(QFont title READ title CONSTANT)
     Q_PROPERTY(QFont title2 READ title2 CONSTANT)
@@ -82,12 +83,12 @@ public:
     [[nodiscard]] QFont title2() const { return font(17, QFont::Normal); }
     [[nodiscard]] QFont title3() const { return font(15, QFont::Normal); }
     [[nodiscard]] QFont question() const { return font(14, QFont::DemiBold); }
-    [[nodiscard]] QFont headline() const { return font(13, QFont::DemiBold); }
+    [[nodiscard]] QFont headline() const { return font(13, QFont::Bold); }
     [[nodiscard]] QFont body() const { return font(13, QFont::Normal); }
     [[nodiscard]] QFont callout() const { return font(12, QFont::Normal); }
     [[nodiscard]] QFont subheadline() const { return font(11, QFont::Normal); }
-    [[nodiscard]] QFont caption() const { return font(11, QFont::Normal); }
-    [[nodiscard]] QFont caption2() const { return font(10, QFont::Normal); }
+    [[nodiscard]] QFont caption() const { return font(10, QFont::Normal); }
+    [[nodiscard]] QFont caption2() const { return font(10, QFont::Medium); }
 
     [[nodiscard]] qreal cornerRadius() const { return 8; }
     [[nodiscard]] qreal controlHeight() const { return 28; }

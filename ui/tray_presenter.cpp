@@ -78,7 +78,9 @@ void TrayPresenter::present() {
     const MenuBarLabel label = menuBarLabel(state);
     const PanelContent content = panelContent(state, clock_.now(), formats_, translator_);
     TrayAppearance appearance{content.title.toStdString(), content.subtitle.toStdString(), label.text,
-                              appearance_.images};
+                              appearance_.images, content.title.toStdString()};
+    if (label.color != LabelColor::template_)
+        appearance.imageDescription = translator_.translate("Backups need attention");
     if (drawn_ != label) {
         appearance.images.clear();
         for (int size : traySizes)

@@ -93,6 +93,7 @@ class StatusNotifierItem::Object final : public QObject {
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QString IconName READ iconName)
     Q_PROPERTY(norvane::DBusImages IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString IconAccessibleDesc READ iconDescription)
     Q_PROPERTY(norvane::DBusToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
@@ -126,7 +127,7 @@ public:
 
     void show(const TrayAppearance& appearance) {
         const TrayAppearance old = std::exchange(appearance_, appearance);
-        if (old.images != appearance.images)
+        if (old.images != appearance.images || old.imageDescription != appearance.imageDescription)
             Q_EMIT NewIcon();
         if (old.title != appearance.title || old.subtitle != appearance.subtitle) {
             Q_EMIT NewTitle();
@@ -145,6 +146,9 @@ public:
     [[nodiscard]] int windowId() const { return 0; }
     [[nodiscard]] QString iconName() const { return {}; }
     [[nodiscard]] DBusImages iconPixmap() const { return toDBus(appearance_.images); }
+    [[nodiscard]] QString iconDescription() const {
+        return QString::fromStdString(appearance_.imageDescription);
+    }
     [[nodiscard]] DBusToolTip toolTip() const {
         return {{}, {}, title(), QString::fromStdString(appearance_.subtitle).toHtmlEscaped()};
     }

@@ -12,7 +12,7 @@ Rectangle {
 
     signal escaped
 
-    color: Theme.faded("black", 0.35)
+    color: Theme.faded(Theme.shade, 0.35)
     Accessible.role: Accessible.Dialog
     Accessible.name: title
 
