@@ -44,10 +44,12 @@ protected:
     }
 
     /// "role:name" presses a control as an assistive program does, "click:role:name" with the pointer,
-    /// and "key:name" types.
+    /// "key:name" types, and "scroll" goes to the tab's end.
     void perform(const std::string& step) const {
         const std::size_t colon = step.find(':');
         const std::string first = step.substr(0, colon), rest = step.substr(colon + 1);
+        if (first == "scroll")
+            return driver->scrollDown(driver->find("frame", "Settings – Norvane")->place.center());
         if (first == "key")
             return driver->type(rest);
         if (first == "click") {
@@ -125,6 +127,24 @@ TEST_F(SettingsWindow, EveryControlStoresWhatItShows) {
           "push button:Add"},
          "conditions.v1",
          R"("blockedApps":[{"bundleID":"org.example.Zebra","name":"Zebra"}])"},
+        {"conditions", {"scroll", "push button:Remove"}, "conditions.v1", R"("blockedApps":[])"},
+        {"conditions", {"check box:Only back up on power adapter"}, "conditions.v1", R"("requireAC":true)"},
+        {"conditions",
+         {"check box:Defer in Low Power Mode"},
+         "conditions.v1",
+         R"("deferInLowPowerMode":true)"},
+        {"conditions",
+         {"click:combo box:Don't start below battery level", "key:Down", "key:Down", "key:Return"},
+         "conditions.v1",
+         R"("minBatteryPercent":30)"},
+        {"conditions",
+         {"click:slider:Maximum wait", "key:Right"},
+         "conditions.v1",
+         R"("maxDeferralHours":7,)"},
+        {"conditions",
+         {"click:combo box:Recheck every", "key:Down", "key:Return"},
+         "conditions.v1",
+         R"("recheckMinutes":10)"},
         {"general",
          {"click:combo box:Wait after launch before catching up", "key:Down", "key:Return"},
          "launchGraceMinutes.v1",

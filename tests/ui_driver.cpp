@@ -264,4 +264,9 @@ void UiDriver::click(QPoint point) const {
     run({"xdotool", "click", "1"});
 }
 
+void UiDriver::scrollDown(QPoint point) const {
+    moveTo(point);
+    run({"xdotool", "click", "--repeat", "30", "--delay", "5", "5"});
+}
+
 } // namespace norvane

@@ -67,6 +67,8 @@ public:
     void type(const std::string& key) const;
     void moveTo(QPoint point) const;
     void click(QPoint point) const;
+    /// To the end of what lies under the point.
+    void scrollDown(QPoint point) const;
 
 private:
     void run(const std::vector<std::string>& words) const;

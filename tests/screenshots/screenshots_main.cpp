@@ -40,13 +40,15 @@ bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, con
         {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
         {});
     model.opened();
-    if (state.asksToQuit)
-        model.askToQuit();
     const auto window = engine.makeWindow("PanelWindow", {{"model", QVariant::fromValue(&model)}});
     if (!window)
         return false;
     window->show();
     letTheWindowSettle();
+    if (state.asksToQuit) {
+        model.askToQuit();
+        letTheWindowSettle();
+    }
     return window->grabWindow().save(path);
 }
 
