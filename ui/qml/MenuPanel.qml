@@ -23,7 +23,7 @@ Rectangle {
         spacing: 12
 
         Label {
-            text: "NORVANE"
+            text: Texts.text("NORVANE")
             font: {
                 let font = Theme.weighted(Theme.caption2, 600)
                 font.letterSpacing = 1.4

@@ -65,6 +65,6 @@ FormRow {
         anchors.verticalCenter: parent.verticalCenter
         width: 40
         horizontalAlignment: Text.AlignRight
-        text: Math.round(row.value) + " h"
+        text: Math.round(row.value) + Texts.text(" h")
     }
 }
