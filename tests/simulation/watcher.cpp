@@ -32,6 +32,10 @@ void Watcher::programStarted() {
     deferral_.reset();
     plan_.reset();
     pausedUntil_.reset();
+    overruledAt_.reset();
+    lastBackup_ = state().lastBackupDate;
+    diskIsKnown_ = true;
+    copiedBytes_.reset();
     shown_ = "Launched";
     stalled_ = false;
     running_ = false;
@@ -50,10 +54,17 @@ void Watcher::look() {
         forgetDurations();
     jumpsSeen_ = w_.jumps;
     logGrew_ = !w_.logFile.text.empty();
+    if (!state().destinationName)
+        diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty();
+    newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(), now());
     readLog();
     checkAlerts();
     checkState();
+    checkCommands();
     checkAttention();
+    checkStall();
+    if (logGrew_ || looks_ % 16 == 0)
+        checkWatchdogs();
     checkPunctuality();
     if (logGrew_ || looks_ % 64 == 0)
         checkProspect();
@@ -80,7 +91,8 @@ void Watcher::look() {
 }
 
 void Watcher::forgetDurations() {
-    for (Lasting* duration : {&toolsWork_, &unseen_, &wrongHealth_, &overduePause_})
+    for (Lasting* duration : {&toolsWork_, &unseen_, &wrongHealth_, &overduePause_, &preferencesTell_,
+                              &newSnapshotTold_, &stuck_, &fullDisk_, &fullStartupDisk_, &oldBackup_})
         duration->forget();
 }
 
@@ -115,19 +127,27 @@ void Watcher::checkState() {
     require(!s.deferredFrom || !s.nextFire || *s.deferredFrom < *s.nextFire,
             "a blackout moves a backup later");
     require(!s.skipArmed || skipped_, "only what the user skipped is skipped");
-    auto& commands = w_.timeMachine.commands;
-    if (!commands.empty()) {
-        startsAllowed_ -= std::count(commands.begin(), commands.end(), "tmutil startbackup");
-        commands.clear();
-        require(startsAllowed_ >= 0, "Time Machine is asked once for each request");
-    }
+    require(s.lastBackupDate == lastBackup_, "only a finished backup is the last backup");
     require(BackupController::current() == w_.program.controller.get(), "the live controller is known");
+}
+
+void Watcher::checkCommands() {
+    auto& commands = w_.timeMachine.commands;
+    if (commands.empty())
+        return;
+    const auto starts = std::count(commands.begin(), commands.end(), "tmutil startbackup");
+    commands.clear();
+    startsAllowed_ -= starts;
+    require(startsAllowed_ >= 0, "Time Machine is asked once for each request");
+    const bool silent = w_.timeMachine.kind == "Network" && w_.network.answeringHosts.empty();
+    require(starts == 0 || !silent || toolsAreFaulty() || !w_.timeMachine.name,
+            "no backup is started towards a network destination that is silent");
 }
 
 /// The program must see in time what truly happens, as long as its tools tell it.
 void Watcher::checkAttention() {
-    const bool faulty = w_.tools.faultRate > 0 || w_.timeMachine.toolsMissing;
-    const bool trustworthy = toolsWork_.seconds(!faulty, now()) > longestFaultSeconds;
+    const bool trustworthy = toolsWork_.seconds(!toolsAreFaulty(), now()) > longestFaultSeconds;
+    preferencesTell_.seconds(!preferencesAreSilent(), now());
     const bool unseen = trustworthy && w_.timeMachine.running() != state().status.running;
     const double limit = running_ || requestedAt_ ? fastLookSeconds : slowLookSeconds;
     require(unseen_.seconds(unseen, now()) < limit, "what Time Machine does is seen in time");
@@ -135,6 +155,43 @@ void Watcher::checkAttention() {
         return;
     const bool wrong = rawValue(state().health) != expectedHealth();
     require(wrongHealth_.seconds(wrong, now()) < slowLookSeconds, "health follows the facts");
+}
+
+void Watcher::checkStall() {
+    const TMStatus& status = state().status;
+    const auto bytes = status.running && status.phase == "Copying" && status.progress
+                           ? std::optional(status.progress->bytes)
+                           : std::nullopt;
+    if (bytes != copiedBytes_)
+        stuck_.forget();
+    copiedBytes_ = bytes;
+    require(stuck_.seconds(bytes && !state().stalled, now()) < 600 + slowLookSeconds,
+            "a copy that hangs is noticed");
+}
+
+/// A warning that is neither given nor given lately is due within three refreshes of the history, which come
+/// while no backup is on its way.
+void Watcher::checkWatchdogs() {
+    constexpr double threeRefreshesSeconds = 3.0 * 10 * 40;
+    const auto due = [&](const char* kind, bool wrong) {
+        const auto last = watchdogs_.find(kind);
+        return wrong && !running_ && !requestedAt_ && !verifyingSince_ &&
+               (last == watchdogs_.end() || secondsBetween(last->second, now()) > 86'400);
+    };
+    const SimulatedTimeMachine& tm = w_.timeMachine;
+    const auto total = static_cast<double>(tm.bytesUsed + tm.bytesAvailable);
+    const bool full = static_cast<double>(tm.bytesUsed) >= 0.9 * total;
+    require(fullDisk_.seconds(due("Backup disk ", full && !preferencesAreSilent()), now()) <
+                threeRefreshesSeconds,
+            "the user is told of a full backup disk");
+    const bool low = w_.files.homeAvailableBytes.value_or(15'000'000'000) < 15'000'000'000;
+    require(fullStartupDisk_.seconds(due("Startup disk is low on space", low), now()) < threeRefreshesSeconds,
+            "the user is told of a full startup disk");
+    const auto newest = std::max_element(tm.snapshotDates.begin(), tm.snapshotDates.end());
+    const bool old = newest != tm.snapshotDates.end() && secondsBetween(*newest, now()) > 172'801;
+    require(oldBackup_.seconds(due("No verified backup in ", old && !preferencesAreSilent()), now()) <
+                threeRefreshesSeconds,
+            "the user is told that backups have become old");
 }
 
 /// What is due happens, and soon.
@@ -213,9 +270,8 @@ void Watcher::checkDeferral() {
     require(d->nextCheck <=
                 plusSeconds(now(), std::max<double>(static_cast<double>(conditions.recheckMinutes) * 60, 0)),
             "conditions are looked at as often as the settings say");
-    require(w_.clockMoved || !clockIsPlain() || now() < d->forceAt,
-            "nothing is deferred beyond the end of the wait");
-    require(!clockIsPlain() || d->originalDue <= now(), "what is deferred is due");
+    require(now() < d->forceAt, "nothing is deferred beyond the end of the wait");
+    require(!timeWentForward() || d->originalDue <= now(), "what is deferred is due");
 }
 
 void Watcher::checkStore() {

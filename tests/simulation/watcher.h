@@ -48,6 +48,7 @@ private:
     void readLog();
     void readLine(std::string_view line);
     void noteRequest(std::string_view message);
+    void checkRequest(bool scheduled);
     void noteRun(std::string_view message);
     void noteEnd(std::string_view message);
     void noteStall(std::string_view message);
@@ -64,14 +65,25 @@ private:
     void checkDeferral();
     void checkStore();
     void checkState();
+    void checkCommands();
     void checkAttention();
+    void checkStall();
+    void checkWatchdogs();
     void checkPunctuality();
     void checkProspect();
     void forgetDurations();
 
     [[nodiscard]] const ControllerState& state() const { return w_.program.state(); }
     [[nodiscard]] Instant now() const { return w_.time.now(); }
-    [[nodiscard]] bool clockIsPlain() const { return w_.jumps == 0; }
+    /// The wall clock never went back, so that later moments are later by it; sleep does no harm.
+    [[nodiscard]] bool timeWentForward() const { return w_.stepsBack == 0; }
+    [[nodiscard]] bool toolsAreFaulty() const {
+        return w_.tools.faultRate > 0 || w_.timeMachine.toolsMissing;
+    }
+    [[nodiscard]] bool preferencesAreSilent() const;
+    [[nodiscard]] bool diskIsGone() const;
+    [[nodiscard]] bool conditionHolds() const;
+    [[nodiscard]] bool newSnapshotIsTold() const;
 
     World& w_;
     std::optional<std::string> violation_;
@@ -94,6 +106,10 @@ private:
     std::string shown_ = "Launched";           // the last line that the user should see
     bool running_ = false;
     bool logGrew_ = false;
+    std::optional<Instant> overruledAt_; // when the wait for better conditions last ended
+    std::optional<Instant> lastBackup_;  // as the log tells
+    /// The program asked where the backups go while that was a local disk and its tools worked.
+    bool diskIsKnown_ = true;
 
     // As last seen.
     std::optional<DeferralInfo> deferral_;
@@ -112,6 +128,13 @@ private:
     Lasting unseen_;
     Lasting wrongHealth_;
     Lasting overduePause_;
+    Lasting preferencesTell_; // of a destination
+    Lasting newSnapshotTold_;
+    Lasting stuck_;
+    std::optional<std::int64_t> copiedBytes_; // as shown last
+    Lasting fullDisk_;
+    Lasting fullStartupDisk_;
+    Lasting oldBackup_;
 };
 
 } // namespace norvane::simulation

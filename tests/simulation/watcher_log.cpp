@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <array>
 
-#include "controller/planning.h"
 #include "tests/simulation/watcher.h"
 
 namespace norvane::simulation {
 
 namespace {
 
+constexpr double longestFaultSeconds = 65; // until an answer that a fault delays has come
 constexpr std::size_t stampLength = 26;
 constexpr std::size_t keptLines = 50;
 
@@ -19,6 +19,9 @@ constexpr std::array<std::string_view, 7> failurePrefixes = {"Startup disk is ne
                                                              "startbackup could not run",
                                                              "Backup never started within 60s",
                                                              "Backup ended without a new snapshot"};
+
+/// After the first failure in a row, the second, and so on; the last one holds for all that follow.
+constexpr std::array<double, 5> retryDelays = {900, 1800, 3600, 7200, 14400};
 
 /// For the log alone; every other line is also what the user sees.
 constexpr std::array<std::string_view, 13> silentPrefixes = {
@@ -85,19 +88,29 @@ void Watcher::noteRequest(std::string_view message) {
     if (scheduled) {
         require(!state().pausedUntil || *state().pausedUntil <= now(),
                 "no scheduled backup starts during a pause");
-        require(!clockIsPlain() || now() >= w_.graceEnd, "no scheduled backup starts in the launch grace");
-        require(!skipped_ || !clockIsPlain() || secondsBetween(*skipped_, now()) >= 60,
+        require(!timeWentForward() || now() >= w_.graceEnd, "no scheduled backup starts in the launch grace");
+        require(!skipped_ || !timeWentForward() || secondsBetween(*skipped_, now()) >= 60,
                 "a skipped backup does not start");
-        require(deferral_ || !clockIsPlain() || !retryFloor_ || now() >= *retryFloor_,
+        require(deferral_ || !timeWentForward() || !retryFloor_ || now() >= *retryFloor_,
                 "no scheduled backup starts before the retry is due");
     }
     require(!state().nextFire && !state().deferredFrom, "nothing is planned once a backup is requested");
+    checkRequest(scheduled);
     requestedAt_ = now();
     jumpsAtRequest_ = w_.jumps;
     unseen_.forget();
     retryFloor_.reset();
     skipped_.reset();
     ++startsAllowed_;
+}
+
+/// What must forbid a backup, by the truth of the machine.
+void Watcher::checkRequest(bool scheduled) {
+    require(!scheduled || !conditionHolds() || overruledAt_ == now(),
+            "no scheduled backup starts against a condition before the end of the wait");
+    require(w_.files.homeAvailableBytes.value_or(10'000'000'000) >= 10'000'000'000,
+            "no backup starts without room on the startup disk");
+    require(!diskIsKnown_ || !state().destinationName || !diskIsGone(), "no backup starts without its disk");
 }
 
 void Watcher::noteRun(std::string_view message) {
@@ -112,11 +125,14 @@ void Watcher::noteRun(std::string_view message) {
         require(running_, "only a backup that ran ends");
         running_ = false;
         unseen_.forget();
-        if (message == "Verifying backup…")
+        const double sinceStop = stopRequestedAt_ ? secondsBetween(*stopRequestedAt_, now()) : 180;
+        newSnapshotTold_.forget();
+        if (message == "Verifying backup…") {
             verifyingSince_ = now();
-        else
-            require(stopRequestedAt_ && secondsBetween(*stopRequestedAt_, now()) < 180,
-                    "stopped means: within three minutes of the user's word");
+            require(sinceStop >= 180, "a backup that the user stopped is not verified");
+        } else {
+            require(sinceStop < 180, "stopped means: within three minutes of the user's word");
+        }
         stopRequestedAt_.reset();
     } else if (message == "Stop requested") {
         stopRequestedAt_ = now();
@@ -132,19 +148,31 @@ void Watcher::noteEnd(std::string_view message) {
     require(state().health == BackupHealth::ok || w_.settings.lostAny,
             "health is well after a finished backup");
     require(state().lastBackupDate == now() || w_.settings.lostAny, "a finished backup is the last backup");
-    const auto isOfThisBackup = [&](Instant date) { return secondsBetween(*startedAt_, date) > -121; };
+    lastBackup_ = state().lastBackupDate;
+    if (message.ends_with("snapshot verified"))
+        require(newSnapshotIsTold(), "verified means: there is a snapshot of this backup");
+    else
+        require(preferencesTell_.seconds(!preferencesAreSilent(), now()) < longestFaultSeconds,
+                "a backup finishes unverified only when Time Machine's preferences tell nothing");
+}
+
+/// On any destination. The preferences tell whole seconds.
+bool Watcher::newSnapshotIsTold() const {
+    const auto isNew = [&](Instant date) { return secondsBetween(*startedAt_, date) > -120; };
     const auto& dates = w_.timeMachine.snapshotDates;
     const auto& others = w_.timeMachine.secondSnapshotDates;
-    const bool told = std::any_of(dates.begin(), dates.end(), isOfThisBackup) ||
-                      (others && std::any_of(others->begin(), others->end(), isOfThisBackup));
-    require(told || !message.ends_with("snapshot verified"),
-            "verified means: there is a snapshot of this backup");
+    return std::any_of(dates.begin(), dates.end(), isNew) ||
+           (others && std::any_of(others->begin(), others->end(), isNew));
+}
+
+bool Watcher::preferencesAreSilent() const {
+    return toolsAreFaulty() || !w_.timeMachine.preferencesReadable || !w_.timeMachine.name;
 }
 
 void Watcher::noteStall(std::string_view message) {
     if (message.starts_with("Backup appears stalled")) {
         require(running_ && state().status.phase == "Copying", "only a running copy stalls");
-        require(!clockIsPlain() || secondsBetween(*startedAt_, now()) >= 600, "a stall takes ten minutes");
+        require(!timeWentForward() || secondsBetween(*startedAt_, now()) >= 600, "a stall takes ten minutes");
         ++expectedAlerts_;
     } else if (message == "Backup progress resumed") {
         require(running_ && stalled_, "only a stalled copy resumes");
@@ -153,7 +181,9 @@ void Watcher::noteStall(std::string_view message) {
 
 void Watcher::noteFailure(std::string_view message) {
     failures_ = failures_ + 1;
-    retryFloor_ = plusSeconds(now(), retryDelaySeconds(failures_));
+    const auto known = static_cast<std::int64_t>(retryDelays.size());
+    const auto nth = static_cast<std::size_t>(std::clamp<std::int64_t>(failures_, 1, known)) - 1;
+    retryFloor_ = plusSeconds(now(), retryDelays.at(nth));
     ++expectedAlerts_;
     require(state().health != BackupHealth::ok, "health is not well after a failure");
     require(failures_ < 3 || state().health == BackupHealth::critical,
@@ -161,8 +191,11 @@ void Watcher::noteFailure(std::string_view message) {
     if (message.starts_with("Backup never started"))
         require(requestedAt_ && secondsBetween(*requestedAt_, now()) > 60, "a start is waited for a minute");
     if (message.starts_with("Backup ended without")) {
-        require(verifyingSince_ && (!clockIsPlain() || secondsBetween(*verifyingSince_, now()) >= 20),
+        require(verifyingSince_ && (!timeWentForward() || secondsBetween(*verifyingSince_, now()) >= 20),
                 "a snapshot is looked for during twenty seconds");
+        constexpr double answerSeconds = 3; // on its way to the program
+        require(newSnapshotTold_.seconds(newSnapshotIsTold(), now()) < answerSeconds,
+                "a backup fails only while no destination tells of a snapshot");
         verifyingSince_.reset(); // a newer request may still be on its way
     } else {
         requestedAt_.reset();
@@ -194,12 +227,38 @@ void Watcher::notePlan(std::string_view message) {
 void Watcher::noteWait(std::string_view message) {
     if (message.starts_with("Waiting ")) {
         require(!running_ && !state().status.running, "a backup waits only while none runs");
+        const bool forTheDisk =
+            state().conditions.requireDestinationPresent.value_or(false) && (diskIsGone() || !diskIsKnown_);
+        require(conditionHolds() || forTheDisk, "a backup waits only for a condition that holds");
     } else if (message.starts_with("Max deferral reached")) {
         const double seconds = state().conditions.maxDeferralHours * 3600;
-        require(!deferral_ || now() >= plusSeconds(deferral_->originalDue, seconds),
+        require(deferral_ ? now() >= plusSeconds(deferral_->originalDue, seconds) : seconds <= 0,
                 "conditions are overruled only at the end of the wait");
+        overruledAt_ = now();
     }
 }
+
+/// Any that the user set, by the truth of the machine.
+bool Watcher::conditionHolds() const {
+    const ConditionsConfig& set = state().conditions;
+    const SimulatedMeasurements& is = w_.measurements;
+    const bool power = (set.requireAC && !is.power.onAC) ||
+                       (set.minBatteryPercent > 0 &&
+                        is.power.batteryPercent.value_or(set.minBatteryPercent) < set.minBatteryPercent) ||
+                       (set.deferInLowPowerMode && is.power.lowPowerMode);
+    const bool activity =
+        set.deferWhileCameraOrMicInUse && (is.media.camera || is.media.microphone || is.media.screen);
+    const bool application =
+        std::any_of(set.blockedApps.begin(), set.blockedApps.end(),
+                    [&](const BlockedApp& app) { return is.applications.contains(app.bundleID); });
+    const double mostLoad = set.maxLoadPerCore.value_or(0);
+    const bool load = mostLoad > 0 && is.load.value_or(0) > mostLoad;
+    const bool disk = set.requireDestinationPresent.value_or(false) && diskIsKnown_ &&
+                      state().destinationName && diskIsGone();
+    return power || activity || application || load || disk;
+}
+
+bool Watcher::diskIsGone() const { return !w_.files.paths.contains(w_.timeMachine.mountPoint); }
 
 /// In other words than the program's.
 std::string_view Watcher::expectedHealth() const {

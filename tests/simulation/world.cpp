@@ -137,6 +137,7 @@ void stepTheClock(World& w) {
     w.time.setWallClock(plusSeconds(w.time.now(), seconds));
     w.clockMoved = true;
     ++w.jumps;
+    w.stepsBack += seconds < 0 ? 1 : 0;
     if (w.systemEvents.handlers)
         w.systemEvents.handlers->clockChanged();
 }
@@ -206,6 +207,7 @@ void World::startProgram() {
     startedAt = time.now();
     ++starts;
     jumps = 0;
+    stepsBack = 0;
     graceEnd = plusSeconds(startedAt, static_cast<double>(program.store.launchGraceMinutes()) * 60);
     program.start(programZone);
 }

@@ -36,6 +36,7 @@ public:
     Instant graceEnd;                          ///< Until when that start waits.
     int starts = 0;                            ///< Of the program so far.
     int jumps = 0;           ///< Of the wall clock against the timers since then: sleep, and clock steps.
+    int stepsBack = 0;       ///< Of the wall clock since then.
     bool clockMoved = false; ///< The wall clock was set since the watcher last looked.
     bool userAsked = false;  ///< The user pressed "Back Up Now" since then.
 };
