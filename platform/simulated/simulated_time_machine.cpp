@@ -60,7 +60,8 @@ CommandResult SimulatedTimeMachine::tmutil(const std::string& verb) const {
     }
     if (verb == "stopbackup") {
         if (!ignoresStop)
-            startedAt_.reset();
+            stopsAt_ = plusSeconds(time_.now(), stopSeconds);
+        catchUp();
         return {};
     }
     if (verb == "listlocalsnapshots")
@@ -87,6 +88,7 @@ void SimulatedTimeMachine::begin() const {
     if (startedAt_)
         return;
     startedAt_ = time_.now();
+    stopsAt_.reset();
     keepNewest(attemptDates, *startedAt_);
 }
 
@@ -95,8 +97,12 @@ bool SimulatedTimeMachine::running() const {
     return startedAt_.has_value();
 }
 
-/// Ends a backup whose time has passed, and tells of a snapshot once its time has come.
+/// Ends a backup that was stopped, or whose time has passed, and tells of a snapshot once its time has come.
 void SimulatedTimeMachine::catchUp() const {
+    if (stopsAt_ && *stopsAt_ <= time_.now()) {
+        stopsAt_.reset();
+        startedAt_.reset();
+    }
     if (startedAt_ && !stallsAt && secondsBetween(*startedAt_, time_.now()) >= backupSeconds) {
         const Instant end = plusSeconds(*startedAt_, backupSeconds);
         if (leavesSnapshots)

@@ -58,6 +58,7 @@ public:
     bool usesSecondDestination = false;      ///< If there is one, the snapshots go there.
     std::optional<std::int64_t> stallsAt;    ///< Copied bytes at which the copy hangs.
     std::optional<CommandResult> startsWith; ///< What "startbackup" answers instead of starting.
+    double stopSeconds = 0;                  ///< From "stopbackup" to the end.
     bool ignoresStop = false;                ///< "stopbackup" has no effect.
     bool toolsMissing = false;               ///< No tool can be started.
 
@@ -80,7 +81,8 @@ private:
     };
 
     SimulatedTime& time_;
-    mutable std::optional<Instant> startedAt_;         // none: idle
+    mutable std::optional<Instant> startedAt_; // none: idle
+    mutable std::optional<Instant> stopsAt_;
     mutable std::optional<LateSnapshot> lateSnapshot_; // not in the preferences yet
     /// What `preferencesText_` tells.
     mutable std::tuple<std::optional<std::string>, std::vector<Instant>, std::vector<Instant>,

@@ -33,6 +33,7 @@ void Watcher::programStarted() {
     plan_.reset();
     pausedUntil_.reset();
     overruledAt_.reset();
+    catchUpAt_.reset();
     lastBackup_ = state().lastBackupDate;
     diskIsKnown_ = true;
     copiedBytes_.reset();
@@ -46,6 +47,9 @@ void Watcher::programStarted() {
     require(w_.logFile.text.substr(std::min<std::size_t>(26, w_.logFile.text.size()))
                 .starts_with("——— Launched v1.0 (pid "),
             "the first line of a start is the launch line");
+    const bool missed = w_.plannedBefore && *w_.plannedBefore <= w_.startedAt;
+    const bool told = w_.logFile.text.find("Backup was missed while not running") != std::string::npos;
+    require(missed == told, "a start tells of the backup that was missed, and of no other");
 }
 
 void Watcher::look() {
@@ -55,7 +59,7 @@ void Watcher::look() {
     jumpsSeen_ = w_.jumps;
     logGrew_ = !w_.logFile.text.empty();
     if (!state().destinationName)
-        diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty();
+        diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty() && !diskIsGone();
     newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(), now());
     readLog();
     checkAlerts();
@@ -91,8 +95,9 @@ void Watcher::look() {
 }
 
 void Watcher::forgetDurations() {
-    for (Lasting* duration : {&toolsWork_, &unseen_, &wrongHealth_, &overduePause_, &preferencesTell_,
-                              &newSnapshotTold_, &stuck_, &fullDisk_, &fullStartupDisk_, &oldBackup_})
+    for (Lasting* duration :
+         {&toolsWork_, &unseen_, &wrongHealth_, &overduePause_, &preferencesTell_, &newSnapshotTold_, &stuck_,
+          &fullDisk_, &fullStartupDisk_, &oldBackup_, &wrongSwitch_})
         duration->forget();
 }
 
@@ -192,6 +197,10 @@ void Watcher::checkWatchdogs() {
     require(oldBackup_.seconds(due("No verified backup in ", old && !preferencesAreSilent()), now()) <
                 threeRefreshesSeconds,
             "the user is told that backups have become old");
+    const bool wrong = state().autoBackupOn != tm.autoBackup && !preferencesAreSilent() && !running_ &&
+                       !requestedAt_ && !verifyingSince_;
+    require(wrongSwitch_.seconds(wrong, now()) < threeRefreshesSeconds,
+            "Time Machine's own switch is followed");
 }
 
 /// What is due happens, and soon.
@@ -232,11 +241,42 @@ void Watcher::checkPlan() {
         return;
     schedule_ = s.schedule;
     const Calendar calendar = *Calendar::inZone(w_.programZone);
+    require(*s.nextFire <= latestPlan().value_or(distantFuture),
+            "nothing is planned later than the schedule allows");
     require(SchedulingEngine::pushPastBlackouts(*s.nextFire, s.schedule.blackouts, calendar) == s.nextFire,
             "what is planned lies outside every blackout");
     require(!s.deferredFrom || SchedulingEngine::pushPastBlackouts(*s.deferredFrom, s.schedule.blackouts,
                                                                    calendar) == s.nextFire,
             "a moved backup comes right after the blackouts");
+}
+
+/// Until when any one of the rules, or a missed backup, lets the next backup wait.
+std::optional<Instant> Watcher::latestPlan() const {
+    const ControllerState& s = state();
+    Instant earliest = std::max(now(), w_.graceEnd);
+    Instant last = s.lastBackupDate.value_or(distantPast);
+    earliest = std::max({earliest, s.pausedUntil.value_or(earliest), retryFloor_.value_or(earliest)});
+    if (s.skipArmed && skipped_) {
+        earliest = std::max(earliest, plusSeconds(*skipped_, 60));
+        last = std::max(last, *skipped_);
+    }
+    constexpr double longDayHours = 25; // when the clocks change
+    Instant latest = catchUpAt_ ? std::max(earliest, *catchUpAt_) : distantFuture;
+    for (const ScheduleRule& rule : s.schedule.rules) {
+        if (const auto* interval = std::get_if<IntervalRule>(&rule))
+            latest = std::min(
+                latest, std::max(earliest, plusSeconds(last, std::clamp(interval->hours, 1.0, 24.0) * 3600)));
+        const auto* daily = std::get_if<DailyTimesRule>(&rule);
+        if (daily && !daily->times.empty())
+            latest = std::min(latest, plusSeconds(earliest, longDayHours * 3600));
+        const auto* weekly = std::get_if<WeekdayTimesRule>(&rule);
+        if (weekly && !weekly->slots.empty() && !weekly->slots.front().times.empty())
+            latest = std::min(latest, plusSeconds(earliest, (6 * 24 + longDayHours) * 3600));
+    }
+    if (latest == distantFuture)
+        return std::nullopt;
+    return SchedulingEngine::pushPastBlackouts(latest, s.schedule.blackouts,
+                                               *Calendar::inZone(w_.programZone));
 }
 
 void Watcher::checkTimers() {

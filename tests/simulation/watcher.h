@@ -64,6 +64,7 @@ private:
     void checkTimers();
     void checkDeferral();
     void checkStore();
+    [[nodiscard]] std::optional<Instant> latestPlan() const;
     void checkState();
     void checkCommands();
     void checkAttention();
@@ -108,6 +109,7 @@ private:
     bool logGrew_ = false;
     std::optional<Instant> overruledAt_; // when the wait for better conditions last ended
     std::optional<Instant> lastBackup_;  // as the log tells
+    std::optional<Instant> catchUpAt_;   // a missed backup is to be made up for then
     /// The program asked where the backups go while that was a local disk and its tools worked.
     bool diskIsKnown_ = true;
 
@@ -135,6 +137,7 @@ private:
     Lasting fullDisk_;
     Lasting fullStartupDisk_;
     Lasting oldBackup_;
+    Lasting wrongSwitch_;
 };
 
 } // namespace norvane::simulation

@@ -77,8 +77,10 @@ void Watcher::readLine(std::string_view line) {
 }
 
 void Watcher::noteRequest(std::string_view message) {
-    if (message.starts_with("Scheduled fire while") || message.starts_with("Back Up Now ignored"))
+    if (message.starts_with("Scheduled fire while") || message.starts_with("Back Up Now ignored")) {
+        catchUpAt_.reset();
         require(running_, "a request is passed over only while a backup runs");
+    }
     const bool scheduled = message == "Scheduled backup requested";
     if (!scheduled && message != "Manual backup requested")
         return;
@@ -101,6 +103,7 @@ void Watcher::noteRequest(std::string_view message) {
     unseen_.forget();
     retryFloor_.reset();
     skipped_.reset();
+    catchUpAt_.reset();
     ++startsAllowed_;
 }
 
@@ -119,6 +122,7 @@ void Watcher::noteRun(std::string_view message) {
         running_ = true;
         unseen_.forget();
         startedAt_ = now();
+        catchUpAt_.reset();
         requestedAt_.reset();
         verifyingSince_.reset();
     } else if (message == "Verifying backup…" || message == "Backup stopped") {
@@ -188,6 +192,12 @@ void Watcher::noteFailure(std::string_view message) {
     require(state().health != BackupHealth::ok, "health is not well after a failure");
     require(failures_ < 3 || state().health == BackupHealth::critical,
             "three failures in a row are critical");
+    catchUpAt_.reset();
+    if (message.starts_with("Startup disk"))
+        require(w_.files.homeAvailableBytes.value_or(10'000'000'000) < 10'000'000'000,
+                "only too little room on the startup disk is called too little");
+    if (message.starts_with("Backup disk"))
+        require(!diskIsKnown_ || diskIsGone(), "only a disk that is gone is called gone");
     if (message.starts_with("Backup never started"))
         require(requestedAt_ && secondsBetween(*requestedAt_, now()) > 60, "a start is waited for a minute");
     if (message.starts_with("Backup ended without")) {
@@ -218,7 +228,12 @@ void Watcher::notePlan(std::string_view message) {
         loggedPlan_.reset();
     } else if (message.starts_with("Skipping the ")) {
         skipped_ = plan_;
+        catchUpAt_.reset();
         require(plan_.has_value(), "only a planned backup is skipped");
+    } else if (message.starts_with("Backup was missed")) {
+        catchUpAt_ = w_.graceEnd;
+    } else if (message.starts_with("Woke past")) {
+        catchUpAt_ = plusSeconds(now(), 120);
     } else if (message == "Pause ended") {
         require(pausedUntil_ && *pausedUntil_ <= now(), "a pause ends when its time is over");
     }
@@ -227,6 +242,7 @@ void Watcher::notePlan(std::string_view message) {
 void Watcher::noteWait(std::string_view message) {
     if (message.starts_with("Waiting ")) {
         require(!running_ && !state().status.running, "a backup waits only while none runs");
+        catchUpAt_.reset();
         const bool forTheDisk =
             state().conditions.requireDestinationPresent.value_or(false) && (diskIsGone() || !diskIsKnown_);
         require(conditionHolds() || forTheDisk, "a backup waits only for a condition that holds");
@@ -258,7 +274,7 @@ bool Watcher::conditionHolds() const {
     return power || activity || application || load || disk;
 }
 
-bool Watcher::diskIsGone() const { return !w_.files.paths.contains(w_.timeMachine.mountPoint); }
+bool Watcher::diskIsGone() const { return !w_.files.mountPoints.contains(w_.timeMachine.mountPoint); }
 
 /// In other words than the program's.
 std::string_view Watcher::expectedHealth() const {

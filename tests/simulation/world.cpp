@@ -69,7 +69,7 @@ ConditionsConfig randomConditions(Random& random) {
 }
 
 void flipMachineState(World& w) {
-    switch (w.random.whole(0, 5)) {
+    switch (w.random.whole(0, 7)) {
     case 0:
         w.measurements.power.onAC = !w.measurements.power.onAC;
         break;
@@ -83,6 +83,12 @@ void flipMachineState(World& w) {
         w.measurements.media.camera = !w.measurements.media.camera;
         break;
     case 4:
+        w.measurements.media.microphone = !w.measurements.media.microphone;
+        break;
+    case 5:
+        w.measurements.media.screen = !w.measurements.media.screen;
+        break;
+    case 6:
         w.measurements.load = w.random.between(0, 3);
         break;
     default:
@@ -91,11 +97,24 @@ void flipMachineState(World& w) {
     }
 }
 
+/// The folder that the disk was mounted on may stay, empty.
+void plugTheDisk(World& w) {
+    const std::string& folder = w.timeMachine.mountPoint;
+    if (w.files.mountPoints.erase(folder) == 0) {
+        w.files.mountPoints.insert(folder);
+        w.files.paths.insert(folder);
+    } else if (w.random.chance(0.5)) {
+        w.files.paths.erase(folder);
+    }
+}
+
 /// How Time Machine behaves from now on; most of the time it behaves.
 void changeTimeMachine(World& w) {
     SimulatedTimeMachine& tm = w.timeMachine;
     const auto seldom = [&w] { return w.random.chance(0.12); };
     tm.backupSeconds = w.random.exponential(600) + 1;
+    tm.name = w.random.chance(0.03) ? std::nullopt : std::optional<std::string>("Backup Disk");
+    tm.autoBackup = w.random.chance(0.5);
     tm.phase = seldom() ? "ThinningPreBackup" : "Copying";
     tm.startsBackups = !seldom();
     tm.leavesSnapshots = !seldom();
@@ -110,6 +129,7 @@ void changeTimeMachine(World& w) {
                  : std::nullopt;
     tm.toolsMissing = w.random.chance(0.02);
     tm.ignoresStop = seldom();
+    tm.stopSeconds = w.random.chance(0.3) ? w.random.between(0, 300) : 0;
     tm.preferencesReadable = !seldom();
     tm.result = seldom() ? w.random.whole(-5, 50) : 0;
     tm.messageParameters = seldom() ? std::vector<std::string>{"Documents"} : std::vector<std::string>{};
@@ -122,6 +142,8 @@ void changeTimeMachine(World& w) {
 
 /// So long and so often that the machine is awake for some seven hours a day, as people's machines are.
 void sleepAWhile(World& w) {
+    if (!w.sleeps)
+        return;
     const double seconds = w.random.exponential(20 * 3600);
     ++w.jumps;
     if (w.random.chance(0.5))
@@ -191,7 +213,8 @@ void damageStoredSettings(World& w) {
 World::World(std::uint64_t seed)
     : SimulatedMachine(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
                        std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}),
-      random(seed) {
+      random(seed), sleeps(seed % 40 != 0) {
+    files.mountPoints.insert(timeMachine.mountPoint);
     time.disturb([this] { return random.fraction(); }, 0.5);
     program.store.setSchedule(randomSchedule(random));
     travel(*this);
@@ -209,6 +232,7 @@ void World::startProgram() {
     jumps = 0;
     stepsBack = 0;
     graceEnd = plusSeconds(startedAt, static_cast<double>(program.store.launchGraceMinutes()) * 60);
+    plannedBefore = program.store.plannedFireDate();
     program.start(programZone);
 }
 
@@ -218,11 +242,7 @@ const std::vector<Happening>& World::happenings() {
         {"the machine's state changes", 3, flipMachineState},
         {"Time Machine changes its ways", 12, changeTimeMachine},
         {"a stalled copy goes on", 2, [](World& w) { w.timeMachine.stallsAt.reset(); }},
-        {"the disk comes or goes", 60,
-         [](World& w) {
-             if (!w.files.paths.erase(w.timeMachine.mountPoint))
-                 w.files.paths.insert(w.timeMachine.mountPoint);
-         }},
+        {"the disk comes or goes", 60, plugTheDisk},
         {"the startup disk fills or empties", 300,
          [](World& w) {
              w.files.homeAvailableBytes =

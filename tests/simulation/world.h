@@ -27,6 +27,7 @@ public:
     [[nodiscard]] static const std::vector<Happening>& happenings();
 
     Random random;
+    const bool sleeps; ///< Some machines never do.
     FaultyTools tools{timeMachine, time, random};
     FaultyDefaults settings{defaults, random};
     SimulatedProgram program{*this, tools, settings};
@@ -34,6 +35,7 @@ public:
     std::string programZone = machineZone;     ///< Where the program was started last.
     Instant startedAt;                         ///< When the program was started last.
     Instant graceEnd;                          ///< Until when that start waits.
+    std::optional<Instant> plannedBefore;      ///< What had been planned before that start, as stored.
     int starts = 0;                            ///< Of the program so far.
     int jumps = 0;           ///< Of the wall clock against the timers since then: sleep, and clock steps.
     int stepsBack = 0;       ///< Of the wall clock since then.
