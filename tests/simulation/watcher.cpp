@@ -12,7 +12,6 @@ namespace {
 // Two polls, their tolerances and the latency of background work.
 constexpr double fastLookSeconds = 8;
 constexpr double slowLookSeconds = 45;
-constexpr double longestFaultSeconds = 65; // until an answer that a fault delays has come
 
 } // namespace
 
@@ -60,7 +59,7 @@ void Watcher::look() {
     logGrew_ = !w_.logFile.text.empty();
     if (!state().destinationName)
         diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty() && !diskIsGone();
-    newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(), now());
+    newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(surelyNewSeconds), now());
     readLog();
     checkAlerts();
     checkState();

@@ -11,6 +11,10 @@
 
 namespace norvane::simulation {
 
+constexpr double longestFaultSeconds = 65; // until an answer that a fault delays has come
+/// So shortly before its backup a snapshot is new even when its date loses the fraction of the second.
+constexpr double surelyNewSeconds = 119;
+
 /// For how long something has been wrong without a break.
 class Lasting {
 public:
@@ -84,7 +88,7 @@ private:
     [[nodiscard]] bool preferencesAreSilent() const;
     [[nodiscard]] bool diskIsGone() const;
     [[nodiscard]] bool conditionHolds() const;
-    [[nodiscard]] bool newSnapshotIsTold() const;
+    [[nodiscard]] bool newSnapshotIsTold(double atMostBeforeStart) const;
 
     World& w_;
     std::optional<std::string> violation_;
@@ -110,7 +114,8 @@ private:
     std::optional<Instant> overruledAt_; // when the wait for better conditions last ended
     std::optional<Instant> lastBackup_;  // as the log tells
     std::optional<Instant> catchUpAt_;   // a missed backup is to be made up for then
-    /// The program asked where the backups go while that was a local disk and its tools worked.
+    /// The program learned where the backups go while that was a local disk that was there, and its tools
+    /// worked. Only then is it held to what it says of the disk.
     bool diskIsKnown_ = true;
 
     // As last seen.

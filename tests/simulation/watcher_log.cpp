@@ -8,7 +8,6 @@ namespace norvane::simulation {
 
 namespace {
 
-constexpr double longestFaultSeconds = 65; // until an answer that a fault delays has come
 constexpr std::size_t stampLength = 26;
 constexpr std::size_t keptLines = 50;
 
@@ -154,15 +153,18 @@ void Watcher::noteEnd(std::string_view message) {
     require(state().lastBackupDate == now() || w_.settings.lostAny, "a finished backup is the last backup");
     lastBackup_ = state().lastBackupDate;
     if (message.ends_with("snapshot verified"))
-        require(newSnapshotIsTold(), "verified means: there is a snapshot of this backup");
+        require(newSnapshotIsTold(120), "verified means: there is a snapshot of this backup");
     else
         require(preferencesTell_.seconds(!preferencesAreSilent(), now()) < longestFaultSeconds,
                 "a backup finishes unverified only when Time Machine's preferences tell nothing");
 }
 
-/// On any destination. The preferences tell whole seconds.
-bool Watcher::newSnapshotIsTold() const {
-    const auto isNew = [&](Instant date) { return secondsBetween(*startedAt_, date) > -120; };
+/// On any destination.
+bool Watcher::newSnapshotIsTold(double atMostBeforeStart) const {
+    if (!startedAt_)
+        return false;
+    const Instant earliest = plusSeconds(*startedAt_, -atMostBeforeStart);
+    const auto isNew = [earliest](Instant date) { return date >= earliest; };
     const auto& dates = w_.timeMachine.snapshotDates;
     const auto& others = w_.timeMachine.secondSnapshotDates;
     return std::any_of(dates.begin(), dates.end(), isNew) ||
@@ -204,7 +206,7 @@ void Watcher::noteFailure(std::string_view message) {
         require(verifyingSince_ && (!timeWentForward() || secondsBetween(*verifyingSince_, now()) >= 20),
                 "a snapshot is looked for during twenty seconds");
         constexpr double answerSeconds = 3; // on its way to the program
-        require(newSnapshotTold_.seconds(newSnapshotIsTold(), now()) < answerSeconds,
+        require(newSnapshotTold_.seconds(newSnapshotIsTold(surelyNewSeconds), now()) < answerSeconds,
                 "a backup fails only while no destination tells of a snapshot");
         verifyingSince_.reset(); // a newer request may still be on its way
     } else {

@@ -213,7 +213,7 @@ void damageStoredSettings(World& w) {
 World::World(std::uint64_t seed)
     : SimulatedMachine(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
                        std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}),
-      random(seed), sleeps(seed % 40 != 0) {
+      random(seed), sleeps(seed % 50 != 0) {
     files.mountPoints.insert(timeMachine.mountPoint);
     time.disturb([this] { return random.fraction(); }, 0.5);
     program.store.setSchedule(randomSchedule(random));
