@@ -151,10 +151,11 @@ private:
         while (waitpid(worker.process, nullptr, 0) < 0 && errno == EINTR) {
         }
         if (worker.life < lives_) {
+            const std::uint64_t seed = options_.seed + worker.life;
             std::printf(
                 "\nThe life of seed %llu %s.\nRepeat it: scripts/simulate --years %g --seed %llu --one\n",
-                static_cast<unsigned long long>(options_.seed + worker.life), how,
-                yearsOf(options_, worker.life), static_cast<unsigned long long>(options_.seed + worker.life));
+                static_cast<unsigned long long>(seed), how, yearsOf(options_, worker.life),
+                static_cast<unsigned long long>(seed));
             ended(worker, true);
         }
         begin(worker, worker.life);
