@@ -60,7 +60,7 @@ std::string hourlyService(const std::string& tmutil, const std::map<std::string,
                        "Type=oneshot\n"
                        "KillMode=process\n";
     for (const auto& [name, value] : variables) {
-        const std::string assignment = name + "=" + value;
+        const std::string assignment = std::string(name).append("=").append(value);
         text.append("Environment=").append(quoted(assignment, false)).append("\n");
     }
     // A unit's own program may have no quotes in its path; an argument may.
