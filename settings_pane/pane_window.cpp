@@ -12,9 +12,7 @@ PaneWindow::PaneWindow(UiEngine& engine, const PaneServices& services)
 bool PaneWindow::open() {
     if (!window_)
         return false;
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
+    bringToFront(*window_);
     return true;
 }
 

@@ -20,9 +20,7 @@ AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, std::functio
 bool AlertWindow::open() {
     if (!window_)
         return false;
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
+    bringToFront(*window_);
     return true;
 }
 

@@ -1,6 +1,5 @@
 #include "ui/kept_window.h"
 
-#include <QScreen>
 #include <utility>
 
 namespace norvane {
@@ -14,9 +13,7 @@ void KeptWindow::open() {
         make();
     if (!window_)
         return;
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
+    bringToFront(*window_);
 }
 
 void KeptWindow::make() {
@@ -25,8 +22,7 @@ void KeptWindow::make() {
         return;
     QObject::connect(window_.get(), &QWindow::visibleChanged, window_.get(),
                      [this](bool visible) { visible ? appearance_.opened() : appearance_.closed(); });
-    const QRect screen = window_->screen()->availableGeometry();
-    window_->setPosition(screen.center() - QRect({}, window_->size()).center());
+    placeInTheMiddle(*window_);
 }
 
 } // namespace norvane

@@ -12,9 +12,7 @@ void OnboardingWindow::open() {
         connect(window_.get(), &QWindow::visibleChanged, this, &OnboardingWindow::visibleChanged);
         connect(model_.get(), &OnboardingViewModel::finished, window_.get(), &QWindow::close);
     }
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
+    bringToFront(*window_);
 }
 
 void OnboardingWindow::visibleChanged(bool visible) { visible ? model_->opened() : model_->closed(); }

@@ -100,10 +100,6 @@ bool Panel::prepare(bool attached) {
     return window_ != nullptr;
 }
 
-void Panel::show() {
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
-}
+void Panel::show() { bringToFront(*window_); }
 
 } // namespace norvane

@@ -16,6 +16,12 @@ constexpr auto uri = "Norvane"; // what views import
 
 } // namespace
 
+void bringToFront(QWindow& window) {
+    window.show();
+    window.raise();
+    window.requestActivate();
+}
+
 void placeInTheMiddle(QWindow& window) {
     QRect place(QPoint(), window.size());
     place.moveCenter(window.screen()->availableGeometry().center());

@@ -14,6 +14,8 @@ namespace norvane {
 
 /// Before it is first shown: in the middle of its screen, where the desktop lets programs choose.
 void placeInTheMiddle(QWindow& window);
+/// Shows the window, in front of others and with the keyboard.
+void bringToFront(QWindow& window);
 
 /// Main thread. The engine comes with the first window: a program that shows none has none.
 class UiEngine {
