@@ -83,6 +83,7 @@ TEST(ConditionProbes, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
     machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
     EXPECT_TRUE(machine.reasons().empty()) << "a plain folder of the startup disk";
     machine.files.mountPoints = {"/Volumes/Backup"};
+    EXPECT_TRUE(machine.reasons().empty()) << "a disk that came after the program had started";
     machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
     EXPECT_TRUE(machine.reasons().empty());
     machine.files.mountPoints.clear();

@@ -19,10 +19,11 @@ struct DestinationFolder {
     return {path, files.mountPointOf(path)};
 }
 
+/// A folder that was learned while its disk was away counts as there, before and after the disk comes.
 [[nodiscard]] inline bool isConnected(const DestinationFolder& folder, const FileSystem& files) {
     const auto mountedAt = folder.mountedAt ? files.mountPointOf(folder.path) : std::nullopt;
-    const bool elsewhere = mountedAt && *mountedAt != *folder.mountedAt;
-    return !elsewhere && files.exists(folder.path);
+    const bool leftToTheDiskAbove = mountedAt && mountedAt->size() < folder.mountedAt->size();
+    return !leftToTheDiskAbove && files.exists(folder.path);
 }
 
 } // namespace norvane

@@ -199,7 +199,7 @@ void Watcher::noteFailure(std::string_view message) {
         require(w_.files.homeAvailableBytes.value_or(10'000'000'000) < 10'000'000'000,
                 "only too little room on the startup disk is called too little");
     if (message.starts_with("Backup disk"))
-        require(!diskIsKnown_ || diskIsGone(), "only a disk that is gone is called gone");
+        require(diskIsGone(), "only a disk that is gone is called gone");
     if (message.starts_with("Backup never started"))
         require(requestedAt_ && secondsBetween(*requestedAt_, now()) > 60, "a start is waited for a minute");
     if (message.starts_with("Backup ended without")) {
@@ -245,8 +245,7 @@ void Watcher::noteWait(std::string_view message) {
     if (message.starts_with("Waiting ")) {
         require(!running_ && !state().status.running, "a backup waits only while none runs");
         catchUpAt_.reset();
-        const bool forTheDisk =
-            state().conditions.requireDestinationPresent.value_or(false) && (diskIsGone() || !diskIsKnown_);
+        const bool forTheDisk = state().conditions.requireDestinationPresent.value_or(false) && diskIsGone();
         require(conditionHolds() || forTheDisk, "a backup waits only for a condition that holds");
     } else if (message.starts_with("Max deferral reached")) {
         const double seconds = state().conditions.maxDeferralHours * 3600;
