@@ -21,7 +21,7 @@ PropertyList dateList(const std::vector<Instant>& dates) {
 
 /// Time Machine thins what it keeps; here the oldest go.
 void keepNewest(std::vector<Instant>& dates, Instant newest) {
-    constexpr std::size_t kept = 3;
+    constexpr std::size_t kept = 2;
     if (dates.size() >= kept)
         dates.erase(dates.begin());
     dates.push_back(newest);

@@ -213,7 +213,7 @@ void damageStoredSettings(World& w) {
 World::World(std::uint64_t seed)
     : SimulatedMachine(std::chrono::sys_days{std::chrono::year{2020} / 1 / 1} +
                        std::chrono::hours{Random(seed).whole(0, 24 * 365 * 10)}),
-      random(seed), sleeps(seed % 50 != 0) {
+      random(seed), sleeps(seed % 100 != 0) {
     files.mountPoints.insert(timeMachine.mountPoint);
     time.disturb([this] { return random.fraction(); }, 0.5);
     program.store.setSchedule(randomSchedule(random));
@@ -238,7 +238,7 @@ void World::startProgram() {
 
 const std::vector<Happening>& World::happenings() {
     static const std::vector<Happening> all = {
-        {"the machine sleeps", 8, sleepAWhile},
+        {"the machine sleeps", 6, sleepAWhile},
         {"the machine's state changes", 3, flipMachineState},
         {"Time Machine changes its ways", 12, changeTimeMachine},
         {"a stalled copy goes on", 2, [](World& w) { w.timeMachine.stallsAt.reset(); }},
