@@ -102,10 +102,8 @@ private:
     BusLink systemBus_;
     const std::unique_ptr<BusLink> portalBus_; // in a sandbox only
     DesktopPower power_;
-    LinuxMeasurements measurements_;
     const std::unique_ptr<Notifications> notifications_;
     const std::unique_ptr<LoginItem> loginItem_;
-    DesktopApplications applications_;
     PortalAppearance appearance_;
     LinuxSystemEvents systemEvents_;
     LinuxProcessActivity processActivity_;
@@ -113,6 +111,9 @@ private:
     const TimeZoneWatch timeZoneWatch_;
     const EnglishTexts texts_;
     QtBackground background_; // after all that its works use
+    DesktopEntries desktopEntries_{background_};
+    DesktopApplications applications_{desktopEntries_};
+    LinuxMeasurements measurements_{power_, desktopEntries_, "/proc", "/dev"};
     BackupController controller_;
     std::string updatePage_; // of the available update that was told last
     UpdaterViewModel updater_{updateService()};

@@ -9,6 +9,7 @@
 
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/posix_services.h"
+#include "platform/linux/qt_background.h"
 
 namespace {
 
@@ -33,7 +34,9 @@ int main(int argc, char** argv) {
     BusLink bus(
         [](const QString& name) { return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name); });
     DesktopPower power(bus, nullptr, "/sys/class/power_supply");
-    LinuxMeasurements measurements(power, "/proc", argv[1]);
+    QtBackground background;
+    DesktopEntries entries(background);
+    LinuxMeasurements measurements(power, entries, "/proc", argv[1]);
     const PosixFileSystem files("/");
     for (int i = 0; i < 20; ++i) { // takes what the services answer
         QCoreApplication::processEvents();
@@ -52,7 +55,7 @@ int main(int argc, char** argv) {
     add("media", readMedia);
     add("applications", readApplications);
     add("applications, first look", [&] {
-        LinuxMeasurements anew(power, "/proc", argv[1]);
+        LinuxMeasurements anew(power, entries, "/proc", argv[1]);
         benchmark::DoNotOptimize(anew.runningApplications());
     });
     add("load", readLoad);

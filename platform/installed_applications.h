@@ -1,6 +1,7 @@
 // The applications that the user can choose from.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,17 @@ struct InstalledApplication {
     bool operator==(const InstalledApplication&) const = default;
 };
 
+/// Main thread.
 class InstalledApplications {
 public:
     virtual ~InstalledApplications() = default;
 
-    /// Those that menus show, in no order. Main thread; may take some ten milliseconds.
-    [[nodiscard]] virtual std::vector<InstalledApplication> all() = 0;
+    /// Those that menus show, in no order, as of the last look.
+    [[nodiscard]] virtual std::vector<InstalledApplication> known() const = 0;
+
+    /// Looks again in the background, then calls `done`; not while a disk that it would have to ask is
+    /// silent.
+    virtual void refresh(std::function<void()> done) = 0;
 };
 
 } // namespace norvane

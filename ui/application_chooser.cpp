@@ -23,11 +23,20 @@ void ApplicationChooser::setSearch(const QString& search) {
 }
 
 void ApplicationChooser::begin() {
-    all_ = applications_.all();
-    std::sort(all_.begin(), all_.end(), comesBefore);
     search_.clear();
     chosen_.clear();
     open_ = true;
+    takeKnown();
+    // The user may just have installed what is to be chosen.
+    applications_.refresh([this, owner = lifetime_.watch()] {
+        if (owner.lock() && open_)
+            takeKnown();
+    });
+}
+
+void ApplicationChooser::takeKnown() {
+    all_ = applications_.known();
+    std::sort(all_.begin(), all_.end(), comesBefore);
     show();
 }
 

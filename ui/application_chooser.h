@@ -5,6 +5,7 @@
 #include <QSet>
 #include <vector>
 
+#include "platform/background.h"
 #include "platform/installed_applications.h"
 #include "ui/row_list.h"
 
@@ -38,6 +39,7 @@ Q_SIGNALS:
     void accepted(const std::vector<norvane::InstalledApplication>& applications);
 
 private:
+    void takeKnown();
     void show();
 
     InstalledApplications& applications_;
@@ -46,6 +48,7 @@ private:
     QSet<QString> chosen_; // ids
     std::vector<InstalledApplication> all_;
     RowList found_{{"appId", "name", "icon", "chosen"}};
+    const Lifetime lifetime_;
 };
 
 } // namespace norvane

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/posix_services.h"
+#include "platform/linux/program_search.h"
 #include "platform/linux/test_peers.h"
 
 namespace norvane {
@@ -42,6 +43,9 @@ TEST(PosixFileSystem, DoesNotWaitForADeadMount) {
     EXPECT_TRUE(files.exists(mount));
     EXPECT_TRUE(files.exists(mount + "/other")) << "unanswered";
     EXPECT_EQ(files.mountPointOf(mount + "/backups"), mount);
+    ProgramSearch programs(mount + "/backups:/usr/bin", ProgramSearch::Reach::prompt);
+    EXPECT_NE(programs.file("env"), "") << "in the folder behind the dead one";
+    EXPECT_EQ(programs.file(mount + "/program"), mount + "/program");
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     server.goOn();
     EXPECT_FALSE(files.exists(mount + "/other")) << "it answers again";

@@ -2,9 +2,9 @@
 
 namespace norvane {
 
-std::vector<InstalledApplication> DesktopApplications::all() {
+std::vector<InstalledApplication> DesktopApplications::known() const {
     std::vector<InstalledApplication> applications;
-    for (const DesktopEntry& entry : entries_.current()) {
+    for (const DesktopEntry& entry : entries_.known()) {
         if (entry.shown)
             applications.push_back({entry.id, entry.name.empty() ? entry.id : entry.name, entry.icon});
     }

@@ -1,6 +1,9 @@
 // The installed applications as the desktop's menus show them.
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "platform/installed_applications.h"
 #include "platform/linux/desktop_entries.h"
 
@@ -8,10 +11,14 @@ namespace norvane {
 
 class DesktopApplications final : public InstalledApplications {
 public:
-    [[nodiscard]] std::vector<InstalledApplication> all() override;
+    /// `entries` must outlive this object.
+    explicit DesktopApplications(DesktopEntries& entries) : entries_(entries) {}
+
+    [[nodiscard]] std::vector<InstalledApplication> known() const override;
+    void refresh(std::function<void()> done) override { entries_.refresh(std::move(done)); }
 
 private:
-    DesktopEntries entries_;
+    DesktopEntries& entries_;
 };
 
 } // namespace norvane

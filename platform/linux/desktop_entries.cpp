@@ -1,9 +1,13 @@
 // No header of Qt here: it and GIO both claim the word "signals".
 #include "platform/linux/desktop_entries.h"
 
+#include <cstdlib>
 #include <gio/gdesktopappinfo.h>
 #include <memory>
 #include <utility>
+
+#include "platform/linux/application_identity.h"
+#include "platform/linux/program_search.h"
 
 namespace norvane {
 
@@ -16,27 +20,6 @@ std::string withoutSuffix(std::string id) {
     if (id.ends_with(suffix))
         id.resize(id.size() - suffix.size());
     return id;
-}
-
-using Changes = std::map<std::string, std::filesystem::file_time_type>;
-
-void addChanges(const std::string& dataFolder, Changes& changes) {
-    const std::filesystem::path folder = dataFolder + "/applications";
-    std::error_code error;
-    changes[folder] = last_write_time(folder, error); // where it is missing: the lowest time
-    std::filesystem::recursive_directory_iterator entry(folder, error);
-    for (; !error && entry != std::filesystem::recursive_directory_iterator(); entry.increment(error)) {
-        std::error_code unreadable;
-        changes[entry->path()] = last_write_time(entry->path(), unreadable);
-    }
-}
-
-Changes changesNow() {
-    Changes changes;
-    addChanges(g_get_user_data_dir(), changes);
-    for (const char* const* folder = g_get_system_data_dirs(); *folder; ++folder)
-        addChanges(*folder, changes);
-    return changes;
 }
 
 /// GIO's own answer (g_app_info_get_executable) keeps the quotes.
@@ -56,10 +39,9 @@ std::string adopted(char* text) {
     return copy;
 }
 
-DesktopEntry entryOf(GDesktopAppInfo* file, GAppInfo* info) {
+DesktopEntry entryOf(GDesktopAppInfo* file, GAppInfo* info, ProgramSearch& programs) {
     return {.id = withoutSuffix(textOf(g_app_info_get_id(info))),
-            .path = textOf(g_desktop_app_info_get_filename(file)),
-            .executable = firstWord(g_app_info_get_commandline(info)),
+            .program = programOfEntry(firstWord(g_app_info_get_commandline(info)), programs),
             .name = adopted(g_desktop_app_info_get_locale_string(file, G_KEY_FILE_DESKTOP_KEY_NAME)),
             .icon = adopted(g_desktop_app_info_get_string(file, G_KEY_FILE_DESKTOP_KEY_ICON)),
             .shown = g_app_info_should_show(info) != FALSE};
@@ -67,25 +49,42 @@ DesktopEntry entryOf(GDesktopAppInfo* file, GAppInfo* info) {
 
 void freeList(GList* list) { g_list_free_full(list, g_object_unref); }
 
-std::vector<DesktopEntry> readEntries() {
+std::vector<DesktopEntry> readEntries(const std::string& searchPath) {
+    ProgramSearch programs(searchPath, ProgramSearch::Reach::everywhere);
     const std::unique_ptr<GList, void (*)(GList*)> all(g_app_info_get_all(), freeList);
     std::vector<DesktopEntry> entries;
     for (const GList* node = all.get(); node; node = node->next) {
         entries.push_back(
-            entryOf(static_cast<GDesktopAppInfo*>(node->data), static_cast<GAppInfo*>(node->data)));
+            entryOf(static_cast<GDesktopAppInfo*>(node->data), static_cast<GAppInfo*>(node->data), programs));
     }
     return entries;
 }
 
 } // namespace
 
-const std::vector<DesktopEntry>& DesktopEntries::current() {
-    Changes changes = changesNow();
-    if (changes != changes_) {
-        entries_ = readEntries();
-        changes_ = std::move(changes);
-    }
-    return entries_;
+std::string programOfEntry(const std::string& executable, ProgramSearch& programs) {
+    if (executable.empty() || startsOtherPrograms(executable))
+        return {};
+    return programs.file(executable);
+}
+
+DesktopEntries::DesktopEntries(Background& background) : background_(background) { refresh(); }
+
+void DesktopEntries::refresh(std::function<void()> done) {
+    if (done)
+        waiting_.push_back(std::move(done));
+    if (std::exchange(reading_, true))
+        return;
+    const char* searchPath = std::getenv("PATH");
+    runInBackground(
+        background_, lifetime_,
+        [path = std::string(searchPath ? searchPath : "")] { return readEntries(path); },
+        [this](std::vector<DesktopEntry> entries) {
+            entries_ = std::move(entries);
+            reading_ = false;
+            for (const auto& tell : std::exchange(waiting_, {}))
+                tell();
+        });
 }
 
 } // namespace norvane

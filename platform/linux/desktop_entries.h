@@ -1,32 +1,49 @@
 // The applications that the desktop knows (freedesktop.org Desktop Entry 1.5), through GIO.
 #pragma once
 
-#include <filesystem>
-#include <map>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/background.h"
+
 namespace norvane {
 
+class ProgramSearch;
+
 struct DesktopEntry {
-    std::string id;         ///< The desktop-file id without ".desktop", such as "org.mozilla.firefox".
-    std::string path;       ///< Of the file.
-    std::string executable; ///< The first word of Exec: a path, or a name to be looked up in PATH.
-    std::string name = {};  ///< In the user's language; empty when the entry has none.
-    std::string icon = {};  ///< A name of the icon theme, or a path; empty when the entry has none.
-    bool shown = true;      ///< In this desktop's menus.
+    std::string id; ///< The desktop-file id without ".desktop", such as "org.mozilla.firefox".
+    /// The file that Exec starts, with symbolic links resolved. Empty: it is not there, or a shell or an
+    /// interpreter that would only start something else.
+    std::string program;
+    std::string name = {}; ///< In the user's language; empty when the entry has none.
+    std::string icon = {}; ///< A name of the icon theme, or a path; empty when the entry has none.
+    bool shown = true;     ///< In this desktop's menus.
 };
 
+/// The program of an entry whose Exec begins with this word. May wait for a disk. `programs`: those of PATH.
+[[nodiscard]] std::string programOfEntry(const std::string& executable, ProgramSearch& programs);
+
 /// Every entry of the user's and the system's folders that can be started: neither hidden nor without its
-/// program (TryExec, Exec). Main thread.
+/// program (TryExec, Exec). They are read in the background, because their folders may lie on a disk that
+/// never answers. Main thread.
 class DesktopEntries {
 public:
-    /// In no order. The files are read anew, which takes long, only when one of them has changed.
-    [[nodiscard]] const std::vector<DesktopEntry>& current();
+    /// Begins to read them. `background` must outlive this object.
+    explicit DesktopEntries(Background& background);
+
+    /// In no order, as of the last time they were read; none before the first.
+    [[nodiscard]] const std::vector<DesktopEntry>& known() const { return entries_; }
+
+    /// Reads them again, unless that is going on; then calls `done`, if there is one.
+    void refresh(std::function<void()> done = {});
 
 private:
-    std::map<std::string, std::filesystem::file_time_type> changes_; // of files and folders
+    Background& background_;
     std::vector<DesktopEntry> entries_;
+    bool reading_ = false;
+    std::vector<std::function<void()>> waiting_;
+    const Lifetime lifetime_;
 };
 
 } // namespace norvane

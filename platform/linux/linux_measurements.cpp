@@ -19,9 +19,10 @@ constexpr std::chrono::milliseconds limit{80}; // for each of the four that may 
 
 } // namespace
 
-LinuxMeasurements::LinuxMeasurements(DesktopPower& power, std::string procFolder,
+LinuxMeasurements::LinuxMeasurements(DesktopPower& power, DesktopEntries& entries, std::string procFolder,
                                      const std::string& deviceFolder)
-    : power_(power), procFolder_(std::move(procFolder)), videoDevices_(procFolder_, deviceFolder) {}
+    : power_(power), entries_(entries), procFolder_(std::move(procFolder)),
+      videoDevices_(procFolder_, deviceFolder) {}
 
 MediaUse LinuxMeasurements::mediaUse() {
     MediaUse use = pipeWireMediaUse(limit);
@@ -41,9 +42,11 @@ std::optional<double> LinuxMeasurements::loadPerCore() {
 
 std::set<std::string> LinuxMeasurements::runningApplications() {
     const char* searchPath = std::getenv("PATH");
-    const std::vector<DesktopEntry>& entries = entries_.current(); // which may take its time
-    return running_.now(procFolder_, entries, searchPath ? searchPath : "",
-                        std::chrono::steady_clock::now() + limit);
+    std::set<std::string> applications =
+        running_.now(procFolder_, entries_.known(), searchPath ? searchPath : "",
+                     std::chrono::steady_clock::now() + limit);
+    entries_.refresh(); // for the next look
+    return applications;
 }
 
 } // namespace norvane

@@ -9,13 +9,13 @@
 
 namespace norvane {
 
-/// Holds the caller for some 15 milliseconds beside 300 processes, longer where the desktop's entries
-/// have to be read first, and for some 300 when every service hangs; no part takes more than its 80
-/// milliseconds. Main thread.
+/// Holds the caller for some 15 milliseconds beside 300 processes, and for some 300 when every service hangs;
+/// no part takes more than its 80 milliseconds. Main thread.
 class LinuxMeasurements final : public ConditionMeasurements {
 public:
-    /// `procFolder` and `deviceFolder`: /proc and /dev.
-    LinuxMeasurements(DesktopPower& power, std::string procFolder, const std::string& deviceFolder);
+    /// `procFolder` and `deviceFolder`: /proc and /dev. The others must outlive this object.
+    LinuxMeasurements(DesktopPower& power, DesktopEntries& entries, std::string procFolder,
+                      const std::string& deviceFolder);
 
     [[nodiscard]] PowerState powerState() override { return power_.state(); }
     [[nodiscard]] MediaUse mediaUse() override;
@@ -24,7 +24,7 @@ public:
 
 private:
     DesktopPower& power_;
-    DesktopEntries entries_;
+    DesktopEntries& entries_;
     RunningApplications running_;
     const std::string procFolder_;
     VideoDevices videoDevices_;

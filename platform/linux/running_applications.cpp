@@ -1,57 +1,15 @@
 #include "platform/linux/running_applications.h"
 
-#include <cstdlib>
-#include <map>
-#include <memory>
-#include <sstream>
-#include <unistd.h>
 #include <utility>
 
 #include "platform/linux/application_identity.h"
 #include "platform/linux/own_processes.h"
+#include "platform/linux/program_search.h"
 
 namespace norvane {
 
-/// Finds the file that a name means; remembers, because most names are asked for again and again.
-class RunningApplications::Programs {
-public:
-    explicit Programs(const std::string& searchPath) {
-        std::istringstream folders(searchPath);
-        for (std::string folder; std::getline(folders, folder, ':');)
-            if (folder.starts_with('/'))
-                folders_.push_back(folder);
-    }
-
-    /// With symbolic links resolved; empty when there is no such program.
-    const std::string& file(const std::string& name) {
-        const auto [known, isNew] = files_.try_emplace(name);
-        if (isNew)
-            known->second = find(name);
-        return known->second;
-    }
-
-private:
-    [[nodiscard]] std::string find(const std::string& name) const {
-        if (name.find('/') != std::string::npos)
-            return name.starts_with('/') ? canonical(name) : std::string();
-        for (const std::string& folder : folders_)
-            if (const std::string path = std::string(folder).append("/").append(name);
-                access(path.c_str(), X_OK) == 0)
-                return canonical(path);
-        return {};
-    }
-
-    static std::string canonical(const std::string& path) {
-        const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), std::free);
-        return resolved ? std::string(resolved.get()) : path;
-    }
-
-    std::vector<std::string> folders_;
-    std::map<std::string, std::string> files_;
-};
-
 RunningApplications::Traces RunningApplications::readTraces(const OwnProcess& process, std::string executable,
-                                                            Programs& programs) {
+                                                            ProgramSearch& programs) {
     Traces traces{.mark = process.mark(), .executable = std::move(executable), .ids = {}, .files = {}};
     for (auto& id : {applicationOfControlGroup(process.file("cgroup")),
                      applicationOfEnvironment(process.file("environ"), process.id()),
@@ -67,7 +25,7 @@ std::set<std::string> RunningApplications::now(const std::string& procFolder,
                                                const std::vector<DesktopEntry>& entries,
                                                const std::string& searchPath,
                                                std::chrono::steady_clock::time_point end) {
-    Programs programs(searchPath);
+    ProgramSearch programs(searchPath, ProgramSearch::Reach::prompt);
     const auto earlier = std::exchange(known_, {});
     std::set<std::string> found;
     std::set<std::string> files; // that run
@@ -88,8 +46,7 @@ std::set<std::string> RunningApplications::now(const std::string& procFolder,
     });
     files.erase("");
     for (const DesktopEntry& entry : entries)
-        if (!entry.executable.empty() && !startsOtherPrograms(entry.executable) &&
-            files.contains(programs.file(entry.executable)))
+        if (files.contains(entry.program))
             found.insert(entry.id);
     return found;
 }

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/application_identity.h"
+#include "platform/linux/program_search.h"
 #include "platform/linux/test_peers.h"
+#include "platform/simulated/simulated_time.h"
 
 namespace norvane {
 namespace {
@@ -52,13 +54,14 @@ struct Process {
 };
 
 TEST(RunningApplications, AreTheUnionOfAllTraces) {
-    const std::vector<DesktopEntry> entries = {
-        {"editor", "", "/opt/editor/bin/editor"},
-        {"editor-safe", "", "/opt/editor/bin/editor"},
-        {"shell-thing", "", "sh"},
-        {"script", "", "/opt/script.py"},
-        {"gone", "", "no-such-program"},
-    };
+    ProgramSearch programs("/usr/bin", ProgramSearch::Reach::everywhere);
+    std::vector<DesktopEntry> entries;
+    for (const auto& [id, executable] : {std::pair("editor", "/opt/editor/bin/editor"),
+                                         {"editor-safe", "/opt/editor/bin/editor"},
+                                         {"shell-thing", "sh"},
+                                         {"script", "/opt/script.py"},
+                                         {"gone", "no-such-program"}})
+        entries.push_back({id, programOfEntry(executable, programs)});
     const std::string note = "A=1\0GIO_LAUNCHED_DESKTOP_FILE=/x/applications/kde/viewer.desktop\0"s +
                              "GIO_LAUNCHED_DESKTOP_FILE_PID="s;
     const std::string viewer = "/opt/viewer\0"s;
@@ -118,13 +121,21 @@ TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
     setenv("XDG_DATA_DIRS", "/nonexistent", 1);
     const std::string searchPath = folder.path() + ":/usr/bin";
     setenv("PATH", searchPath.c_str(), 1);
-    DesktopEntries entries;
+    SimulatedTime background{Instant()};
+    DesktopEntries entries(background);
     RunningApplications applications;
     const auto running = [&] {
-        return applications.now("/proc", entries.current(), searchPath,
+        background.settle();
+        entries.refresh();
+        return applications.now("/proc", entries.known(), searchPath,
                                 std::chrono::steady_clock::now() + std::chrono::minutes(1));
     };
+    EXPECT_TRUE(entries.known().empty());
+    int told = 0;
+    for (int i = 0; i < 2; ++i)
+        entries.refresh([&] { ++told; }); // together with the reading that goes on
     EXPECT_FALSE(running().contains("org.demo.App"));
+    EXPECT_EQ(told, 2);
     {
         const PeerProcess demo({program, "100"});
         EXPECT_TRUE(eventually([&] { return running().contains("org.demo.App"); }));

@@ -137,7 +137,13 @@ private:
 struct SimulatedApplications final : InstalledApplications {
     std::vector<InstalledApplication> installed;
 
-    std::vector<InstalledApplication> all() override { return installed; }
+    std::vector<InstalledApplication> found; ///< By the last look.
+
+    std::vector<InstalledApplication> known() const override { return found; }
+    void refresh(std::function<void()> done) override {
+        found = installed;
+        done();
+    }
 };
 
 /// What happens to it is seen in a state of the test's, as its owner keeps the service itself.

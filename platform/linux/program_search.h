@@ -1,0 +1,35 @@
+// Which file a program's name means.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace norvane {
+
+/// Remembers what it found, because most names are asked for again and again. One thread at a time.
+class ProgramSearch {
+public:
+    enum class Reach {
+        everywhere, ///< May wait for a disk or a network as long as that takes.
+        prompt,     ///< Leaves out what lies on file systems that may never answer.
+    };
+
+    /// `searchPath`: as in $PATH.
+    ProgramSearch(const std::string& searchPath, Reach reach);
+
+    /// With symbolic links resolved, which they are not on a file system that is left out; empty when there
+    /// is no such program. `name`: a path, or a name to be looked up.
+    [[nodiscard]] const std::string& file(const std::string& name);
+
+private:
+    [[nodiscard]] std::string find(const std::string& name) const;
+    [[nodiscard]] std::string canonical(const std::string& path) const;
+    [[nodiscard]] bool mayWait(const std::string& path) const;
+
+    std::vector<std::string> slowFolders_; // where the file systems that are left out are mounted
+    std::vector<std::string> folders_;
+    std::map<std::string, std::string> files_;
+};
+
+} // namespace norvane
