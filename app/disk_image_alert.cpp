@@ -29,7 +29,7 @@ int runDiskImageAlert() {
     Theme theme(false, brandOrange);
     const ThemeUpdater themeUpdater(theme, appearance, defaults);
     UiEngine engine(theme, texts);
-    AlertWindow window(engine, alert, [] { QGuiApplication::quit(); });
+    AlertWindow window(engine, alert, [](bool) { QGuiApplication::quit(); });
     return window.open() ? QGuiApplication::exec() : EXIT_FAILURE;
 }
 

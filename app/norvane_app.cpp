@@ -23,6 +23,9 @@ namespace {
 constexpr auto defaultsDomain = "org.norvane.Norvane";
 constexpr auto updateMatter = "update";
 
+/// Empty: this build looks for no updates.
+std::string updateHost() { return QUrl(NORVANE_UPDATE_FEED).host().toStdString(); }
+
 bool hasDisplay() { return QGuiApplication::platformName() != "offscreen"; }
 
 QDBusConnection openSystemBus(const QString& name) {
@@ -45,7 +48,7 @@ std::unique_ptr<LoginItem> makeLoginItem(UserDefaults& defaults) {
 ProgramFacts factsOf(const ProgramFolders& folders) {
     return {.version = NORVANE_VERSION,
             .website = NORVANE_WEBSITE,
-            .updateHost = QUrl(NORVANE_UPDATE_FEED).host().toStdString(),
+            .updateHost = updateHost(),
             .logPath = folders.logFile()};
 }
 
@@ -80,7 +83,7 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       power_(systemBus_, portalBus_.get(), "/sys/class/power_supply"), notifications_(makeNotifications()),
       loginItem_(makeLoginItem(defaults_)), appearance_(QDBusConnection::sessionBus(), hasDisplay()),
       systemEvents_(systemBus_.connection(), appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
-      controller_(services()),
+      controller_(services()), updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
       settings_(uiEngine_, notificationCenter_, settingsServices(), factsOf(folders), settingsActions()),
       trayPresenter_(controller_, trayItem_, clock_, formats_, texts_), interface_(actions()) {
     trayItem_.onActivate([this](int x, int y) {
@@ -159,23 +162,16 @@ HealthActions NorvaneApp::healthActions() {
 std::unique_ptr<UpdateService> NorvaneApp::updateService() {
     return std::make_unique<HttpsUpdateService>(
         UpdateFeed{.url = NORVANE_UPDATE_FEED, .ownVersion = NORVANE_VERSION}, defaults_, clock_, timers_,
-        [this](const UpdateResult& result) { tellOfUpdate(result); });
+        [this](const UpdateResult& result, bool askedByUser) { tellOfUpdate(result, askedByUser); });
 }
 
-void NorvaneApp::tellOfUpdate(const UpdateResult& result) {
-    const auto tell = [this](const std::string& title, const std::string& body) {
-        notifications_->post({title, body, updateMatter, ""});
-    };
+/// Whoever asked waits for the answer in front of a window; a notification might never be seen.
+void NorvaneApp::tellOfUpdate(const UpdateResult& result, bool askedByUser) {
+    if (askedByUser)
+        return updateAlert_.show(result);
     updatePage_ = result.page;
-    switch (result.kind) {
-    case UpdateResult::Kind::available:
-        return tell(fillIn(texts_.translate("Norvane %@ is available"), {result.version}), result.page);
-    case UpdateResult::Kind::upToDate:
-        return tell(texts_.translate("Norvane is up to date"), NORVANE_VERSION);
-    case UpdateResult::Kind::failed:
-        return tell(texts_.translate("Norvane could not check for updates"),
-                    texts_.translate("Try again later."));
-    }
+    notifications_->post({fillIn(texts_.translate("Norvane %@ is available"), {result.version}), result.page,
+                          updateMatter, ""});
 }
 
 NotificationAnswers NorvaneApp::answers() {

@@ -38,6 +38,7 @@
 #include "ui/theme_updater.h"
 #include "ui/tray_presenter.h"
 #include "ui/ui_engine.h"
+#include "ui/update_alert.h"
 #include "ui/updater_view_model.h"
 
 namespace norvane {
@@ -76,7 +77,7 @@ public:
 private:
     [[nodiscard]] ControllerServices services();
     [[nodiscard]] std::unique_ptr<UpdateService> updateService();
-    void tellOfUpdate(const UpdateResult& result);
+    void tellOfUpdate(const UpdateResult& result, bool askedByUser);
     [[nodiscard]] SettingsServices settingsServices();
     [[nodiscard]] SettingsActions settingsActions();
     [[nodiscard]] HealthServices healthServices();
@@ -115,12 +116,13 @@ private:
     DesktopApplications applications_{desktopEntries_};
     LinuxMeasurements measurements_{power_, desktopEntries_, "/proc", "/dev"};
     BackupController controller_;
-    std::string updatePage_; // of the available update that was told last
+    std::string updatePage_; // of the available update that a notification told of last
     UpdaterViewModel updater_{updateService()};
     Theme theme_{false, brandOrange};
     const ThemeUpdater themeUpdater_{theme_, appearance_, defaults_, controller_};
     UiEngine uiEngine_{theme_, texts_};
     NotificationCenter notificationCenter_;
+    UpdateAlert updateAlert_;
     SettingsWindow settings_;
     LocalSnapshotsWindow localSnapshots_{
         uiEngine_, {background_, tmUtil_, files_, texts_, Calendar::current}, {clock_, timers_, formats_}};

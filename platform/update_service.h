@@ -8,17 +8,25 @@
 namespace norvane {
 
 struct UpdateResult {
-    enum class Kind { failed, upToDate, available };
+    enum class Kind {
+        unreachable, ///< Nobody answered, or not as the one who was asked.
+        unreadable,  ///< The answer tells of no version.
+        upToDate,
+        available,
+    };
 
-    Kind kind = Kind::failed;
-    std::string version; ///< Of an available update: "1.10.0".
-    std::string page;    ///< Of an available update: where users get it; an https URL.
+    Kind kind = Kind::unreachable;
+    std::string version = {}; ///< Of an available update: "1.10.0".
+    std::string page = {};    ///< Of an available update: where users get it; an https URL.
 
     bool operator==(const UpdateResult&) const = default;
 };
 
-/// Main thread only. Whoever makes the service says where results go: that of every check that the user asked
-/// for, and of an automatic one when there is an update. Nothing is installed, nor downloaded for it.
+/// Where results go: that of every check that the user asked for, and of an automatic one when there is an
+/// update.
+using TellUpdate = std::function<void(const UpdateResult& result, bool askedByUser)>;
+
+/// Main thread only. Nothing is installed, nor downloaded for it.
 class UpdateService {
 public:
     /// Destroying it ends the observation.

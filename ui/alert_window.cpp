@@ -6,15 +6,22 @@
 
 namespace norvane {
 
-AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, std::function<void()> dismissed)
-    : dismissed_(std::move(dismissed)),
+AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, Closed closed)
+    : closed_(std::move(closed)),
       window_(engine.makeWindow("AlertWindow", {{"message", viewText(texts.message)},
                                                 {"information", viewText(texts.information)},
-                                                {"button", viewText(texts.button)}})) {
+                                                {"button", viewText(texts.button)},
+                                                {"otherwise", viewText(texts.otherwise)},
+                                                {"symbol", viewText(texts.symbol)}})) {
     if (!window_)
         return;
     placeInTheMiddle(*window_);
     connect(window_.get(), &QWindow::visibleChanged, this, &AlertWindow::visibleChanged);
+}
+
+AlertWindow::~AlertWindow() {
+    if (window_)
+        window_->disconnect(this);
 }
 
 bool AlertWindow::open() {
@@ -26,7 +33,7 @@ bool AlertWindow::open() {
 
 void AlertWindow::visibleChanged(bool visible) {
     if (!visible)
-        dismissed_();
+        closed_(window_->property("pressed").toBool());
 }
 
 } // namespace norvane

@@ -1,4 +1,4 @@
-// A message that leaves one way on.
+// A message with a button, and sometimes a way around it.
 #pragma once
 
 #include <functional>
@@ -12,8 +12,12 @@ namespace norvane {
 /// In the user's language.
 struct AlertTexts {
     std::string message;
-    std::string information; ///< Below the message, smaller.
-    std::string button;
+    std::string information;    ///< Below the message, smaller.
+    std::string button;         ///< The prominent one.
+    std::string otherwise = {}; ///< The button that only closes; empty: there is none.
+    std::string symbol = "clock.badge.exclamationmark"; ///< Of ui/symbols.
+
+    bool operator==(const AlertTexts&) const = default;
 };
 
 /// Main thread.
@@ -21,8 +25,12 @@ class AlertWindow : public QObject {
     Q_OBJECT
 
 public:
-    /// `dismissed` is called when the button was pressed or the window closed.
-    AlertWindow(UiEngine& engine, const AlertTexts& texts, std::function<void()> dismissed);
+    /// `pressed`: the prominent button was pressed, which closes the window; false: it was closed otherwise.
+    using Closed = std::function<void(bool pressed)>;
+
+    AlertWindow(UiEngine& engine, const AlertTexts& texts, Closed closed);
+    /// Closes it without a word.
+    ~AlertWindow() override;
 
     /// Shows it in front of others. False: there is no window.
     [[nodiscard]] bool open();
@@ -31,7 +39,7 @@ private Q_SLOTS:
     void visibleChanged(bool visible);
 
 private:
-    const std::function<void()> dismissed_;
+    const Closed closed_;
     const std::unique_ptr<QQuickWindow> window_;
 };
 

@@ -76,9 +76,9 @@ std::optional<Item> newestItem(const QByteArray& xml) {
 UpdateResult readAppcast(const QByteArray& xml, const QString& ownVersion) {
     const std::optional<Item> newest = newestItem(xml);
     if (!newest)
-        return {};
+        return {.kind = UpdateResult::Kind::unreadable};
     if (!isNewer(newest->version, versionFrom(ownVersion)))
-        return {UpdateResult::Kind::upToDate, "", ""};
+        return {.kind = UpdateResult::Kind::upToDate};
     return {.kind = UpdateResult::Kind::available,
             .version = newest->version.toString().toStdString(),
             .page = newest->page.toString(QUrl::FullyEncoded).toStdString()};

@@ -49,9 +49,9 @@ void HttpsDownload::finish() {
     if (!done)
         return;
     timeLimit_.stop();
-    const bool complete = reply_->error() == QNetworkReply::NoError &&
-                          reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == ok;
-    done(complete ? std::optional(bytes_) : std::nullopt);
+    const QVariant status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const bool complete = reply_->error() == QNetworkReply::NoError && status.toInt() == ok;
+    done({.came = status.isValid(), .document = complete ? std::optional(bytes_) : std::nullopt});
 }
 
 } // namespace norvane

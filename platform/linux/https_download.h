@@ -17,9 +17,13 @@ class HttpsDownload final : public QObject {
 public:
     static constexpr qsizetype maxBytes = 1'048'576;
 
-    /// The bytes of an answer with status 200; none: an error, more bytes than allowed, or not complete in
-    /// time.
-    using Done = std::function<void(std::optional<QByteArray>)>;
+    struct Answer {
+        bool came = false; ///< The server said at least something, in time.
+        /// The bytes of an answer with status 200; none: an error, more bytes than allowed, or not complete
+        /// in time.
+        std::optional<QByteArray> document;
+    };
+    using Done = std::function<void(const Answer& answer)>;
 
     /// Begins at once; without a configuration by the system's. `done` is called once, from the event
     /// loop, unless the object is destroyed before; it may call deleteLater() on the object, but not delete

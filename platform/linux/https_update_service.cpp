@@ -29,7 +29,7 @@ bool isHttps(const QUrl& url) {
 } // namespace
 
 HttpsUpdateService::HttpsUpdateService(UpdateFeed feed, UserDefaults& defaults, const Clock& clock,
-                                       Timers& timers, std::function<void(const UpdateResult&)> tell)
+                                       Timers& timers, TellUpdate tell)
     : feed_(std::move(feed)), defaults_(defaults), clock_(clock), timers_(timers), tell_(std::move(tell)) {}
 
 void HttpsUpdateService::start() {
@@ -76,18 +76,21 @@ void HttpsUpdateService::checkIfDue() {
 void HttpsUpdateService::begin(bool askedByUser) {
     download_ = std::make_unique<HttpsDownload>(
         QUrl(feed_.url), feed_.tls, feed_.timeoutMilliseconds,
-        [this, askedByUser](const std::optional<QByteArray>& appcast) { end(appcast, askedByUser); });
+        [this, askedByUser](const HttpsDownload::Answer& answer) { end(answer, askedByUser); });
     publishCanCheck();
 }
 
-void HttpsUpdateService::end(const std::optional<QByteArray>& appcast, bool askedByUser) {
+void HttpsUpdateService::end(const HttpsDownload::Answer& answer, bool askedByUser) {
+    using Kind = UpdateResult::Kind;
     download_.release()->deleteLater(); // it is what calls
-    const UpdateResult result = appcast ? readAppcast(*appcast, feed_.ownVersion) : UpdateResult();
-    if (result.kind != UpdateResult::Kind::failed)
+    UpdateResult result{.kind = answer.came ? Kind::unreadable : Kind::unreachable};
+    if (answer.document)
+        result = readAppcast(*answer.document, feed_.ownVersion);
+    if (result.kind == Kind::upToDate || result.kind == Kind::available)
         defaults_.set(lastCheckKey, {clock_.now()});
     publishCanCheck();
-    if (askedByUser || result.kind == UpdateResult::Kind::available)
-        tell_(result);
+    if (askedByUser || result.kind == Kind::available)
+        tell_(result, askedByUser);
 }
 
 void HttpsUpdateService::publishCanCheck() {

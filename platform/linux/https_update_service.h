@@ -28,7 +28,7 @@ struct UpdateFeed {
 class HttpsUpdateService final : public UpdateService {
 public:
     HttpsUpdateService(UpdateFeed feed, UserDefaults& defaults, const Clock& clock, Timers& timers,
-                       std::function<void(const UpdateResult&)> tell);
+                       TellUpdate tell);
 
     void start() override;
     [[nodiscard]] bool automaticallyChecksForUpdates() const override;
@@ -43,14 +43,14 @@ private:
 
     void checkIfDue();
     void begin(bool askedByUser);
-    void end(const std::optional<QByteArray>& appcast, bool askedByUser);
+    void end(const HttpsDownload::Answer& answer, bool askedByUser);
     void publishCanCheck();
 
     const UpdateFeed feed_;
     UserDefaults& defaults_;
     const Clock& clock_;
     Timers& timers_;
-    const std::function<void(const UpdateResult&)> tell_;
+    const TellUpdate tell_;
     std::vector<std::weak_ptr<Observer>> observers_;
     std::unique_ptr<Timer> hourly_;           // none: not started, or nobody to ask
     std::unique_ptr<HttpsDownload> download_; // none: no check runs

@@ -25,8 +25,9 @@ QByteArray feed(const QByteArray& items) {
 }
 
 const QByteArray page = "https://example.org/norvane";
-const UpdateResult failed;
-const UpdateResult upToDate{UpdateResult::Kind::upToDate, "", ""};
+const UpdateResult unreachable{UpdateResult::Kind::unreachable};
+const UpdateResult unreadable{UpdateResult::Kind::unreadable};
+const UpdateResult upToDate{UpdateResult::Kind::upToDate};
 UpdateResult offer(const std::string& version) {
     return {UpdateResult::Kind::available, version, page.toStdString()};
 }
@@ -44,14 +45,14 @@ TEST(Appcast, OffersTheNewestVersionThatHasAPage) {
          offer("2.0.1")},
         {"not comparable", feed(item("2.0-beta", page) + item("1.3", page)), offer("1.3")},
         {"page that is not safe", feed(item("2.0", "http://example.org") + item("1.3", page)), offer("1.3")},
-        {"page that is a script", feed(item("2.0", "javascript:alert(1)")), failed},
-        {"no page", feed("<item><enclosure version='2.0'/></item>"), failed},
-        {"no versions", feed(""), failed},
-        {"cut short", feed(item("2.0", page)).chopped(8), failed},
-        {"deep", feed(QByteArray("<a>").repeated(100'000)), failed},
-        {"document type", "<!DOCTYPE rss [<!ENTITY a 'b'>]>" + feed(item("2.0", page)), failed},
+        {"page that is a script", feed(item("2.0", "javascript:alert(1)")), unreadable},
+        {"no page", feed("<item><enclosure version='2.0'/></item>"), unreadable},
+        {"no versions", feed(""), unreadable},
+        {"cut short", feed(item("2.0", page)).chopped(8), unreadable},
+        {"deep", feed(QByteArray("<a>").repeated(100'000)), unreadable},
+        {"document type", "<!DOCTYPE rss [<!ENTITY a 'b'>]>" + feed(item("2.0", page)), unreadable},
         {"file of the machine",
-         "<!DOCTYPE rss [<!ENTITY a SYSTEM 'file:///etc/passwd'>]>" + feed(item("2.0", "&a;")), failed},
+         "<!DOCTYPE rss [<!ENTITY a SYSTEM 'file:///etc/passwd'>]>" + feed(item("2.0", "&a;")), unreadable},
     };
     for (const auto& c : cases)
         EXPECT_EQ(readAppcast(c.xml, "1.2.0"), c.expected) << c.what;
@@ -137,8 +138,11 @@ protected:
         return {.url = url, .ownVersion = "1.2.0", .tls = server_->trusting, .timeoutMilliseconds = 1000};
     }
     [[nodiscard]] std::unique_ptr<HttpsUpdateService> service(const UpdateFeed& of) {
-        return std::make_unique<HttpsUpdateService>(
-            of, defaults_, time_, time_, [this](const UpdateResult& result) { told_.push_back(result); });
+        return std::make_unique<HttpsUpdateService>(of, defaults_, time_, time_,
+                                                    [this](const UpdateResult& result, bool asked) {
+                                                        told_.push_back(result);
+                                                        EXPECT_EQ(asked, asked_);
+                                                    });
     }
     /// Runs the event loop until the check that runs is over.
     static void finish(const UpdateService& service) {
@@ -155,6 +159,7 @@ protected:
     SimulatedTime time_{Instant{}};
     SimulatedUserDefaults defaults_;
     std::vector<UpdateResult> told_;
+    bool asked_ = false; // by the user
 };
 
 TEST_F(UpdateServiceTest, TellsWhatTheFeedSaysAndNothingAboutTheUser) {
@@ -180,29 +185,30 @@ TEST_F(UpdateServiceTest, TellsWhatTheFeedSaysAndNothingAboutTheUser) {
                                                        : good)(client);
          },
          offer("1.10.0")},
-        {"not found", reply("404 Not Found", "", feed(newer)), failed},
-        {"to http", reply("302 Found", insecure, ""), failed},
-        {"to itself", reply("302 Found", "Location: /feed\r\n", ""), failed},
-        {"to a file", reply("302 Found", "Location: file:///etc/passwd\r\n", ""), failed},
+        {"not found", reply("404 Not Found", "", feed(newer)), unreadable},
+        {"to http", reply("302 Found", insecure, ""), unreadable},
+        {"to itself", reply("302 Found", "Location: /feed\r\n", ""), unreadable},
+        {"to a file", reply("302 Found", "Location: file:///etc/passwd\r\n", ""), unreadable},
         {"too long",
          reply("200 OK", "", feed(newer.leftJustified(HttpsDownload::maxBytes - feed("").size() + 1))),
-         failed},
-        {"endless", endless("\r\n", QByteArray(500'000, ' '), 0), failed},
-        {"drop by drop", endless("\r\n", " ", 50), failed},
-        {"endless headers", endless("X: ", QByteArray(1000, 'x'), 1), failed},
-        {"silent", [](QSslSocket&) {}, failed},
+         unreadable},
+        {"endless", endless("\r\n", QByteArray(500'000, ' '), 0), unreadable},
+        {"drop by drop", endless("\r\n", " ", 50), unreadable},
+        {"endless headers", endless("X: ", QByteArray(1000, 'x'), 1), unreachable},
+        {"silent", [](QSslSocket&) {}, unreachable},
         {"cut short",
          [&](QSslSocket& client) {
              client.write("HTTP/1.1 200 OK\r\nContent-Length: 900\r\n\r\n" + feed(newer));
              client.disconnectFromHost();
          },
-         failed},
+         unreadable},
         {"good again", good, offer("1.10.0")},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         server_->answer = c.answer;
         told_.clear();
+        asked_ = true;
         updates->checkForUpdates();
         EXPECT_FALSE(updates->canCheckForUpdates());
         finish(*updates);

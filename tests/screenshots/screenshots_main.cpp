@@ -155,7 +155,9 @@ bool photographAlert(UiEngine& engine, const QString& path) {
     const auto window = engine.makeWindow(
         "AlertWindow", {{"message", "Norvane is running from the disk image"},
                         {"information", "Drag Norvane to your Applications folder, then open it from there."},
-                        {"button", "Quit"}});
+                        {"button", "Quit"},
+                        {"otherwise", ""},
+                        {"symbol", "clock.badge.exclamationmark"}});
     if (!window)
         return false;
     window->show();

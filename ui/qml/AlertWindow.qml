@@ -7,13 +7,17 @@ Window {
     required property string message
     required property string information
     required property string button
+    required property string otherwise
+    required property string symbol
+    property bool pressed: false
+    readonly property int fittingHeight: content.height + 2 * content.y
 
     width: 320
-    height: content.height + 48
+    height: fittingHeight
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    minimumHeight: fittingHeight // not the height: it could not grow with the text then
+    maximumHeight: fittingHeight
     color: Theme.window
     title: "Norvane"
     flags: Qt.Dialog
@@ -24,14 +28,15 @@ Window {
 
         x: 24
         y: 24
-        width: parent.width - 2 * x
+        width: window.width - 2 * x
         spacing: 10
         Accessible.role: Accessible.AlertMessage
         Accessible.name: window.message
 
+        Keys.onEscapePressed: window.close()
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
-            name: "clock.badge.exclamationmark"
+            name: window.symbol
             color: Theme.brand
             size: 56
         }
@@ -58,6 +63,15 @@ Window {
             width: parent.width
             prominent: true
             text: window.button
+            onClicked: {
+                window.pressed = true
+                window.close()
+            }
+        }
+        PushButton {
+            width: parent.width
+            visible: window.otherwise !== ""
+            text: window.otherwise
             onClicked: window.close()
         }
     }
