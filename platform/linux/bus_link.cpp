@@ -27,10 +27,7 @@ bool BusLink::ensureConnected() {
     lastAttempt_ = now;
     QDBusConnection::disconnectFromBus(connection_.name());
     connection_ = open_(freshName());
-    if (!connection_.isConnected())
-        return false;
-    Q_EMIT reopened();
-    return true;
+    return connection_.isConnected();
 }
 
 } // namespace norvane

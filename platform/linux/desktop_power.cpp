@@ -1,54 +1,65 @@
 #include "platform/linux/desktop_power.h"
 
+#include <chrono>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "platform/linux/power_supplies.h"
+#include "platform/linux/properties_question.h"
 
 namespace norvane {
 
-DesktopPower::DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder)
-    : upower_(systemBus, "org.freedesktop.UPower", "/org/freedesktop/UPower", "org.freedesktop.UPower"),
-      battery_(systemBus, "org.freedesktop.UPower", "/org/freedesktop/UPower/devices/DisplayDevice",
-               "org.freedesktop.UPower.Device"),
-      profiles_(systemBus, "net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
-                "net.hadess.PowerProfiles"),
-      renamedProfiles_(systemBus, "org.freedesktop.UPower.PowerProfiles",
-                       "/org/freedesktop/UPower/PowerProfiles", "org.freedesktop.UPower.PowerProfiles"),
-      powerSupplyFolder_(std::move(powerSupplyFolder)) {
-    if (portalBus)
-        portal_ = std::make_unique<WatchedProperties>(*portalBus, "org.freedesktop.portal.Desktop",
-                                                      "/org/freedesktop/portal/desktop",
-                                                      "org.freedesktop.portal.PowerProfileMonitor");
-}
+namespace {
 
-PowerState DesktopPower::state() {
-    const auto told = sourceFromUPower();
-    PowerState state = told ? *told : powerFromSupplies(powerSupplyFolder_);
-    state.lowPowerMode = lowPowerMode();
-    return state;
-}
-
-/// None: UPower does not tell all of it.
-std::optional<PowerState> DesktopPower::sourceFromUPower() {
-    const auto onBattery = upower_.get<bool>("OnBattery");
-    const auto present = battery_.get<bool>("IsPresent");
+/// None: UPower does not tell all of it. `battery`: what the desktop shows as one for all batteries.
+std::optional<PowerState> sourceFromUPower(PropertiesQuestion& upower, PropertiesQuestion& battery) {
+    const auto onBattery = upower.get<bool>("OnBattery");
+    const auto present = battery.get<bool>("IsPresent");
     if (!onBattery || !present)
         return std::nullopt;
     if (!*present)
         return PowerState{};
     PowerState state;
     state.onAC = !*onBattery;
-    const auto percentage = battery_.get<double>("Percentage");
+    const auto percentage = battery.get<double>("Percentage");
     if (percentage && *percentage >= 0 && *percentage <= 100)
         state.batteryPercent = static_cast<std::int64_t>(*percentage);
     return state;
 }
 
-bool DesktopPower::lowPowerMode() {
-    for (WatchedProperties* profiles : {&profiles_, &renamedProfiles_})
-        if (const auto active = profiles->get<QString>("ActiveProfile"))
-            return *active == "power-saver";
-    return portal_ && portal_->get<bool>("power-saver-enabled").value_or(false);
+} // namespace
+
+DesktopPower::DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder)
+    : systemBus_(systemBus), portalBus_(portalBus), powerSupplyFolder_(std::move(powerSupplyFolder)) {}
+
+PowerState DesktopPower::state() {
+    const auto ask = [](BusLink& bus, const char* service, const char* path, const char* interface) {
+        constexpr std::chrono::milliseconds limit{80}; // for all of them, as all wait at the same time
+        return PropertiesQuestion(bus, service, path, interface, limit);
+    };
+    PropertiesQuestion upower =
+        ask(systemBus_, "org.freedesktop.UPower", "/org/freedesktop/UPower", "org.freedesktop.UPower");
+    PropertiesQuestion battery =
+        ask(systemBus_, "org.freedesktop.UPower", "/org/freedesktop/UPower/devices/DisplayDevice",
+            "org.freedesktop.UPower.Device");
+    std::vector<PropertiesQuestion> profiles;
+    profiles.push_back(
+        ask(systemBus_, "net.hadess.PowerProfiles", "/net/hadess/PowerProfiles", "net.hadess.PowerProfiles"));
+    profiles.push_back(ask(systemBus_, "org.freedesktop.UPower.PowerProfiles",
+                           "/org/freedesktop/UPower/PowerProfiles", "org.freedesktop.UPower.PowerProfiles"));
+    std::optional<PropertiesQuestion> portal;
+    if (portalBus_)
+        portal = ask(*portalBus_, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                     "org.freedesktop.portal.PowerProfileMonitor");
+
+    const auto told = sourceFromUPower(upower, battery);
+    PowerState state = told ? *told : powerFromSupplies(powerSupplyFolder_);
+    state.lowPowerMode = portal && portal->get<bool>("power-saver-enabled").value_or(false);
+    for (PropertiesQuestion& service : profiles)
+        if (const auto active = service.get<QString>("ActiveProfile"))
+            state.lowPowerMode = *active == "power-saver";
+    return state;
 }
 
 } // namespace norvane

@@ -1,12 +1,10 @@
 // Where the power comes from, and whether the user wants it saved.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "platform/condition_measurements.h"
 #include "platform/linux/bus_link.h"
-#include "platform/linux/watched_properties.h"
 
 namespace norvane {
 
@@ -19,18 +17,12 @@ public:
     /// /sys/class/power_supply.
     DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder);
 
-    /// What was told last; waits for no service.
+    /// Asks afresh. A service that does not answer within 80 milliseconds counts as one that is not there.
     [[nodiscard]] PowerState state();
 
 private:
-    [[nodiscard]] std::optional<PowerState> sourceFromUPower();
-    [[nodiscard]] bool lowPowerMode();
-
-    WatchedProperties upower_;
-    WatchedProperties battery_; // what the desktop shows as one for all batteries
-    WatchedProperties profiles_;
-    WatchedProperties renamedProfiles_;
-    std::unique_ptr<WatchedProperties> portal_;
+    BusLink& systemBus_;
+    BusLink* const portalBus_;
     const std::string powerSupplyFolder_;
 };
 
