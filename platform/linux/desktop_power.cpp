@@ -35,7 +35,7 @@ DesktopPower::DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string p
 
 PowerState DesktopPower::state() {
     const auto ask = [](BusLink& bus, const char* service, const char* path, const char* interface) {
-        constexpr std::chrono::milliseconds limit{80}; // for all of them, as all wait at the same time
+        constexpr std::chrono::milliseconds limit{60}; // for all of them, as all wait at the same time
         return PropertiesQuestion(bus, service, path, interface, limit);
     };
     PropertiesQuestion upower =

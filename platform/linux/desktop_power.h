@@ -17,7 +17,7 @@ public:
     /// /sys/class/power_supply.
     DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder);
 
-    /// Asks afresh. A service that does not answer within 80 milliseconds counts as one that is not there.
+    /// Asks afresh. A service that does not answer within 60 milliseconds counts as one that is not there.
     [[nodiscard]] PowerState state();
 
 private:

@@ -9,8 +9,8 @@
 
 namespace norvane {
 
-/// Holds the caller for some 15 milliseconds beside 300 processes, and for some 300 when every service hangs;
-/// no part takes more than its 80 milliseconds. Main thread.
+/// Holds the caller for some 15 milliseconds beside 300 processes, and for at most 340 when every service
+/// hangs. Main thread.
 class LinuxMeasurements final : public ConditionMeasurements {
 public:
     /// `procFolder` and `deviceFolder`: /proc and /dev. The others must outlive this object.

@@ -32,7 +32,7 @@ std::optional<Instant> creationTime(int folder, const char* name) {
 /// Lets a grandchild look, because who looks at a dead file system can be stuck for ever: nobody waits for
 /// it, and it holds none of our files. True also when there is no answer.
 bool existsAsTold(const std::string& path) {
-    constexpr int limitMilliseconds = 80;
+    constexpr int limitMilliseconds = 50;
     auto answers = makePipe();
     if (!answers)
         return true;
