@@ -10,6 +10,7 @@
 #include "app/disk_image_alert.h"
 #include "app/norvane_app.h"
 #include "platform/linux/crash_handler.h"
+#include "platform/linux/finished_crash_reports.h"
 #include "platform/linux/program_place.h"
 #include "platform/linux/user_folders.h"
 
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
     if (norvane::runsFromDiskImage())
         return norvane::runDiskImageAlert();
 
+    norvane::finishCrashReports(folders.crashReports());
     std::optional<norvane::NorvaneApp> app(std::in_place, folders);
     app->performStartupAction();
     const int status = QGuiApplication::exec();

@@ -158,8 +158,8 @@ TEST(Norvane, TellsOfACrashAtTheNextStart) {
     ASSERT_TRUE(user.waitForLog("Crash log from a previous run found: Norvane-", 10)) << user.log();
     const std::string report =
         user.shell("cat '" + user.path("state") + "'/norvane/Logs/DiagnosticReports/*.ips");
-    for (const char* told :
-         {"SIGSEGV (11), sent by another process", "Next backup scheduled for", "  main + 0x"})
+    for (const char* told : {"SIGSEGV (11), sent by another process", "Next backup scheduled for",
+                             "  main + 0x", "  norvane::writeCrashReport(int, "})
         EXPECT_NE(report.find(told), std::string::npos) << told << " in\n" << report;
 }
 

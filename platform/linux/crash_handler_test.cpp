@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "platform/linux/alternate_signal_stack.h"
+#include "platform/linux/finished_crash_reports.h"
 #include "platform/linux/test_peers.h"
 
 namespace norvane {
@@ -97,7 +98,9 @@ int statusOfCrash(const CrashReportSettings& settings, void (*crash)()) {
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+/// Finished as the next start does it.
 std::string onlyReportIn(const std::string& folder) {
+    finishCrashReports(folder);
     std::stringstream text;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         EXPECT_TRUE(std::regex_match(entry.path().filename().string(),
@@ -127,6 +130,19 @@ TEST(CrashHandler, LeavesAReportAndTheExitStatus) {
             << report;
         EXPECT_NE(report.find("\nline 1000 "), std::string::npos);
     }
+}
+
+TEST(CrashReports, NameTheFunctionsOfTheStackAsTheSourceDoes) {
+    const std::pair<std::string, std::string> stacks[] = {
+        {"a  _Z1fi + 0x1\n\nStack:\nm + 0x1  _Z1fi + 0x2\nm + 0x3  main + 0x4\nm + 0x5\n",
+         "a  _Z1fi + 0x1\n\nStack:\nm + 0x1  f(int) + 0x2\nm + 0x3  main + 0x4\nm + 0x5\n"},
+        {"\nStack:\n0x5\nm + 0x1  _Z! + 0x2\nm + 0x1  _ZN1a1bEv + 0x2",
+         "\nStack:\n0x5\nm + 0x1  _Z! + 0x2\nm + 0x1  a::b() + 0x2"},
+        {"\nStack:\nm + 0x1  _Z1f", "\nStack:\nm + 0x1  _Z1f"},
+        {"no stack  _Z1fi + 0x1", "no stack  _Z1fi + 0x1"},
+    };
+    for (const auto& [report, expected] : stacks)
+        EXPECT_EQ(withReadableStack(report), expected);
 }
 
 TEST(CrashHandler, WithoutAPlaceForTheReportTheProgramStillEnds) {

@@ -171,7 +171,7 @@ int createCrashReport(const CrashReportSettings& settings, std::time_t time) {
     Text path;
     path << settings.reportsFolder << "/Norvane-";
     appendTime(path, time, "-", "");
-    path << ".ips";
+    path << ".crash";
     return open(path.path(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
 }
 

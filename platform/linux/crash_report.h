@@ -25,11 +25,13 @@ struct Crash {
 // Both are async-signal-safe (signal-safety(7)) but for backtrace(3) and dladdr(3), which are when they have
 // been called once before.
 
-/// Creates "Norvane-<yyyy-MM-dd-HHmmss, UTC>.ips" for writing by this user alone; -1: not possible.
+/// Creates "Norvane-<yyyy-MM-dd-HHmmss, UTC>.crash" for writing by this user alone; -1: not possible. The
+/// next start finishes it (finished_crash_reports.h).
 [[nodiscard]] int createCrashReport(const CrashReportSettings& settings, std::time_t time);
 
-/// Stack entries are "module + offset name + offset", the name as the linker knows it: `addr2line -e` takes
-/// the first offset, c++filt the name. No environment, no arguments, no registers, no memory.
+/// Stack entries are "module + offset name + offset", the name as the linker knows it, as making it
+/// readable takes memory; `addr2line -e` takes the first offset. No environment, no arguments, no registers,
+/// no memory.
 void writeCrashReport(int fd, const CrashReportSettings& settings, const Crash& crash);
 
 } // namespace norvane
