@@ -1,6 +1,7 @@
 #include "timemachine_linux/hourly_timer.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -82,7 +83,12 @@ std::string hourlyTimer() {
 HourlyTimer::HourlyTimer(const CommandRunner& runner, HourlyTimerPlaces places)
     : runner_(runner), places_(std::move(places)) {}
 
-bool HourlyTimer::active() const { return control({"is-active", "--quiet", hourlyTimerUnit}).empty(); }
+HourlyTimer::State HourlyTimer::state() const {
+    const Answer answer = control({"is-active", "--quiet", hourlyTimerUnit});
+    if (!answer.inTime)
+        return State::unknown;
+    return answer.trouble.empty() ? State::active : State::inactive;
+}
 
 std::string HourlyTimer::start() const {
     if (!makeFolder(places_.unitFolder))
@@ -92,11 +98,11 @@ std::string HourlyTimer::start() const {
     if (trouble.empty())
         trouble = replaceFile(places_.unitFolder + "/" + hourlyTimerUnit, hourlyTimer());
     if (trouble.empty())
-        trouble = control({"daemon-reload"});
+        trouble = control({"daemon-reload"}).trouble;
     if (trouble.empty())
-        trouble = control({"enable", "--now", hourlyTimerUnit});
+        trouble = control({"enable", "--now", hourlyTimerUnit}).trouble;
     if (trouble.empty())
-        trouble = control({"is-active", "--quiet", hourlyTimerUnit});
+        trouble = control({"is-active", "--quiet", hourlyTimerUnit}).trouble;
     if (trouble.empty())
         return {};
     (void)control({"disable", "--now", hourlyTimerUnit});
@@ -105,26 +111,30 @@ std::string HourlyTimer::start() const {
 }
 
 std::string HourlyTimer::stop() const {
-    std::string trouble = control({"disable", "--now", hourlyTimerUnit});
-    if (!trouble.empty() && active())
-        return trouble;
+    const Answer answer = control({"disable", "--now", hourlyTimerUnit});
+    if (!answer.trouble.empty() && state() != State::inactive)
+        return answer.trouble;
     removeUnits();
     (void)control({"daemon-reload"});
     return {};
 }
 
-std::string HourlyTimer::control(const std::vector<std::string>& words) const {
+HourlyTimer::Answer HourlyTimer::control(const std::vector<std::string>& words) const {
     if (places_.systemctl.empty())
-        return "systemctl is not installed";
+        return {"systemctl is not installed"};
     std::vector<std::string> arguments = {"--user", "--no-ask-password"};
     arguments.insert(arguments.end(), words.begin(), words.end());
     const auto result = runner_.run(places_.systemctl, arguments, systemctlSeconds);
     if (!result)
-        return places_.systemctl + " cannot be started";
+        return {places_.systemctl + " cannot be started"};
     if (result->exitCode == 0)
         return {};
+    const std::string call = "systemctl --user " + words.front();
+    // How the runner ends a tool that takes too long; systemctl(1) has no such exit statuses of its own.
+    if (result->exitCode == SIGTERM || result->exitCode == SIGKILL)
+        return {call + " does not answer", false};
     const std::string complaint = firstLine(result->stderr);
-    return complaint.empty() ? "systemctl --user " + words.front() + " failed" : complaint;
+    return {complaint.empty() ? call + " failed" : complaint};
 }
 
 void HourlyTimer::removeUnits() const {

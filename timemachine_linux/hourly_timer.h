@@ -29,18 +29,26 @@ class HourlyTimer {
 public:
     HourlyTimer(const CommandRunner& runner, HourlyTimerPlaces places);
 
-    [[nodiscard]] bool active() const;
+    enum class State {
+        inactive, ///< Also where there is no systemd, or no manager of the user's services.
+        active,
+        unknown, ///< The manager does not answer.
+    };
+    [[nodiscard]] State state() const;
 
     /// Installs and starts it, for this session and the next ones. Returns why not, as the tool put it; then
     /// nothing is left behind. Empty on success.
     [[nodiscard]] std::string start() const;
 
-    /// The opposite. Returns why the timer may still run; empty: it does not. Without a manager nothing runs.
+    /// The opposite. Returns why the timer may still run; empty: it does not.
     [[nodiscard]] std::string stop() const;
 
 private:
-    /// What the tool complained of; empty on success.
-    [[nodiscard]] std::string control(const std::vector<std::string>& words) const;
+    struct Answer {
+        std::string trouble; ///< What the tool complained of; empty: none, it did what it was asked.
+        bool inTime = true;
+    };
+    [[nodiscard]] Answer control(const std::vector<std::string>& words) const;
     void removeUnits() const;
 
     const CommandRunner& runner_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -14,7 +15,8 @@ namespace fs = std::filesystem;
 
 /// systemd's manager as far as the timer needs it.
 struct Manager final : CommandRunner {
-    std::string missing; ///< The word that it refuses.
+    std::string missing; ///< The word that it refuses, or "all".
+    int refusal = 1;
     bool there = true;
     mutable bool active = false;
     mutable std::vector<std::string> asked;
@@ -27,8 +29,8 @@ struct Manager final : CommandRunner {
         asked.push_back(verb);
         if (!there)
             return CommandResult{1, "", "Failed to connect to bus: No medium found\nmore\n"};
-        if (verb == missing)
-            return CommandResult{1, "", ""};
+        if (verb == missing || missing == "all")
+            return CommandResult{refusal, "", ""};
         if (verb == "enable" || verb == "disable")
             active = verb == "enable";
         return CommandResult{verb == "is-active" && !active ? 3 : 0, "", ""};
@@ -40,13 +42,13 @@ TEST(HourlyTimer, IsStartedAndStoppedForGood) {
     Manager manager;
     const std::string units = folder.path("config/systemd/user");
     const HourlyTimer timer(manager, {"/bin/systemctl", units, "/lib/tmutil", {}});
-    EXPECT_FALSE(timer.active());
+    EXPECT_EQ(timer.state(), HourlyTimer::State::inactive);
     EXPECT_EQ(timer.start(), "");
-    EXPECT_TRUE(timer.active());
+    EXPECT_EQ(timer.state(), HourlyTimer::State::active);
     EXPECT_TRUE(fs::exists(units + "/norvane-timemachine.timer"));
     EXPECT_EQ(timer.start(), "") << "again";
     EXPECT_EQ(timer.stop(), "");
-    EXPECT_FALSE(timer.active());
+    EXPECT_EQ(timer.state(), HourlyTimer::State::inactive);
     EXPECT_TRUE(fs::is_empty(units));
     EXPECT_EQ(timer.stop(), "") << "what is not there needs no stopping";
 }
@@ -80,7 +82,7 @@ TEST(HourlyTimer, LeavesNothingBehindWhereItCannotRun) {
     EXPECT_NE(timer.start(), "");
 }
 
-TEST(HourlyTimer, StaysOnWhenTheManagerWillNotStopIt) {
+TEST(HourlyTimer, StaysOnWhenTheManagerWillNotOrDoesNotAnswer) {
     ScratchFolder folder;
     Manager manager;
     const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("units"), "/lib/tmutil", {}});
@@ -88,6 +90,13 @@ TEST(HourlyTimer, StaysOnWhenTheManagerWillNotStopIt) {
     manager.missing = "disable";
     EXPECT_EQ(timer.stop(), "systemctl --user disable failed");
     EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
+    for (const int signal : {SIGTERM, SIGKILL}) { // as the runner ends a tool that hangs
+        manager.missing = "all";
+        manager.refusal = signal;
+        EXPECT_EQ(timer.stop(), "systemctl --user disable does not answer");
+        EXPECT_EQ(timer.state(), HourlyTimer::State::unknown);
+        EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
+    }
 }
 
 TEST(HourlyTimer, WritesUnitsThatSystemdUnderstands) {

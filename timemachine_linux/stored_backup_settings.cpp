@@ -113,7 +113,8 @@ BackupFrequency StoredBackupSettings::frequency() const {
         return BackupFrequency::unknown;
     if (!preferences_.boolean(automaticKey))
         return BackupFrequency::manual;
-    return timer_.active() ? BackupFrequency::hourly : BackupFrequency::hourlyWithoutTimer;
+    return timer_.state() == HourlyTimer::State::inactive ? BackupFrequency::hourlyWithoutTimer
+                                                          : BackupFrequency::hourly;
 }
 
 std::vector<DestinationOffer> StoredBackupSettings::drives() const {
