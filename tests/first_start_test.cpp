@@ -36,7 +36,7 @@ protected:
 
 TEST_F(FirstStart, LeadsToBackupsUnderTheUsersControlWithoutAShell) {
     (void)user.tmutil("removedestination");
-    (void)user.tmutil("enable");
+    (void)user.defaults("write /Library/Preferences/com.apple.TimeMachine.plist AutoBackup -bool true");
     std::filesystem::create_directories(user.path("home/Backups"));
     user.start(NORVANE_BIN_DIR "/norvane", variables);
     ASSERT_TRUE(shows("heading", "Welcome to Norvane")) << describe(driver->elements());

@@ -48,6 +48,7 @@ BackupSandbox::BackupSandbox(std::string root)
     : preferences(preferencesFile("com.apple.TimeMachine")), session(libraryFolder() + "/TimeMachine"),
       root_(std::move(root)) {
     makeFolder(preferencesFolder());
+    addSystemctl();
     preferences.set("SourceFolders", {PropertyList::Array{{tree()}}});
 }
 
@@ -115,6 +116,8 @@ PropertyList BackupSandbox::recorded(const std::string& key) const {
     return value ? *value : PropertyList{};
 }
 
+bool BackupSandbox::timerIsOn() const { return std::filesystem::exists(in("timer is on")); }
+
 pid_t BackupSandbox::worker() const { return std::atoi(readSmallFile(session.runLock).c_str()); }
 
 void BackupSandbox::becomeOrdinaryUser() {
@@ -125,10 +128,19 @@ void BackupSandbox::becomeOrdinaryUser() {
 }
 
 void BackupSandbox::slowDownRsync(int kilobytesPerSecond) const {
+    putProgram("rsync", "exec /usr/bin/rsync --bwlimit=" + std::to_string(kilobytesPerSecond) + " \"$@\"");
+}
+
+void BackupSandbox::addSystemctl() const {
+    const std::string on = "'" + in("timer is on") + "'";
+    putProgram("systemctl", "case $3 in\nenable) : >" + on + ";;\ndisable) rm -f " + on +
+                                ";;\nis-active) test -e " + on + " || exit 3;;\nesac");
+}
+
+void BackupSandbox::putProgram(const std::string& name, const std::string& script) const {
     std::filesystem::create_directories(in("bin"));
-    const std::string path = in("bin/rsync");
-    writeFile(path,
-              "#!/bin/sh\nexec /usr/bin/rsync --bwlimit=" + std::to_string(kilobytesPerSecond) + " \"$@\"\n");
+    const std::string path = in("bin/" + name);
+    writeFile(path, "#!/bin/sh\n" + script + "\n");
     ::chmod(path.c_str(), 0755);
 }
 

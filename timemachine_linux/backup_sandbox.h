@@ -50,11 +50,16 @@ public:
     /// Every later rsync copies at most so many kilobytes a second.
     void slowDownRsync(int kilobytesPerSecond) const;
 
+    [[nodiscard]] bool timerIsOn() const;
+
     UserDefaultsFile preferences;
     SessionFiles session;
 
 private:
     explicit BackupSandbox(std::string root);
+
+    void addSystemctl() const; ///< That of the machine would act on the timers of whoever runs the tests.
+    void putProgram(const std::string& name, const std::string& script) const;
 
     std::string root_;
     std::vector<std::string> asUser_; ///< Before each command line of tmutil.

@@ -5,14 +5,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <utility>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/user_folders.h"
+#include "timemachine_linux/rsync_process.h"
 
 namespace norvane {
 namespace {
@@ -65,7 +68,7 @@ std::string hourlyService(const std::string& tmutil, const std::map<std::string,
         text.append("Environment=").append(quoted(assignment, false)).append("\n");
     }
     // A unit's own program may have no quotes in its path; an argument may.
-    return text + "ExecStart=/usr/bin/env " + quoted(tmutil, true) + " startbackup --block\n";
+    return text + "ExecStart=/usr/bin/env " + quoted(tmutil, true) + " startbackup --auto --block\n";
 }
 
 std::string hourlyTimer() {
@@ -141,6 +144,20 @@ void HourlyTimer::removeUnits() const {
     for (const char* unit : {"/timers.target.wants/norvane-timemachine.timer", "/norvane-timemachine.timer",
                              "/norvane-timemachine.service"})
         ::unlink((places_.unitFolder + unit).c_str());
+}
+
+HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil) {
+    constexpr std::array names{"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"};
+    HourlyTimerPlaces places{
+        findProgram("systemctl").value_or(""), homeFolder() + "/.config/systemd/user", tmutil, {}};
+    for (const char* name : names) {
+        const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes it
+        if (value && *value == '/')
+            places.variables[name] = value;
+    }
+    if (const auto config = places.variables.find("XDG_CONFIG_HOME"); config != places.variables.end())
+        places.unitFolder = config->second + "/systemd/user";
+    return places;
 }
 
 } // namespace norvane

@@ -11,7 +11,8 @@ namespace norvane {
 inline constexpr auto hourlyTimerUnit = "norvane-timemachine.timer";
 inline constexpr auto hourlyServiceUnit = "norvane-timemachine.service";
 
-/// The unit file that runs one backup: of the program `tmutil`, with these environment variables.
+/// The unit file that runs one backup, if backups are still automatic then: of the program `tmutil`, with
+/// these environment variables.
 [[nodiscard]] std::string hourlyService(const std::string& tmutil,
                                         const std::map<std::string, std::string>& variables);
 /// The unit file that starts it.
@@ -23,6 +24,9 @@ struct HourlyTimerPlaces {
     std::string tmutil;
     std::map<std::string, std::string> variables; ///< What the program needs to find the user's folders.
 };
+
+/// Of the user of this process.
+[[nodiscard]] HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil);
 
 /// Every call runs a tool and blocks: background threads only.
 class HourlyTimer {

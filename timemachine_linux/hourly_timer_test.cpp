@@ -102,7 +102,7 @@ TEST(HourlyTimer, StaysOnWhenTheManagerWillNotOrDoesNotAnswer) {
 TEST(HourlyTimer, WritesUnitsThatSystemdUnderstands) {
     EXPECT_NE(hourlyService("/a b/$x%\"\\", {{"XDG_CONFIG_HOME", "/c $d%"}})
                   .find("Environment=\"XDG_CONFIG_HOME=/c $d%%\"\nExecStart=/usr/bin/env \"/a "
-                        "b/$$x%%\\\"\\\\\" startbackup"),
+                        "b/$$x%%\\\"\\\\\" startbackup --auto "),
               std::string::npos);
     if (!installed("systemd-analyze"))
         GTEST_SKIP() << "systemd-analyze is not installed";

@@ -1,18 +1,16 @@
 #include "timemachine_linux/stored_backup_settings.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
 #include "platform/linux/mount_table.h"
 #include "platform/linux/user_folders.h"
+#include "timemachine_linux/automatic_backups.h"
 #include "timemachine_linux/backup_drives.h"
 #include "timemachine_linux/destination.h"
 #include "timemachine_linux/file_system_probe.h"
 #include "timemachine_linux/paths.h"
-#include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/snapshot_store.h"
 
 namespace norvane {
@@ -22,7 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr double tmutilSeconds = 15;
 constexpr auto notStored = "The preferences cannot be written.";
-constexpr auto automaticKey = "AutoBackup";
 
 std::optional<Instant> latestSnapshot(const UserDefaultsFile& preferences) {
     const auto destinations = preferences.object("Destinations");
@@ -109,9 +106,10 @@ std::vector<SourceFacts> StoredBackupSettings::sourceFacts() const {
 }
 
 BackupFrequency StoredBackupSettings::frequency() const {
-    if (!preferences_.object(automaticKey))
+    const auto automatic = automaticBackups(preferences_);
+    if (!automatic)
         return BackupFrequency::unknown;
-    if (!preferences_.boolean(automaticKey))
+    if (!*automatic)
         return BackupFrequency::manual;
     return timer_.state() == HourlyTimer::State::inactive ? BackupFrequency::hourlyWithoutTimer
                                                           : BackupFrequency::hourly;
@@ -136,16 +134,7 @@ std::string StoredBackupSettings::chooseDestination(const std::string& folder) {
 }
 
 std::string StoredBackupSettings::setHourly(bool hourly) {
-    std::string trouble = hourly ? timer_.start() : timer_.stop();
-    if (!trouble.empty())
-        return trouble;
-    const bool stored =
-        preferences_.update([&](PropertyList::Dictionary& all) { all[automaticKey] = {hourly}; });
-    if (stored)
-        return {};
-    if (hourly)
-        (void)timer_.stop();
-    return notStored;
+    return setAutomaticBackups(preferences_, timer_, hourly);
 }
 
 std::string StoredBackupSettings::addSource(const std::string& folder) {
@@ -180,20 +169,6 @@ std::optional<std::vector<std::string>> StoredBackupSettings::foldersIn(const st
             names.push_back(name);
     }
     return error ? std::nullopt : std::optional(names);
-}
-
-HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil) {
-    constexpr std::array names{"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"};
-    HourlyTimerPlaces places{
-        findProgram("systemctl").value_or(""), homeFolder() + "/.config/systemd/user", tmutil, {}};
-    for (const char* name : names) {
-        const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes it
-        if (value && *value == '/')
-            places.variables[name] = value;
-    }
-    if (const auto config = places.variables.find("XDG_CONFIG_HOME"); config != places.variables.end())
-        places.unitFolder = config->second + "/systemd/user";
-    return places;
 }
 
 } // namespace norvane

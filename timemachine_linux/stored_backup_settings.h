@@ -38,7 +38,4 @@ private:
     UserDefaultsFile preferences_;
 };
 
-/// Where the timer's parts are for the user of this process.
-[[nodiscard]] HourlyTimerPlaces hourlyTimerPlaces(const std::string& tmutil);
-
 } // namespace norvane

@@ -14,15 +14,12 @@ namespace {
 namespace fs = std::filesystem;
 using Paths = std::vector<std::string>;
 
-/// Over the real tool; without systemd.
+/// Over the real tool.
 struct Stored {
-    Stored() : timer{"", box.in("units"), tmutil, {}} {}
-
     BackupSandbox box;
     ChildCommandRunner runner;
     std::string tmutil = NORVANE_LIBEXEC_DIR "/tmutil";
-    HourlyTimerPlaces timer;
-    StoredBackupSettings settings{runner, tmutil, userPlaces(), {runner, timer}};
+    StoredBackupSettings settings{runner, tmutil, userPlaces(), {runner, hourlyTimerPlaces(tmutil)}};
 };
 
 TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
@@ -93,14 +90,23 @@ TEST(StoredBackupSettings, KeepsFoldersOfAnyName) {
 
 TEST(StoredBackupSettings, TheFlagSaysWhatTheTimerDoes) {
     Stored s;
-    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::unknown);
-    EXPECT_EQ(s.settings.setHourly(true), "systemctl is not installed");
-    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::unknown) << "nothing was set";
-    ASSERT_EQ(s.box.tmutil({"enable"}).exitCode, 0);
-    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::hourlyWithoutTimer);
+    const auto frequency = [&] { return s.settings.load().frequency; };
+    EXPECT_EQ(frequency(), BackupFrequency::unknown);
+    // Each choice also mends what another program has set without the timer.
+    s.box.preferences.set("AutoBackup", {true});
+    EXPECT_EQ(frequency(), BackupFrequency::hourlyWithoutTimer);
+    EXPECT_EQ(s.settings.setHourly(true), "");
+    EXPECT_EQ(frequency(), BackupFrequency::hourly);
+    s.box.preferences.set("AutoBackup", {false});
+    EXPECT_EQ(frequency(), BackupFrequency::manual) << "the timer runs, but makes no backup";
+    EXPECT_TRUE(s.box.timerIsOn());
     EXPECT_EQ(s.settings.setHourly(false), "");
-    EXPECT_EQ(s.settings.load().frequency, BackupFrequency::manual);
+    EXPECT_FALSE(s.box.timerIsOn());
     EXPECT_EQ(s.box.preferences.object("AutoBackup"), PropertyList{false});
+
+    writeFile(s.box.in("bin/systemctl"), "#!/bin/sh\necho no manager >&2\nexit 1\n");
+    EXPECT_EQ(s.settings.setHourly(true), "no manager");
+    EXPECT_EQ(frequency(), BackupFrequency::manual) << "nothing was set";
 }
 
 } // namespace

@@ -86,6 +86,7 @@ TEST_F(Tmutil, ExplainsWrongUse) {
         {{"setdestination"}, 64, "usage: tmutil setdestination folder"},
         {{"status", "x"}, 64, "usage"},
         {{"startbackup", "--fast"}, 64, "unknown option"},
+        {{"startbackup", "--block", "--fast"}, 64, "unknown option"},
         {{"help"}, 0, ""},
         {{"destinationinfo"}, 1, "tmutil: No destinations configured.\n"},
         {{"removedestination"}, 1, "No destinations configured"},
@@ -112,7 +113,27 @@ TEST_F(Tmutil, ExplainsWrongUse) {
         EXPECT_NE(result.errors.find(c.errors), std::string::npos) << verb << ": " << result.errors;
     }
     EXPECT_EQ(box.tmutil({"listlocalsnapshots", "/"}).output, "Snapshots for disk /:\n");
+}
+
+TEST_F(Tmutil, AutomaticBackupsFollowTheFlag) {
+    useDestination();
+    const auto automatic = [&] {
+        EXPECT_EQ(box.tmutil({"startbackup", "--auto", "--block"}).exitCode, 0);
+        return box.snapshots().size();
+    };
+    EXPECT_EQ(automatic(), 0U) << "nobody has enabled them";
+    EXPECT_EQ(box.tmutil({"enable"}).exitCode, 0);
+    EXPECT_TRUE(box.timerIsOn());
+    EXPECT_EQ(automatic(), 1U);
+    box.preferences.set("AutoBackup", {false}); // by another program, which leaves the timer as it is
+    EXPECT_EQ(automatic(), 1U);
+    box.preferences.set("AutoBackup", {true});
     EXPECT_EQ(box.tmutil({"disable"}).exitCode, 0);
+    EXPECT_FALSE(box.timerIsOn());
+    EXPECT_EQ(box.preferences.object("AutoBackup"), PropertyList{false});
+    fs::remove(box.in("bin/systemctl"));
+    ::setenv("PATH", box.in("bin").c_str(), 1);
+    EXPECT_EQ(box.tmutil({"enable"}).errors, "tmutil: systemctl is not installed\n");
     EXPECT_EQ(box.preferences.object("AutoBackup"), PropertyList{false});
 }
 

@@ -10,10 +10,13 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "platform/linux/child_command_runner.h"
+#include "platform/linux/linux_tool_paths.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/user_defaults_file.h"
 #include "platform/linux/user_folders.h"
 #include "platform/property_list_text.h"
+#include "timemachine_linux/automatic_backups.h"
 #include "timemachine_linux/backup_control.h"
 #include "timemachine_linux/destination.h"
 #include "timemachine_linux/destination_check.h"
@@ -87,21 +90,31 @@ int destinationInfo(Context& context, const Arguments&) {
     return exitSuccess;
 }
 
-int setAutoBackup(Context& context, bool enabled) {
-    const bool stored =
-        context.preferences.update([&](PropertyList::Dictionary& all) { all["AutoBackup"] = {enabled}; });
-    return stored ? exitSuccess : fail("The preferences cannot be written.");
+int setAutoBackup(Context& context, bool on) {
+    const ChildCommandRunner runner;
+    const HourlyTimer timer(runner, hourlyTimerPlaces(programFolder() + "/tmutil"));
+    const std::string trouble = setAutomaticBackups(context.preferences, timer, on);
+    return trouble.empty() ? exitSuccess : fail(trouble);
 }
 
 int enable(Context& context, const Arguments&) { return setAutoBackup(context, true); }
 int disable(Context& context, const Arguments&) { return setAutoBackup(context, false); }
 
 int startBackupVerb(Context& context, const Arguments& arguments) {
-    const bool wait = !arguments.empty();
-    if (wait && arguments.front() != "--block" && arguments.front() != "-b") {
-        fail("startbackup: unknown option " + arguments.front());
-        return exitUsage;
+    bool wait = false;
+    bool byItself = false;
+    for (const std::string& option : arguments) {
+        if (option == "--block" || option == "-b") {
+            wait = true;
+        } else if (option == "--auto" || option == "-a") {
+            byItself = true;
+        } else {
+            fail("startbackup: unknown option " + option);
+            return exitUsage;
+        }
     }
+    if (byItself && !automaticBackups(context.preferences).value_or(false))
+        return exitSuccess;
     const SystemClock clock;
     const StartOutcome outcome = startBackup(clock, context.preferences, context.places, wait);
     if (outcome.alreadyRunning)
@@ -303,7 +316,7 @@ constexpr std::array verbs{
     Verb{"destinationinfo", "", 0, 0, destinationInfo},
     Verb{"enable", "", 0, 0, enable},
     Verb{"disable", "", 0, 0, disable},
-    Verb{"startbackup", "[--block]", 0, 1, startBackupVerb},
+    Verb{"startbackup", "[--auto] [--block]", 0, 2, startBackupVerb},
     Verb{"stopbackup", "", 0, 0, stopBackupVerb},
     Verb{"status", "", 0, 0, status},
     Verb{"latestbackup", "", 0, 0, latestBackup},
@@ -329,6 +342,7 @@ std::string usageText() {
         text += '\n';
     }
     text += "\nThe mount point / stands for all volumes that hold folders to back up.\n"
+            "startbackup --auto does nothing unless automatic backups are enabled.\n"
             "restore puts each src into the folder dst, or gives the one src the name dst. It overwrites "
             "nothing.\n";
     return text;

@@ -1,0 +1,20 @@
+// Whether backups are made by themselves. A flag in the preferences rules; the hourly timer acts on it.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/linux/user_defaults_file.h"
+#include "timemachine_linux/hourly_timer.h"
+
+namespace norvane {
+
+/// What the flag says, whatever the timer does: off, no backup starts by itself. None: nobody has set it.
+[[nodiscard]] std::optional<bool> automaticBackups(const UserDefaultsFile& preferences);
+
+/// Starts or stops the timer, even if the flag says so already, then stores the flag. Returns what went wrong
+/// as a readable text; then the flag is as it was. Empty on success.
+[[nodiscard]] std::string setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer,
+                                              bool on);
+
+} // namespace norvane
