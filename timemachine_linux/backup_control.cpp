@@ -39,7 +39,7 @@ void stayVisible(const Clock& clock, Instant start, StopRequests& stop) {
 BackupResult failedStart(const Clock& clock, UserDefaultsFile& preferences, const Destination& destination,
                          BackupResult result) {
     recordAttemptStart(preferences, destination.id, clock.now());
-    recordAttemptEnd(preferences, destination.id, {result, {}, std::nullopt, std::nullopt});
+    recordAttemptEnd(preferences, destination.id, {result, {}, std::nullopt});
     return result;
 }
 

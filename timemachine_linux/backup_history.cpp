@@ -35,6 +35,19 @@ PropertyList messagesOf(const AttemptEnd& end) {
 
 } // namespace
 
+DestinationContents contentsOf(const SnapshotStore& store) { return {store.list(), spaceOf(store.folder())}; }
+
+void storeContents(PropertyList::Dictionary& entry, const DestinationContents& contents) {
+    PropertyList::Array dates;
+    for (const Snapshot& snapshot : contents.snapshots)
+        dates.push_back({snapshot.date});
+    entry["SnapshotDates"] = {std::move(dates)};
+    if (contents.space) {
+        entry["BytesAvailable"] = {contents.space->availableBytes};
+        entry["BytesUsed"] = {contents.space->usedBytes};
+    }
+}
+
 bool recordAttemptStart(UserDefaultsFile& preferences, const std::string& destinationId, Instant start) {
     return preferences.update([&](PropertyList::Dictionary& all) {
         PropertyList::Dictionary* entry = entryOf(all, destinationId);
@@ -59,16 +72,8 @@ bool recordAttemptEnd(UserDefaultsFile& preferences, const std::string& destinat
             return;
         (*entry)["RESULT"] = {static_cast<std::int64_t>(end.result.code)};
         (*entry)["MessageParameters"] = messagesOf(end);
-        if (end.snapshots) {
-            PropertyList::Array dates;
-            for (const Snapshot& snapshot : *end.snapshots)
-                dates.push_back({snapshot.date});
-            (*entry)["SnapshotDates"] = {std::move(dates)};
-        }
-        if (end.space) {
-            (*entry)["BytesAvailable"] = {end.space->availableBytes};
-            (*entry)["BytesUsed"] = {end.space->usedBytes};
-        }
+        if (end.contents)
+            storeContents(*entry, *end.contents);
     });
 }
 

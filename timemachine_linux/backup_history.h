@@ -15,11 +15,21 @@ namespace norvane {
 /// Newest attempts kept in "AttemptDates".
 inline constexpr std::size_t mostAttemptDates = 100;
 
+/// What a destination that is there holds of one machine.
+struct DestinationContents {
+    std::vector<Snapshot> snapshots;
+    std::optional<FileSystemSpace> space;
+};
+
+[[nodiscard]] DestinationContents contentsOf(const SnapshotStore& store);
+
+/// Into an entry of "Destinations".
+void storeContents(PropertyList::Dictionary& entry, const DestinationContents& contents);
+
 struct AttemptEnd {
     BackupResult result;
-    std::vector<std::string> notes;                 ///< Shown after the message.
-    std::optional<std::vector<Snapshot>> snapshots; ///< None: the destination is away, what was known stays.
-    std::optional<FileSystemSpace> space;
+    std::vector<std::string> notes;              ///< Shown after the message.
+    std::optional<DestinationContents> contents; ///< None: the destination is away, what was known stays.
 };
 
 /// Both change the entry with this id and nothing else; without one nothing changes.

@@ -353,11 +353,9 @@ void BackupWorker::keepLeftover(ResultCode code) {
 }
 
 bool BackupWorker::record(const BackupResult& result) {
-    AttemptEnd end{result, notes_, std::nullopt, std::nullopt};
-    if (result.code != ResultCode::destinationUnavailable && isAvailable(destination_)) {
-        end.snapshots = store_.list();
-        end.space = spaceOf(store_.folder());
-    }
+    AttemptEnd end{result, notes_, std::nullopt};
+    if (result.code != ResultCode::destinationUnavailable && isAvailable(destination_))
+        end.contents = contentsOf(store_);
     const bool recorded = recordAttemptEnd(around_.preferences, destination_.id, end);
     if (!recorded)
         notes_.emplace_back("The result could not be stored in the preferences");

@@ -14,6 +14,7 @@
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/mount_table.h"
 #include "platform/linux/small_file.h"
+#include "timemachine_linux/backup_history.h"
 #include "timemachine_linux/bounded_call.h"
 #include "timemachine_linux/paths.h"
 
@@ -107,6 +108,7 @@ std::string setDestination(UserDefaultsFile& preferences, const std::string& fol
     const auto mount = mountOf(folder);
     const bool network = mount && isNetworkFileSystem(mount->type);
     const auto url = network ? networkUrl(*mount, folder) : std::nullopt;
+    const DestinationContents contents = contentsOf(SnapshotStore(folder, hostFolderName()));
     const bool stored = preferences.update([&](PropertyList::Dictionary& all) {
         PropertyList::Dictionary entry;
         // The same destination again, perhaps elsewhere: its history stays.
@@ -122,6 +124,7 @@ std::string setDestination(UserDefaultsFile& preferences, const std::string& fol
         entry.erase("NetworkURL");
         if (url)
             entry["NetworkURL"] = {*url};
+        storeContents(entry, contents);
         all["Destinations"] = {PropertyList::Array{{std::move(entry)}}};
     });
     return stored ? "" : "The preferences cannot be written.";

@@ -23,8 +23,8 @@ inline constexpr const char* destinationMarkerName = ".norvane-destination";
 /// The configured destination; none when there is none.
 [[nodiscard]] std::optional<Destination> configuredDestination(const UserDefaultsFile& preferences);
 
-/// Makes the folder the destination. It is canonical, and `judgeDestination` found it usable. Returns what
-/// went wrong; empty on success.
+/// Makes the folder the destination, with the backups of this machine that it holds. It is canonical, and
+/// `judgeDestination` found it usable. Returns what went wrong; empty on success.
 [[nodiscard]] std::string setDestination(UserDefaultsFile& preferences, const std::string& folder);
 
 /// False: none was configured, or the preferences cannot be written.

@@ -40,6 +40,13 @@ TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
     const auto used = s.settings.load().disk;
     EXPECT_TRUE(used->latestBackup);
     EXPECT_TRUE(fs::is_directory(used->backupsFolder)) << used->backupsFolder;
+    // The disk comes back later, or to another user: its backups are known at once.
+    s.box.preferences.remove("Destinations");
+    ASSERT_EQ(s.settings.chooseDestination(odd), "");
+    const auto again = s.settings.load().disk;
+    EXPECT_EQ(again->latestBackup, used->latestBackup);
+    EXPECT_EQ(again->backupsFolder, used->backupsFolder);
+    EXPECT_GT(s.box.recorded("BytesUsed").exactInteger().value_or(0), 0);
     fs::remove(odd + "/" + destinationMarkerName);
     EXPECT_FALSE(s.settings.load().disk->connected);
     EXPECT_TRUE(s.settings.load().disk->latestBackup) << "what is known stays";
