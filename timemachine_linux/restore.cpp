@@ -12,12 +12,15 @@
 #include "timemachine_linux/backup_place.h"
 #include "timemachine_linux/exclusive_rename.h"
 #include "timemachine_linux/file_system_probe.h"
+#include "timemachine_linux/held_folder.h"
 #include "timemachine_linux/paths.h"
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/tree_removal.h"
 
 namespace norvane {
 namespace {
+
+constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
@@ -76,11 +79,15 @@ std::vector<std::string> sourcesOf(const RestorePlan& plan) {
     return sources;
 }
 
+std::string removedMeanwhile(const std::string& snapshot) {
+    return "The backup " + snapshot + " was removed while it was restored from. Nothing is restored.";
+}
+
 } // namespace
 
 RestorePlan planRestore(const std::vector<std::string>& sources, const std::string& destination) {
     RestorePlan plan;
-    const auto impossible = [](std::string trouble) { return RestorePlan{{}, {}, std::move(trouble)}; };
+    const auto impossible = [](std::string trouble) { return RestorePlan{{}, {}, {}, std::move(trouble)}; };
     const bool intoFolder = isFolder(destination);
     if (!intoFolder && (sources.size() > 1 || destination.ends_with('/')))
         return impossible(destination + " is not a folder.");
@@ -94,8 +101,10 @@ RestorePlan planRestore(const std::vector<std::string>& sources, const std::stri
         const auto source = resolvedPath(argument);
         if (!source || !isThere(*source))
             return impossible(because(argument));
-        if (!snapshotHolding(*source))
+        const auto snapshot = snapshotHolding(*source);
+        if (!snapshot)
             return impossible(argument + " is not in a backup.");
+        plan.snapshots.insert(*snapshot);
         const std::string target =
             intoFolder ? (plan.folder == "/" ? "" : plan.folder) + "/" + nameOf(*source) : *place;
         const bool twice = std::any_of(plan.items.begin(), plan.items.end(),
@@ -113,6 +122,12 @@ RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath, St
     const FileDescriptor folder(::open(plan.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!staging.made() || !folder)
         return {because(plan.folder), {}};
+    std::vector<HeldFolder> snapshots;
+    for (const std::string& path : plan.snapshots) {
+        snapshots.push_back({path, FileDescriptor(::open(path.c_str(), realFolder))});
+        if (!snapshots.back().folder)
+            return {because(path), {}};
+    }
     const FileSystemAbilities abilities = abilitiesOf(staging.path());
     RsyncRun run;
     run.program = rsyncPath;
@@ -123,6 +138,9 @@ RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath, St
     const auto exit = runRsync(run, stop);
     if (!exit)
         return {because("rsync could not be started"), {}};
+    for (const HeldFolder& snapshot : snapshots)
+        if (!snapshot.isInPlace())
+            return {removedMeanwhile(snapshot.path), {}};
     const RsyncOutcome copied = judgeRsyncExit(*exit, stop.requested());
     if (copied.code != ResultCode::success)
         return {copied.code == ResultCode::stopped ? "The restore was stopped." : copied.message, {}};

@@ -1,6 +1,7 @@
 // Bringing files and folders back from a snapshot.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,9 @@ struct RestoreItem {
 
 struct RestorePlan {
     std::vector<RestoreItem> items;
-    std::string folder;  ///< The folder of all the targets.
-    std::string trouble; ///< Why it cannot be done; empty: it can.
+    std::set<std::string> snapshots; ///< That hold the sources.
+    std::string folder;              ///< The folder of all the targets.
+    std::string trouble;             ///< Why it cannot be done; empty: it can.
 };
 
 /// The targets as cp(1) chooses them: in the destination if that is a folder, under the name of each source;
@@ -32,8 +34,9 @@ struct RestoreOutcome {
     std::vector<std::string> notes; ///< What could not be kept or read.
 };
 
-/// Copies with all attributes into a hidden folder beside the targets, then gives each item its name: an item
-/// is there whole, or not at all, whenever this ends. If killed, it leaves the hidden folder.
+/// Copies with all attributes into a hidden folder beside the targets, then gives each item its name, if the
+/// snapshots are still there: an item is there whole, or not at all, whenever this ends. If killed, it leaves
+/// the hidden folder.
 [[nodiscard]] RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath,
                                      StopRequests& stop);
 

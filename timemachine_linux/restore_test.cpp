@@ -131,6 +131,21 @@ TEST_F(Restore, TellsWhatCouldNotBeRead) {
     EXPECT_FALSE(fs::exists(box.home() + "/back/sub/-rf"));
 }
 
+TEST_F(Restore, NothingComesFromABackupThatIsBeingRemoved) {
+    backUp();
+    // As thinning does it: first the name goes, then what is in it.
+    const std::string snapshot = box.snapshots().back();
+    writeFile(box.in("bin/rsync"), "#!/bin/sh\nmv '" + snapshot + "' '" + snapshot + ".inProgress'\nrm -r '" +
+                                       snapshot + ".inProgress" + tree + "/dir/sub'\nmkdir '" + snapshot +
+                                       "'\nfor last; do :; done\necho part >\"$last/plain\"\n");
+    ::chmod(box.in("bin/rsync").c_str(), 0755);
+    const ToolResult result = box.tmutil({"restore", copy + "/dir/plain", box.home() + "/back"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "tmutil: The backup " + snapshot +
+                                 " was removed while it was restored from. Nothing is restored.\n");
+    EXPECT_EQ(namesIn(box.home()), (std::vector<std::string>{".config", ".local", "tree"}));
+}
+
 TEST_F(Restore, KilledOrStoppedShowsNoHalfOfIt) {
     for (int i = 0; i < 500; ++i)
         writeFile(tree + "/dir/f" + std::to_string(i), std::string(20000, 'x'));

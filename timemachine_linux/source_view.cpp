@@ -90,12 +90,7 @@ void SourceView::takeFrom(const std::string& volume, const std::vector<std::stri
 }
 
 bool SourceView::isWhole() const {
-    return std::all_of(held_.begin(), held_.end(), [](const Held& held) {
-        struct stat opened {};
-        struct stat found {};
-        return ::fstat(held.folder.get(), &opened) == 0 && ::lstat(held.path.c_str(), &found) == 0 &&
-               opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
-    });
+    return std::all_of(held_.begin(), held_.end(), [](const HeldFolder& held) { return held.isInPlace(); });
 }
 
 } // namespace norvane

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/instant.h"
-#include "platform/linux/file_descriptor.h"
+#include "timemachine_linux/held_folder.h"
 #include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/rsync_command.h"
 #include "timemachine_linux/source_selection.h"
@@ -37,16 +37,11 @@ public:
     [[nodiscard]] bool isWhole() const;
 
 private:
-    struct Held {
-        std::string path;
-        FileDescriptor folder;
-    };
-
     void takeFrom(const std::string& volume, const std::vector<std::string>& sources, Instant now,
                   std::vector<std::string>& inPlace, std::vector<std::string>& notes);
 
     std::vector<SourcePlace> places_;
-    std::vector<Held> held_;
+    std::vector<HeldFolder> held_;
 };
 
 } // namespace norvane
