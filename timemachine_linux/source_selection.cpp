@@ -43,6 +43,48 @@ bool covered(const std::vector<std::string>& folders, std::string_view path) {
                        [&](const auto& folder) { return isWithin(path, folder); });
 }
 
+using Paths = std::vector<std::string>;
+
+/// The array of paths under the key; `initial` where there is none.
+PropertyList::Array& pathList(PropertyList::Dictionary& all, const char* key, const Paths& initial) {
+    PropertyList& list = all[key];
+    if (!list.array()) {
+        PropertyList::Array paths;
+        std::transform(initial.begin(), initial.end(), std::back_inserter(paths), pathToPropertyList);
+        list = {std::move(paths)};
+    }
+    return std::get<PropertyList::Array>(list.value);
+}
+
+bool isOneOf(const PropertyList& entry, const Paths& paths, const std::string& home) {
+    const auto parsed = pathsFromPropertyList({PropertyList::Array{entry}}, home);
+    return !parsed.empty() && std::find(paths.begin(), paths.end(), parsed.front()) != paths.end();
+}
+
+bool addPath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
+             const std::string& home) {
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        PropertyList::Array& list = pathList(all, key, initial);
+        if (std::none_of(list.begin(), list.end(),
+                         [&](const PropertyList& entry) { return isOneOf(entry, {path}, home); }))
+            list.push_back(pathToPropertyList(path));
+    });
+}
+
+bool removePath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
+                const std::string& home) {
+    // Entries that people wrote by hand may spell the path in another way. Asked before the lock is taken: a
+    // file system may not answer.
+    Paths spellings{path};
+    for (const std::string& stored : storedPaths(preferences, key, home))
+        if (stored != path && resolvedOrAsGiven(stored) == path)
+            spellings.push_back(stored);
+    return preferences.update([&](PropertyList::Dictionary& all) {
+        std::erase_if(pathList(all, key, initial),
+                      [&](const PropertyList& entry) { return isOneOf(entry, spellings, home); });
+    });
+}
+
 bool onSameFileSystem(const std::string& one, const std::string& other) {
     struct stat first {};
     struct stat second {};
@@ -65,15 +107,6 @@ std::vector<std::string> configuredSources(const UserDefaultsFile& preferences, 
     if (!preferences.object(sourcesKey))
         return {places.home};
     return storedPaths(preferences, sourcesKey, places.home);
-}
-
-bool setSources(UserDefaultsFile& preferences, const std::vector<std::string>& sources) {
-    return preferences.update([&](PropertyList::Dictionary& all) {
-        PropertyList::Array list;
-        for (const std::string& source : sources)
-            list.push_back(pathToPropertyList(source));
-        all[sourcesKey] = {std::move(list)};
-    });
 }
 
 std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences, const UserPlaces& places) {
@@ -168,30 +201,20 @@ bool isLeftOut(const SourceSelection& selection, std::string_view path) {
     return covered(selection.excluded, path) || !covered(selection.sources, path);
 }
 
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path) {
-    return preferences.update([&](PropertyList::Dictionary& all) {
-        PropertyList& list = all[exclusionsKey];
-        if (!list.array())
-            list = {PropertyList::Array{}};
-        auto& paths = std::get<PropertyList::Array>(list.value);
-        const PropertyList entry = pathToPropertyList(path);
-        if (std::find(paths.begin(), paths.end(), entry) == paths.end())
-            paths.push_back(entry);
-    });
+bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+    return addPath(preferences, sourcesKey, {home}, path, home);
+}
+
+bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+    return removePath(preferences, sourcesKey, {home}, path, home);
+}
+
+bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+    return addPath(preferences, exclusionsKey, {}, path, home);
 }
 
 bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
-    return preferences.update([&](PropertyList::Dictionary& all) {
-        const auto list = all.find(exclusionsKey);
-        if (list == all.end() || !list->second.array())
-            return;
-        // Entries that people wrote by hand may spell the path in another way.
-        auto& paths = std::get<PropertyList::Array>(list->second.value);
-        std::erase_if(paths, [&](const PropertyList& entry) {
-            const auto parsed = pathsFromPropertyList({PropertyList::Array{entry}}, home);
-            return !parsed.empty() && (parsed.front() == path || resolvedOrAsGiven(parsed.front()) == path);
-        });
-    });
+    return removePath(preferences, exclusionsKey, {}, path, home);
 }
 
 } // namespace norvane

@@ -22,8 +22,6 @@ struct UserPlaces {
 /// The folders that the user wants backed up, as they are stored: the home folder when nothing is.
 [[nodiscard]] std::vector<std::string> configuredSources(const UserDefaultsFile& preferences,
                                                          const UserPlaces& places);
-/// False: the preferences cannot be written.
-[[nodiscard]] bool setSources(UserDefaultsFile& preferences, const std::vector<std::string>& sources);
 
 /// What the user wants left out, as it is stored.
 [[nodiscard]] std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences,
@@ -60,8 +58,11 @@ struct MountBelow {
 /// does.
 [[nodiscard]] bool isLeftOut(const SourceSelection& selection, std::string_view path);
 
-/// Adds the path to, or removes it from, the user's exclusions. False: the preferences cannot be written.
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path);
+/// Adds the path to, or removes it from, the user's list, whatever another process does to that meanwhile.
+/// What is there is not added again. False: the preferences cannot be written.
+bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
 bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
 
 } // namespace norvane

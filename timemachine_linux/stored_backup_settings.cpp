@@ -138,20 +138,15 @@ std::string StoredBackupSettings::setHourly(bool hourly) {
 }
 
 std::string StoredBackupSettings::addSource(const std::string& folder) {
-    auto sources = configuredSources(preferences_, places_);
-    if (std::find(sources.begin(), sources.end(), folder) == sources.end())
-        sources.push_back(folder);
-    return setSources(preferences_, sources) ? "" : notStored;
+    return norvane::addSource(preferences_, folder, places_.home) ? "" : notStored;
 }
 
 std::string StoredBackupSettings::removeSource(const std::string& folder) {
-    auto sources = configuredSources(preferences_, places_);
-    std::erase(sources, folder);
-    return setSources(preferences_, sources) ? "" : notStored;
+    return norvane::removeSource(preferences_, folder, places_.home) ? "" : notStored;
 }
 
 std::string StoredBackupSettings::addExclusion(const std::string& path) {
-    return norvane::addExclusion(preferences_, path) ? "" : notStored;
+    return norvane::addExclusion(preferences_, path, places_.home) ? "" : notStored;
 }
 
 std::string StoredBackupSettings::removeExclusion(const std::string& path) {

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "platform/linux/child_command_runner.h"
+#include "platform/linux/user_folders.h"
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/destination.h"
 
@@ -89,6 +91,15 @@ TEST(StoredBackupSettings, KeepsFoldersOfAnyName) {
     EXPECT_EQ(s.settings.load().sources, Paths{odd});
     EXPECT_EQ(s.settings.removeSource(odd), "");
     EXPECT_TRUE(s.settings.load().sources.empty());
+    std::vector<std::thread> others; // several panes and tools at once
+    for (int i = 0; i < 8; ++i)
+        others.emplace_back([i] {
+            UserDefaultsFile preferences(preferencesFile("com.apple.TimeMachine"));
+            EXPECT_TRUE(addSource(preferences, "/" + std::to_string(i), "/home"));
+        });
+    for (std::thread& other : others)
+        other.join();
+    EXPECT_EQ(s.settings.load().sources.size(), others.size());
     s.box.preferences.remove("SourceFolders");
     EXPECT_EQ(s.settings.addSource("/srv"), "");
     EXPECT_EQ(s.settings.load().sources, (Paths{s.box.home(), "/srv"}))

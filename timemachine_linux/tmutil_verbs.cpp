@@ -176,7 +176,9 @@ int addExclusionVerb(Context& context, const Arguments& arguments) {
         struct stat found {};
         if (::lstat(path.c_str(), &found) != 0)
             return "No such file or directory";
-        return addExclusion(context.preferences, path) ? "" : "The preferences cannot be written.";
+        return addExclusion(context.preferences, path, context.places.home)
+                   ? ""
+                   : "The preferences cannot be written.";
     });
 }
 
