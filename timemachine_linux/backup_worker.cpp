@@ -133,6 +133,7 @@ void BackupWorker::leaveOutOtherFileSystems() {
             coveredFolders_.push_back(folder);
     }
     for (const MountBelow& mount : others) {
+        otherMounts_.push_back(mount.folder);
         notes_.push_back("left out: " + mount.folder +
                          (mount.answers ? " is another file system" : " does not answer"));
         // rsync would ask it too, and wait or take the error for one of the source.
@@ -188,7 +189,20 @@ ChangeTotals BackupWorker::countTotals() {
         question.bases.push_back(job_.target);
     const ChangeTotals totals = countChanges(question, [&] { return around_.stop.requested(); });
     around_.status.setTotals(totals.bytes, totals.files);
+    noteSubvolumes(totals.otherFileSystems);
     return totals;
+}
+
+/// No list of mounts has them, and a snapshot of the volume shows empty folders in their places. They are not
+/// backed up unasked: programs keep hundreds of them, for containers or as snapshots of what is backed up.
+void BackupWorker::noteSubvolumes(const std::vector<std::string>& otherFileSystems) {
+    const auto isKnown = [](const std::vector<std::string>& known, const std::string& folder) {
+        return std::find(known.begin(), known.end(), folder) != known.end();
+    };
+    for (const std::string& folder : otherFileSystems)
+        if (!isKnown(otherMounts_, folder) && !isKnown(selection_.sources, folder))
+            notes_.push_back("left out: " + folder +
+                             " is a subvolume of its own, which can be added to the folders to back up");
 }
 
 /// The oldest go first. The newest whole snapshot stays: the copy builds on it, and it may be all there is.

@@ -54,6 +54,7 @@ private:
     void leaveOutOtherFileSystems();
     void removeExpiredSnapshots();
     [[nodiscard]] ChangeTotals countTotals();
+    void noteSubvolumes(const std::vector<std::string>& otherFileSystems);
     Failure copy();
     Failure copyFrom(const SourcePlace& place);
     Failure copyVolumeFolders();
@@ -78,6 +79,7 @@ private:
     std::optional<FileLock> destinationLock_;
     SourceSelection selection_;
     std::vector<std::string> coveredFolders_; // see SourceView
+    std::vector<std::string> otherMounts_;    // of other file systems, below the sources
     std::optional<SourceView> view_;
     CopyJob job_;
     std::int64_t copiedBytes_ = 0; // by the runs of rsync that have ended

@@ -59,7 +59,10 @@ private:
     void visitFolder(const std::string& folder) {
         const int fd = ::open(folder.empty() ? "/" : folder.c_str(), folderFlags);
         struct stat status {};
-        if (fd < 0 || ::fstat(fd, &status) != 0 || status.st_dev != device_) {
+        const bool known = fd >= 0 && ::fstat(fd, &status) == 0;
+        if (!known || status.st_dev != device_) {
+            if (known)
+                totals_.otherFileSystems.push_back(folder);
             FileDescriptor(fd).reset();
             return;
         }
@@ -74,10 +77,10 @@ private:
                 continue;
             if (entry->d_type != DT_REG && entry->d_type != DT_DIR && entry->d_type != DT_UNKNOWN)
                 continue;
-            const bool known = entry->d_type == DT_DIR;
-            if (!known && ::fstatat(fd, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            const bool isFolder = entry->d_type == DT_DIR;
+            if (!isFolder && ::fstatat(fd, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
                 continue;
-            if (known || S_ISDIR(status.st_mode))
+            if (isFolder || S_ISDIR(status.st_mode))
                 pending_.push_back(folder + "/" + std::string(name));
             else
                 visitFile(bases, entry->d_name, status);

@@ -11,6 +11,9 @@ namespace norvane {
 struct ChangeTotals {
     std::int64_t bytes = 0;
     std::int64_t files = 0;
+    /// Folders below the sources that are not on their file system: mounts, and the subvolumes of Btrfs,
+    /// which no list of mounts has. Not looked into.
+    std::vector<std::string> otherFileSystems;
 
     bool operator==(const ChangeTotals&) const = default;
 };

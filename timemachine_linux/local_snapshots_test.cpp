@@ -234,6 +234,20 @@ TEST_F(LocalSnapshotsOnBtrfs, AreNotUsedWhereTheyWouldMissSomething) {
     EXPECT_EQ(snapshots.list().size(), 1U);
     EXPECT_EQ(LocalSnapshots(volume + "/sub").list().size(), 1U);
     EXPECT_EQ(notes(), "");
+    // Inside a source and no source itself, a subvolume is left out, and said to be: read in a snapshot as in
+    // place.
+    for (const std::string& disk : {box.destination(), volume + "/backups"}) {
+        ASSERT_EQ(box.tmutil({"setdestination", disk}).exitCode, 0);
+        useSources({volume});
+        backUp();
+        EXPECT_EQ(notes(), "left out: " + volume +
+                               "/sub is a subvolume of its own, which can be added to the folders to back "
+                               "up\n");
+        EXPECT_TRUE(fs::is_empty(box.copyOf(box.snapshots().back(), volume) + "/sub"));
+    }
+    ASSERT_EQ(box.tmutil({"addexclusion", volume + "/sub"}).exitCode, 0);
+    backUp();
+    EXPECT_EQ(notes(), "");
 }
 
 TEST_F(LocalSnapshotsOnBtrfs, GoAfterADayOrWhenTheRoomIsShort) {
