@@ -60,9 +60,9 @@ PaneContent paneContent(const BackupSettingsState& state, const Formats& formats
     content.latestBackup =
         disk.latestBackup ? viewText(formats.dateAndTime(*disk.latestBackup)) : text("None yet");
     content.canBrowse = !disk.backupsFolder.empty();
-    if (const QString refusal = refusalText(disk.check, texts); disk.connected && !refusal.isEmpty())
+    if (const QString refusal = refusalText(disk.verdict, texts); disk.connected && !refusal.isEmpty())
         content.notices.append(refusal);
-    content.notices += noticeTexts(disk.check, texts);
+    content.notices += noticeTexts(disk.verdict, texts);
     return content;
 }
 
@@ -72,45 +72,45 @@ QString shownName(const std::string& path) {
     return path == "/" ? "/" : shownPath(path.substr(path.rfind('/') + 1));
 }
 
-QString refusalText(const OfferCheck& check, const Translator& texts) {
+QString refusalText(const DestinationVerdict& verdict, const Translator& texts) {
     const auto text = [&](const char* english) { return viewText(texts.translate(english)); };
-    switch (check.refusal) {
-    case OfferRefusal::none:
+    switch (verdict.problem) {
+    case DestinationProblem::none:
         return {};
-    case OfferRefusal::missing:
+    case DestinationProblem::missing:
         return text("This folder does not exist any more.");
-    case OfferRefusal::notAFolder:
+    case DestinationProblem::notAFolder:
         return text("This is not a folder.");
-    case OfferRefusal::rootFolder:
+    case DestinationProblem::rootFolder:
         return text("The root folder cannot hold backups. Choose a folder in it.");
-    case OfferRefusal::unprintable:
+    case DestinationProblem::unprintable:
         return text("The path of this folder is no readable text. Rename it, or choose another one.");
-    case OfferRefusal::isSource:
+    case DestinationProblem::isSource:
         return text("This folder is backed up itself, so it cannot hold the backups.");
-    case OfferRefusal::readOnly:
+    case DestinationProblem::insideBackup:
+        return text("This folder lies in a backup, which must not change.");
+    case DestinationProblem::readOnly:
         return text("This disk can be read, but not written to.");
-    case OfferRefusal::notWritable:
+    case DestinationProblem::notWritable:
         return text("You may not write to this folder.");
-    case OfferRefusal::noHardLinks:
+    case DestinationProblem::noHardLinks:
         return viewText(
             fillIn(texts.translate("%@ disks cannot hold backups: they lack the hard links by which backups "
                                    "share unchanged files. Format it as ext4, for example."),
-                   {formatName(check.fileSystem)}));
+                   {formatName(verdict.fileSystem)}));
     }
     return {};
 }
 
-QStringList noticeTexts(const OfferCheck& check, const Translator& texts) {
+QStringList noticeTexts(const DestinationVerdict& verdict, const Translator& texts) {
     QStringList notices;
     const auto notice = [&](const char* english, const std::string& folder) {
         if (!folder.empty())
             notices.append(viewText(fillIn(texts.translate(english), {printable(folder)})));
     };
-    if (check.refusal == OfferRefusal::isSource)
-        return {};
-    notice("This folder lies in “%@”, which is backed up. Backups leave it out.", check.insideSource);
+    notice("This folder lies in “%@”, which is backed up. Backups leave it out.", verdict.insideSource);
     notice("This is on the same disk as “%@”. If that disk fails, the backups are lost with it.",
-           check.sharesDiskWith);
+           verdict.sharesDiskWith);
     return notices;
 }
 

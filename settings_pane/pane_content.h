@@ -58,9 +58,9 @@ public:
 [[nodiscard]] QString shownName(const std::string& path);
 
 /// Why backups cannot go there; empty: they can.
-[[nodiscard]] QString refusalText(const OfferCheck& check, const Translator& texts);
+[[nodiscard]] QString refusalText(const DestinationVerdict& verdict, const Translator& texts);
 /// What its owner should know.
-[[nodiscard]] QStringList noticeTexts(const OfferCheck& check, const Translator& texts);
+[[nodiscard]] QStringList noticeTexts(const DestinationVerdict& verdict, const Translator& texts);
 /// In a line below the name: the path and the free space.
 [[nodiscard]] QString offerDetails(const DestinationOffer& offer, const Formats& formats,
                                    const Translator& texts);

@@ -23,8 +23,8 @@ TEST(PaneContent, ShowsTheDiskAsFarAsItIsKnown) {
     };
     const QString choose = "Choose Backup Disk…";
     const QString change = "Change Backup Disk…";
-    const OfferCheck shared{OfferRefusal::none, "ext4", "/home/a", "/home/a"};
-    const OfferCheck turnedReadOnly{OfferRefusal::readOnly, "ext4", "", ""};
+    const DestinationVerdict shared{DestinationProblem::none, "ext4", "/home/a", "/home/a"};
+    const DestinationVerdict turnedReadOnly{DestinationProblem::readOnly, "ext4", "", ""};
     for (const Case& c :
          {Case{"none", {}, "", "", choose},
           {"away", BackupDisk{"Disk", "/mnt/Disk", "", false, {}, morning, {}}, "Not connected",
@@ -67,15 +67,15 @@ TEST(PaneContent, TellsTheFrequencyAndWhenNothingKeepsIt) {
 
 TEST(PaneContent, EveryRefusalHasItsReason) {
     QStringList reasons;
-    for (const auto refusal : {OfferRefusal::missing, OfferRefusal::notAFolder, OfferRefusal::rootFolder,
-                               OfferRefusal::unprintable, OfferRefusal::isSource, OfferRefusal::readOnly,
-                               OfferRefusal::notWritable, OfferRefusal::noHardLinks})
+    for (const auto refusal :
+         {DestinationProblem::missing, DestinationProblem::notAFolder, DestinationProblem::rootFolder,
+          DestinationProblem::unprintable, DestinationProblem::isSource, DestinationProblem::readOnly,
+          DestinationProblem::insideBackup, DestinationProblem::notWritable, DestinationProblem::noHardLinks})
         reasons.append(refusalText({refusal, "exfat", "", ""}, texts));
     EXPECT_EQ(reasons.removeDuplicates(), 0);
     EXPECT_FALSE(reasons.contains(""));
     EXPECT_TRUE(reasons.last().startsWith("exFAT disks cannot hold backups")) << reasons.last().toStdString();
     EXPECT_EQ(refusalText({}, texts), "");
-    EXPECT_TRUE(noticeTexts({OfferRefusal::isSource, "", "/a", "/a"}, texts).isEmpty());
 }
 
 TEST(PaneContent, NamesOfAnyBytesShowInOneLine) {

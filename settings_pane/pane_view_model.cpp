@@ -132,7 +132,7 @@ void PaneViewModel::chooseDisk() {
 void PaneViewModel::showOffers() {
     QList<QVariantMap> rows;
     const auto add = [&](const DestinationOffer& offer) {
-        const QString refusal = refusalText(offer.check, services_.translator);
+        const QString refusal = refusalText(offer.verdict, services_.translator);
         rows.append(
             {{"name", shownName(offer.folder)},
              {"details",
@@ -160,12 +160,12 @@ const DestinationOffer* PaneViewModel::chosenOffer() const {
 
 bool PaneViewModel::canUseDisk() const {
     const DestinationOffer* offer = chosenOffer();
-    return offer && offer->check.refusal == OfferRefusal::none && !busy_;
+    return offer && offer->verdict.usable() && !busy_;
 }
 
 QStringList PaneViewModel::diskNotices() const {
     const DestinationOffer* offer = chosenOffer();
-    return offer ? noticeTexts(offer->check, services_.translator) : QStringList();
+    return offer ? noticeTexts(offer->verdict, services_.translator) : QStringList();
 }
 
 void PaneViewModel::selectOffer(int row) {

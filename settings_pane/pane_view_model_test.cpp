@@ -49,7 +49,7 @@ TEST(Pane, FollowsWhatOthersChangeWhileItIsShown) {
 
 TEST(Pane, OffersMountedDrivesFirstAndUsesTheChosenOne) {
     Pane p;
-    p.settings.mounted = {{"/media/a/Stick", false, 8, {OfferRefusal::noHardLinks, "vfat", "", ""}},
+    p.settings.mounted = {{"/media/a/Stick", false, 8, {DestinationProblem::noHardLinks, "vfat", "", ""}},
                           {"/media/a/Disk", false, 9, {}}};
     p.settings.folders["/home/a"] = {"b", "A", "caf\xe9"};
     PaneViewModel& model = p.open();
@@ -72,7 +72,7 @@ TEST(Pane, OffersMountedDrivesFirstAndUsesTheChosenOne) {
     folders.enter(0);
     p.settle();
     EXPECT_EQ(folders.note(), "This folder cannot be read.");
-    const OfferCheck inside{OfferRefusal::none, "ext4", "/home/a", "/home/a"};
+    const DestinationVerdict inside{DestinationProblem::none, "ext4", "/home/a", "/home/a"};
     p.settings.offers["/home/a/A"] = {"/home/a/A", false, 1, inside};
     folders.accept();
     p.settle();

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/instant.h"
-#include "timemachine_linux/destination_offer.h"
+#include "timemachine_linux/destination_check.h"
 
 namespace norvane {
 
@@ -26,7 +26,7 @@ struct BackupDisk {
     bool connected = false;
     std::optional<std::int64_t> availableBytes; ///< None: unknown.
     std::optional<Instant> latestBackup;
-    OfferCheck check; ///< While it is connected.
+    DestinationVerdict verdict; ///< While it is connected.
 
     bool operator==(const BackupDisk&) const = default;
 };
@@ -45,7 +45,7 @@ struct DestinationOffer {
     std::string folder;
     bool network = false;
     std::optional<std::int64_t> availableBytes; ///< None: unknown.
-    OfferCheck check;
+    DestinationVerdict verdict;
 
     bool operator==(const DestinationOffer&) const = default;
 };

@@ -1,15 +1,15 @@
 #include "timemachine_linux/destination_check.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <set>
 
 #include "platform/linux/mount_table.h"
@@ -37,150 +37,206 @@ void addDisksBelow(const fs::path& device, std::set<std::string>& disks) {
     disks.insert((fs::exists(device / "partition", failed) ? device.parent_path() : device).filename());
 }
 
-std::optional<Mount> mountOf(const std::string& folder) {
-    struct statx status {};
-    if (::statx(AT_FDCWD, folder.c_str(), 0, STATX_MNT_ID, &status) != 0 || !(status.stx_mask & STATX_MNT_ID))
-        return std::nullopt;
-    return findMount(mountTableText(), status.stx_mnt_id);
-}
-
 /// The disks that hold what is at the path; where no disk is known, its file system stands for them.
-std::set<std::string> disksOf(const std::string& path) {
-    std::set<std::string> disks;
+std::set<std::string> disksOf(const std::string& path, std::string_view mounts) {
+    const auto mount = mountHolding(mounts, path);
     struct stat status {};
-    const auto mount = mountOf(path);
-    if (mount && ::stat(mount->source.c_str(), &status) == 0 && S_ISBLK(status.st_mode)) {
-        std::error_code failed;
-        const std::string number =
-            std::to_string(major(status.st_rdev)) + ":" + std::to_string(minor(status.st_rdev));
-        const fs::path device = fs::canonical("/sys/dev/block/" + number, failed);
-        if (!failed)
-            addDisksBelow(device, disks);
-    }
-    if (disks.empty() && ::stat(path.c_str(), &status) == 0)
-        disks.insert("file system " + std::to_string(status.st_dev));
+    dev_t device = 0;
+    // Some file systems have device numbers of their own making; their mounts name the real device.
+    if (mount && mount->source.starts_with("/dev/") && ::stat(mount->source.c_str(), &status) == 0 &&
+        S_ISBLK(status.st_mode))
+        device = status.st_rdev;
+    else if (mount && mayNeverAnswer(mount->type))
+        return {mount->source};
+    else if (::stat(path.c_str(), &status) == 0)
+        device = status.st_dev;
+    else
+        return {};
+    std::set<std::string> disks;
+    std::error_code failed;
+    const std::string number = std::to_string(major(device)) + ":" + std::to_string(minor(device));
+    if (const fs::path known = fs::canonical("/sys/dev/block/" + number, failed); !failed)
+        addDisksBelow(known, disks);
+    else
+        disks.insert(number);
     return disks;
 }
 
-bool haveCommon(const std::set<std::string>& some, const std::set<std::string>& others) {
-    return std::any_of(some.begin(), some.end(), [&](const auto& one) { return others.count(one) > 0; });
+std::vector<std::string> onSameDisk(const std::string& path, const std::vector<std::string>& sources,
+                                    std::string_view mounts) {
+    const auto disks = disksOf(path, mounts);
+    std::vector<std::string> same;
+    for (const std::string& source : sources) {
+        const auto others = disksOf(source, mounts);
+        if (std::any_of(disks.begin(), disks.end(), [&](const auto& disk) { return others.count(disk) > 0; }))
+            same.push_back(source);
+    }
+    return same;
 }
 
-DestinationVerdict refused(DestinationProblem problem, std::string explanation) {
-    return {problem, std::move(explanation), {}};
+/// Of those file systems that are known to have none; what is not known may have them.
+bool lacksHardLinks(std::string_view fileSystem) {
+    constexpr std::array<std::string_view, 7> types{"vfat",       "msdos",   "umsdos", "exfat",
+                                                    "fuse.exfat", "iso9660", "hfs"};
+    return std::find(types.begin(), types.end(), fileSystem) != types.end();
 }
 
 bool refusesHardLinks(int error) {
     return error == EPERM || error == ENOSYS || error == EOPNOTSUPP || error == EINVAL || error == EMLINK;
 }
 
-DestinationVerdict judgeWriting(const DestinationFacts& facts) {
-    const int error = facts.writeError != 0 ? facts.writeError : facts.linkError;
-    if (error == EROFS)
-        return refused(DestinationProblem::readOnly, facts.path + " is read-only.");
-    if (facts.writeError == 0 && refusesHardLinks(error))
-        return refused(DestinationProblem::noHardLinks,
-                       facts.path + " is on a file system without hard links" +
-                           (facts.fileSystem.empty() ? "" : " (" + facts.fileSystem + ")") +
-                           ", so each backup would need room for all files. Use one such as ext4, XFS or "
-                           "Btrfs.");
-    if (error != 0)
-        return refused(DestinationProblem::notWritable,
-                       "cannot write to " + facts.path + ": " + std::strerror(error));
-    return {};
+DestinationProblem problemWithWriting(const DestinationFacts& facts) {
+    if (lacksHardLinks(facts.fileSystem) || (facts.writeError == 0 && refusesHardLinks(facts.linkError)))
+        return DestinationProblem::noHardLinks;
+    if (facts.writeError == EROFS || facts.linkError == EROFS)
+        return DestinationProblem::readOnly;
+    return facts.writeError == 0 && facts.linkError == 0 ? DestinationProblem::none
+                                                         : DestinationProblem::notWritable;
 }
 
-bool showsAt(const DestinationFacts& facts, const std::string& path) {
-    return facts.path == path ||
-           std::find(facts.otherPaths.begin(), facts.otherPaths.end(), path) != facts.otherPaths.end();
+template <class Matches>
+bool anyPath(const DestinationFacts& facts, Matches matches) {
+    return matches(facts.path) || std::any_of(facts.otherPaths.begin(), facts.otherPaths.end(), matches);
 }
 
-bool showsWithin(const DestinationFacts& facts, const std::string& folder) {
-    return isWithin(facts.path, folder) ||
-           std::any_of(facts.otherPaths.begin(), facts.otherPaths.end(),
-                       [&](const std::string& path) { return isWithin(path, folder); });
+DestinationProblem problemOf(const DestinationFacts& facts) {
+    using enum DestinationProblem;
+    const auto& sources = facts.sources;
+    const auto isASource = [&](const std::string& path) {
+        return std::find(sources.begin(), sources.end(), path) != sources.end();
+    };
+    if (facts.accessError != 0)
+        return missing;
+    if (!facts.isFolder)
+        return notAFolder;
+    if (facts.path == "/")
+        return rootFolder;
+    // Whoever reads the one line in which the path is printed trims it.
+    if (!isPrintableUtf8(facts.path) || facts.path.back() == ' ')
+        return unprintable;
+    if (anyPath(facts, isASource))
+        return isSource;
+    if (!facts.backup.empty())
+        return insideBackup;
+    return problemWithWriting(facts);
 }
 
-std::vector<DestinationVerdict::Remark> remarksOn(const DestinationFacts& facts) {
-    std::vector<DestinationVerdict::Remark> remarks;
-    for (const std::string& source : facts.sources)
-        if (showsWithin(facts, source))
-            remarks.push_back({DestinationRemark::insideSource, source,
-                               facts.path + " lies inside " + source +
-                                   ", which is backed up. It is itself left out of the backups."});
-    if (!facts.sourcesOnSameDisk.empty())
-        remarks.push_back({DestinationRemark::sameDisk, facts.sourcesOnSameDisk.front(),
-                           facts.path + " is on the same disk as " + facts.sourcesOnSameDisk.front() +
-                               ". If the disk fails, the files and their backups are lost together."});
-    if (!facts.abilities.accessControlLists)
-        remarks.push_back({DestinationRemark::noAccessControlLists,
-                           {},
-                           facts.path + " cannot hold access control lists. Backups will be without them."});
-    if (!facts.abilities.extendedAttributes)
-        remarks.push_back({DestinationRemark::noExtendedAttributes,
-                           {},
-                           facts.path + " cannot hold extended attributes. Backups will be without them."});
-    return remarks;
+void lookUpWriting(DestinationFacts& facts) {
+    struct statvfs fileSystem {};
+    if (::statvfs(facts.path.c_str(), &fileSystem) == 0 && (fileSystem.f_flag & ST_RDONLY) != 0)
+        facts.writeError = EROFS;
+    else if (::access(facts.path.c_str(), W_OK | X_OK) != 0)
+        facts.writeError = errno;
 }
 
-} // namespace
+void tryWriting(DestinationFacts& facts) {
+    facts.writeError = probeWriting(facts.path);
+    if (facts.writeError != 0)
+        return;
+    facts.linkError = probeHardLinks(facts.path);
+    facts.abilities = abilitiesOf(facts.path);
+}
 
-DestinationFacts examineDestination(const std::string& folder, const std::vector<std::string>& sources) {
-    DestinationFacts facts;
-    facts.path = folder;
-    facts.sources = sources;
+/// False: it cannot be reached.
+bool reach(DestinationFacts& facts) {
     struct stat status {};
-    const auto canonical = canonicalPath(folder);
+    const auto canonical = canonicalPath(facts.path);
     if (!canonical || ::stat(canonical->c_str(), &status) != 0) {
         facts.accessError = errno;
-        return facts;
+        return false;
     }
     facts.path = *canonical;
     facts.isFolder = S_ISDIR(status.st_mode);
     facts.otherPaths = pathsOf(facts.path);
     facts.otherPaths.erase(facts.otherPaths.begin());
-    if (!judgeDestination(facts).usable()) // nothing is written where no destination can be
-        return facts;
     facts.backup = snapshotHolding(facts.path).value_or("");
-    if (!facts.backup.empty())
+    return true;
+}
+
+} // namespace
+
+DestinationFacts examineDestination(const std::string& folder, const std::vector<std::string>& sources,
+                                    Examination examination) {
+    const std::string mounts = mountTableText();
+    DestinationFacts facts;
+    facts.path = folder;
+    facts.sources = sources;
+    const auto named = mountHolding(mounts, folder);
+    const bool untouched = examination == Examination::byLooking && named && mayNeverAnswer(named->type);
+    facts.isFolder = untouched;
+    if (!untouched && !reach(facts))
         return facts;
-    const auto mount = mountOf(facts.path);
+    const auto mount = mountHolding(mounts, facts.path);
     facts.fileSystem = mount ? mount->type : "";
-    facts.writeError = probeWriting(facts.path);
-    if (facts.writeError != 0)
+    facts.sourcesOnSameDisk = onSameDisk(facts.path, sources, mounts);
+    if (untouched || !judgeDestination(facts).usable()) // nothing is written where no destination can be
         return facts;
-    facts.linkError = probeHardLinks(facts.path);
-    facts.abilities = abilitiesOf(facts.path);
-    const auto disks = disksOf(facts.path);
-    std::copy_if(sources.begin(), sources.end(), std::back_inserter(facts.sourcesOnSameDisk),
-                 [&](const std::string& source) { return haveCommon(disks, disksOf(source)); });
+    if (examination == Examination::byWriting)
+        tryWriting(facts);
+    else
+        lookUpWriting(facts);
     return facts;
 }
 
 DestinationVerdict judgeDestination(const DestinationFacts& facts) {
-    using Problem = DestinationProblem;
-    if (facts.accessError != 0)
-        return refused(Problem::missing, facts.path + ": " + std::strerror(facts.accessError));
-    if (!facts.isFolder)
-        return refused(Problem::notAFolder, facts.path + " is not a folder.");
-    if (facts.path == "/")
-        return refused(Problem::rootFolder, "The root folder cannot be a backup destination.");
-    // Whoever reads the one line in which the path is printed trims it.
-    if (!isPrintableUtf8(facts.path) || facts.path.back() == ' ')
-        return refused(Problem::strangeName, printable(facts.path) +
-                                                 ": the destination's path must be UTF-8 without control "
-                                                 "characters and must not end in a space.");
-    if (std::any_of(facts.sources.begin(), facts.sources.end(),
-                    [&](const std::string& source) { return showsAt(facts, source); }))
-        return refused(Problem::isASource,
-                       facts.path + " is itself backed up, so it cannot be the destination.");
-    if (!facts.backup.empty())
-        return refused(Problem::insideBackup,
-                       facts.path + " lies in the backup " + facts.backup + ", which must not change.");
-    DestinationVerdict verdict = judgeWriting(facts);
-    if (verdict.usable())
-        verdict.remarks = remarksOn(facts);
+    DestinationVerdict verdict{problemOf(facts), facts.fileSystem, {}, {}};
+    if (verdict.problem == DestinationProblem::isSource)
+        return verdict;
+    for (const std::string& source : facts.sources)
+        if (verdict.insideSource.empty() &&
+            anyPath(facts, [&](const std::string& path) { return isWithin(path, source); }))
+            verdict.insideSource = source;
+    if (!facts.sourcesOnSameDisk.empty())
+        verdict.sharesDiskWith = facts.sourcesOnSameDisk.front();
     return verdict;
+}
+
+std::string problemLine(const DestinationFacts& facts) {
+    switch (judgeDestination(facts).problem) {
+    case DestinationProblem::none:
+        return {};
+    case DestinationProblem::missing:
+        return facts.path + ": " + std::strerror(facts.accessError);
+    case DestinationProblem::notAFolder:
+        return facts.path + " is not a folder.";
+    case DestinationProblem::rootFolder:
+        return "The root folder cannot be a backup destination.";
+    case DestinationProblem::unprintable:
+        return printable(facts.path) + ": the destination's path must be UTF-8 without control characters "
+                                       "and must not end in a space.";
+    case DestinationProblem::isSource:
+        return facts.path + " is itself backed up, so it cannot be the destination.";
+    case DestinationProblem::insideBackup:
+        return facts.path + " lies in the backup " + facts.backup + ", which must not change.";
+    case DestinationProblem::readOnly:
+        return facts.path + " is read-only.";
+    case DestinationProblem::notWritable:
+        return "cannot write to " + facts.path + ": " +
+               std::strerror(facts.writeError != 0 ? facts.writeError : facts.linkError);
+    case DestinationProblem::noHardLinks:
+        return facts.path + " is on a file system without hard links" +
+               (facts.fileSystem.empty() ? "" : " (" + facts.fileSystem + ")") +
+               ", so each backup would need room for all files. Use one such as ext4, XFS or Btrfs.";
+    }
+    return {};
+}
+
+std::vector<std::string> remarkLines(const DestinationFacts& facts) {
+    const DestinationVerdict verdict = judgeDestination(facts);
+    std::vector<std::string> lines;
+    if (!verdict.usable())
+        return lines;
+    if (!verdict.insideSource.empty())
+        lines.push_back(facts.path + " lies inside " + verdict.insideSource +
+                        ", which is backed up. It is itself left out of the backups.");
+    if (!verdict.sharesDiskWith.empty())
+        lines.push_back(facts.path + " is on the same disk as " + verdict.sharesDiskWith +
+                        ". If the disk fails, the files and their backups are lost together.");
+    if (!facts.abilities.accessControlLists)
+        lines.push_back(facts.path + " cannot hold access control lists. Backups will be without them.");
+    if (!facts.abilities.extendedAttributes)
+        lines.push_back(facts.path + " cannot hold extended attributes. Backups will be without them.");
+    return lines;
 }
 
 } // namespace norvane

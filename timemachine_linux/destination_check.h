@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "timemachine_linux/rsync_command.h"
@@ -14,19 +13,12 @@ enum class DestinationProblem {
     missing, ///< It does not exist or cannot be reached.
     notAFolder,
     rootFolder,
-    strangeName, ///< A path that `tmutil destinationinfo` cannot print in one line, exactly.
-    isASource,
+    unprintable, ///< A path that `tmutil destinationinfo` cannot print in one line, exactly.
+    isSource,
     insideBackup, ///< In a snapshot, which never changes.
     readOnly,     ///< Its file system is.
     notWritable,
     noHardLinks, ///< Snapshots share unchanged files by them (vfat, exfat).
-};
-
-enum class DestinationRemark {
-    insideSource, ///< It is itself left out of the backups.
-    sameDisk,     ///< A disk that fails takes the files and their backups with it.
-    noAccessControlLists,
-    noExtendedAttributes,
 };
 
 /// What was found out about a folder.
@@ -45,27 +37,33 @@ struct DestinationFacts {
 };
 
 struct DestinationVerdict {
-    struct Remark {
-        DestinationRemark kind;
-        std::string path; ///< The source that it is about, if it is about one.
-        std::string text; ///< As a line for a terminal.
-
-        bool operator==(const Remark&) const = default;
-    };
-
     DestinationProblem problem = DestinationProblem::none;
-    std::string explanation;     ///< The problem as a line for a terminal; it names the folder.
-    std::vector<Remark> remarks; ///< Of a usable destination only.
+    std::string fileSystem;     ///< Of the folder; empty: unknown.
+    std::string insideSource;   ///< A source that holds the folder, which backups leave out; empty: none.
+    std::string sharesDiskWith; ///< A source on the same disk, which would be lost with it; empty: none.
 
     [[nodiscard]] bool usable() const { return problem == DestinationProblem::none; }
+
+    bool operator==(const DestinationVerdict&) const = default;
 };
 
-/// Writes a small file into the folder and removes it again. May wait for a file system that does not answer.
-/// `sources` as `SourceSelection` holds them.
+enum class Examination {
+    byLooking, ///< Changes nothing. On a mount that may never answer only the mount table is read, and what
+               ///< is unknown counts as good.
+    byWriting, ///< Writes a small file and removes it again. May wait for a file system that does not answer.
+};
+
+/// `sources`: canonical paths.
 [[nodiscard]] DestinationFacts examineDestination(const std::string& folder,
-                                                  const std::vector<std::string>& sources);
+                                                  const std::vector<std::string>& sources,
+                                                  Examination examination);
 
 /// Pure.
 [[nodiscard]] DestinationVerdict judgeDestination(const DestinationFacts& facts);
+
+/// The verdict for a terminal: the problem as a line that names the folder, empty if there is none; and what
+/// the owner of a usable destination should know, a line each.
+[[nodiscard]] std::string problemLine(const DestinationFacts& facts);
+[[nodiscard]] std::vector<std::string> remarkLines(const DestinationFacts& facts);
 
 } // namespace norvane

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "platform/linux/mount_table.h"
 #include "timemachine_linux/backup_place.h"
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/destination.h"
@@ -15,7 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Problem = DestinationProblem;
-using Remark = DestinationRemark;
 
 DestinationFacts goodFacts() {
     DestinationFacts facts;
@@ -38,46 +38,71 @@ TEST(DestinationVerdict, FollowsFromTheFacts) {
         {"file", [](auto& f) { f.isFolder = false; }, Problem::notAFolder, "not a folder"},
         {"root", [](auto& f) { f.path = "/"; }, Problem::rootFolder, "root folder"},
         {"quotes", [](auto& f) { f.path = "/a \"b\" 'c'"; }, Problem::none, ""},
-        {"line feed", [](auto& f) { f.path = "/a\nb"; }, Problem::strangeName, "/a\\#012b: "},
-        {"bytes", [](auto& f) { f.path = "/a\xff"; }, Problem::strangeName, "/a\\#377: "},
-        {"space at the end", [](auto& f) { f.path = "/a "; }, Problem::strangeName, "space"},
-        {"source", [](auto& f) { f.sources = {f.path}; }, Problem::isASource, "itself backed up"},
+        {"line feed", [](auto& f) { f.path = "/a\nb"; }, Problem::unprintable, "/a\\#012b: "},
+        {"bytes", [](auto& f) { f.path = "/a\xff"; }, Problem::unprintable, "/a\\#377: "},
+        {"space at the end", [](auto& f) { f.path = "/a "; }, Problem::unprintable, "space"},
+        {"source", [](auto& f) { f.sources = {f.path}; }, Problem::isSource, "itself backed up"},
         {"backup", [](auto& f) { f.backup = "/d/h/s"; }, Problem::insideBackup, "the backup /d/h/s"},
         {"read-only", [](auto& f) { f.writeError = EROFS; }, Problem::readOnly, "read-only"},
         {"full", [](auto& f) { f.writeError = ENOSPC; }, Problem::notWritable, "No space"},
         {"forbidden", [](auto& f) { f.writeError = EPERM; }, Problem::notWritable, "cannot write"},
         {"vfat", [](auto& f) { f.linkError = EPERM; }, Problem::noHardLinks, "hard links (ext4)"},
+        {"exfat, looked at", [](auto& f) { f.fileSystem = "exfat"; }, Problem::noHardLinks, "hard links"},
+        {"unknown file system", [](auto& f) { f.fileSystem = ""; }, Problem::none, ""},
         {"fuse", [](auto& f) { f.linkError = ENOSYS; }, Problem::noHardLinks, "hard links"},
         {"failing", [](auto& f) { f.linkError = EIO; }, Problem::notWritable, "error"},
     };
     for (const Case& c : cases) {
         DestinationFacts facts = goodFacts();
         c.change(facts);
-        const DestinationVerdict verdict = judgeDestination(facts);
-        EXPECT_EQ(verdict.problem, c.problem) << c.what;
-        EXPECT_NE(verdict.explanation.find(c.text), std::string::npos) << c.what << verdict.explanation;
-        EXPECT_EQ(verdict.explanation.empty(), verdict.usable()) << c.what;
+        EXPECT_EQ(judgeDestination(facts).problem, c.problem) << c.what;
+        const std::string line = problemLine(facts);
+        EXPECT_NE(line.find(c.text), std::string::npos) << c.what << line;
+        EXPECT_EQ(line.empty(), c.problem == Problem::none) << c.what;
+    }
+}
+
+TEST(DestinationVerdict, TellsWhatItsOwnerShouldKnow) {
+    struct Case {
+        const char* path;
+        std::vector<std::string> otherPaths;
+        std::vector<std::string> sourcesOnSameDisk;
+        DestinationVerdict verdict;
+    };
+    for (const Case& c :
+         {Case{"/mnt/disk", {}, {}, {Problem::none, "ext4", "", ""}},
+          {"/home/annabel", {}, {"/home/anna"}, {Problem::none, "ext4", "", "/home/anna"}},
+          {"/home/anna/x", {}, {"/home/anna"}, {Problem::none, "ext4", "/home/anna", "/home/anna"}},
+          {"/mnt/x", {"/srv/data/x"}, {}, {Problem::none, "ext4", "/srv/data", ""}},
+          {"/home/anna", {}, {"/home/anna"}, {Problem::isSource, "ext4", "", ""}},
+          {"/mnt", {"/home/anna"}, {"/home/anna"}, {Problem::isSource, "ext4", "", ""}},
+          {"/home", {}, {"/home/anna"}, {Problem::none, "ext4", "", "/home/anna"}}}) {
+        DestinationFacts facts = goodFacts();
+        facts.path = c.path;
+        facts.otherPaths = c.otherPaths;
+        facts.sources = {"/home/anna", "/srv/data"};
+        facts.sourcesOnSameDisk = c.sourcesOnSameDisk;
+        EXPECT_EQ(judgeDestination(facts), c.verdict) << c.path;
+        const auto remarks = static_cast<std::ptrdiff_t>(remarkLines(facts).size());
+        EXPECT_EQ(remarks, !c.verdict.insideSource.empty() + !c.verdict.sharesDiskWith.empty()) << c.path;
     }
     DestinationFacts facts = goodFacts();
-    facts.sources = {"/data", "/home/u"};
-    facts.sourcesOnSameDisk = {"/home/u"};
     facts.abilities = {false, false, true};
-    std::vector<Remark> kinds;
-    for (const auto& remark : judgeDestination(facts).remarks)
-        kinds.push_back(remark.kind);
-    EXPECT_EQ(kinds, (std::vector{Remark::insideSource, Remark::sameDisk, Remark::noAccessControlLists,
-                                  Remark::noExtendedAttributes}));
+    EXPECT_EQ(remarkLines(facts).size(), 2U);
 }
 
 TEST(DestinationFacts, AreThoseOfRealFileSystems) {
     const BackupSandbox box;
     const std::string folder = box.destination();
-    const auto problemOf = [&] { return judgeDestination(examineDestination(folder, {box.tree()})); };
-    const auto onSameDisk = problemOf();
-    EXPECT_EQ(onSameDisk.explanation, "");
-    ASSERT_FALSE(onSameDisk.remarks.empty());
-    EXPECT_EQ(onSameDisk.remarks.front().kind, Remark::sameDisk);
-    EXPECT_TRUE(fs::is_empty(folder)) << "a probe is left";
+    const auto examined = [&](Examination how) { return examineDestination(folder, {box.tree()}, how); };
+    for (const auto how : {Examination::byLooking, Examination::byWriting}) {
+        const DestinationFacts facts = examined(how);
+        EXPECT_EQ(problemLine(facts), "");
+        EXPECT_EQ(judgeDestination(facts).sharesDiskWith, box.tree());
+        EXPECT_TRUE(fs::is_empty(folder)) << "a probe is left";
+    }
+    EXPECT_EQ(judgeDestination(examineDestination("/proc/self/exe", {}, Examination::byLooking)).problem,
+              Problem::notAFolder);
 
     struct Case {
         const char* type;
@@ -95,13 +120,16 @@ TEST(DestinationFacts, AreThoseOfRealFileSystems) {
             std::printf("%s cannot be mounted here and was not tried\n", c.type);
             continue;
         }
-        const DestinationVerdict verdict = problemOf();
-        EXPECT_EQ(verdict.problem, c.problem) << c.type << " " << c.options << verdict.explanation;
-        EXPECT_TRUE(verdict.remarks.empty()) << c.type;
+        const DestinationFacts facts = examined(Examination::byWriting);
+        EXPECT_EQ(judgeDestination(facts).problem, c.problem) << c.type << " " << c.options;
+        if (!mayNeverAnswer(facts.fileSystem)) { // as exFAT where a process serves it
+            EXPECT_EQ(judgeDestination(examined(Examination::byLooking)).problem, c.problem) << c.type;
+        }
+        EXPECT_TRUE(remarkLines(facts).empty()) << c.type;
         const ToolResult result = box.tmutil({"setdestination", folder});
         EXPECT_EQ(result.exitCode, c.problem == Problem::none ? 0 : 1) << c.type;
         if (c.problem != Problem::none) {
-            EXPECT_EQ(result.errors, "tmutil: " + verdict.explanation + "\n");
+            EXPECT_EQ(result.errors, "tmutil: " + problemLine(facts) + "\n");
         }
         EXPECT_EQ(fs::exists(folder + "/" + destinationMarkerName), c.problem == Problem::none);
     }

@@ -87,22 +87,22 @@ std::optional<BackupDisk> StoredBackupSettings::disk() const {
     if (!disk.connected)
         return disk;
     disk.availableBytes = availableBytesAt(disk.folder);
-    disk.check = checkOffer(offerFactsOf(disk.folder), sourceFacts());
+    disk.verdict = judgeDestination(examine(disk.folder));
     if (disk.latestBackup)
         disk.backupsFolder = SnapshotStore(disk.folder, hostFolderName()).folder();
     return disk;
 }
 
-std::vector<SourceFacts> StoredBackupSettings::sourceFacts() const {
-    std::vector<SourceFacts> facts;
+DestinationFacts StoredBackupSettings::examine(const std::string& folder) const {
+    std::vector<std::string> sources;
     for (const std::string& source : configuredSources(preferences_, places_)) {
         const auto mount = mountHolding(mountTableText(), source);
         if (mount && mayNeverAnswer(mount->type))
-            facts.push_back({source, ""});
+            sources.push_back(source);
         else if (const auto canonical = canonicalPath(source))
-            facts.push_back({*canonical, diskOf(*canonical)});
+            sources.push_back(*canonical);
     }
-    return facts;
+    return examineDestination(folder, sources, Examination::byLooking);
 }
 
 BackupFrequency StoredBackupSettings::frequency() const {
@@ -123,10 +123,9 @@ std::vector<DestinationOffer> StoredBackupSettings::drives() const {
 }
 
 DestinationOffer StoredBackupSettings::offerOf(const std::string& folder) const {
-    const OfferFacts facts = offerFactsOf(folder);
-    const bool usable = facts.exists && facts.isFolder;
-    return {facts.folder, isNetworkFileSystem(facts.fileSystem),
-            usable ? availableBytesAt(facts.folder) : std::nullopt, checkOffer(facts, sourceFacts())};
+    const DestinationFacts facts = examine(folder);
+    return {facts.path, isNetworkFileSystem(facts.fileSystem),
+            facts.isFolder ? availableBytesAt(facts.path) : std::nullopt, judgeDestination(facts)};
 }
 
 std::string StoredBackupSettings::chooseDestination(const std::string& folder) {

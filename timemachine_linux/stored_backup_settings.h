@@ -28,7 +28,7 @@ public:
 
 private:
     [[nodiscard]] std::optional<BackupDisk> disk() const;
-    [[nodiscard]] std::vector<SourceFacts> sourceFacts() const;
+    [[nodiscard]] DestinationFacts examine(const std::string& folder) const;
     [[nodiscard]] BackupFrequency frequency() const;
 
     const CommandRunner& runner_;

@@ -36,7 +36,7 @@ TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
     EXPECT_EQ(disk->name, "It's \"my\" disk");
     EXPECT_TRUE(disk->connected);
     EXPECT_GT(disk->availableBytes.value_or(0), 0);
-    EXPECT_EQ(disk->check.sharesDiskWith, s.box.tree());
+    EXPECT_EQ(disk->verdict.sharesDiskWith, s.box.tree());
     EXPECT_EQ(disk->backupsFolder, "");
     ASSERT_EQ(s.box.tmutil({"startbackup", "--block"}).exitCode, 0);
     const auto used = s.settings.load().disk;
@@ -59,13 +59,13 @@ TEST(StoredBackupSettings, WhatTheToolRefusesIsRefusedBefore) {
     for (const char* name : {"two\nlines", "caf\xe9"}) {
         const std::string folder = s.box.in(name);
         fs::create_directory(folder);
-        EXPECT_EQ(s.settings.offerOf(folder).check.refusal, OfferRefusal::unprintable);
+        EXPECT_EQ(s.settings.offerOf(folder).verdict.problem, DestinationProblem::unprintable);
         EXPECT_NE(s.settings.chooseDestination(folder), "");
     }
-    EXPECT_EQ(s.settings.offerOf(s.box.tree()).check.refusal, OfferRefusal::isSource);
+    EXPECT_EQ(s.settings.offerOf(s.box.tree()).verdict.problem, DestinationProblem::isSource);
     EXPECT_NE(s.settings.chooseDestination(s.box.tree()), "");
     fs::create_directory(s.box.tree() + "/inside");
-    EXPECT_EQ(s.settings.offerOf(s.box.tree() + "/inside").check.insideSource, s.box.tree());
+    EXPECT_EQ(s.settings.offerOf(s.box.tree() + "/inside").verdict.insideSource, s.box.tree());
     EXPECT_EQ(s.settings.chooseDestination(s.box.tree() + "/inside"), "") << "allowed, and said";
 }
 

@@ -54,14 +54,14 @@ std::string destinationFolder(const Context& context) {
 
 int setDestinationVerb(Context& context, const Arguments& arguments) {
     const DestinationFacts facts =
-        examineDestination(arguments.front(), selectSources(context.preferences, context.places, "").sources);
-    const DestinationVerdict verdict = judgeDestination(facts);
-    if (!verdict.usable())
-        return fail(verdict.explanation);
+        examineDestination(arguments.front(), selectSources(context.preferences, context.places, "").sources,
+                           Examination::byWriting);
+    if (const std::string problem = problemLine(facts); !problem.empty())
+        return fail(problem);
     if (const std::string trouble = setDestination(context.preferences, facts.path); !trouble.empty())
         return fail(trouble);
-    for (const DestinationVerdict::Remark& remark : verdict.remarks)
-        print("Note: " + remark.text + "\n");
+    for (const std::string& remark : remarkLines(facts))
+        print("Note: " + remark + "\n");
     return exitSuccess;
 }
 

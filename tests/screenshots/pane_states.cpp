@@ -21,9 +21,9 @@ void useDisk(PaneScene& scene) {
 void offerDrives(PaneScene& scene) {
     scene.settings.mounted = {
         {"/media/anna/Backup Disk", false, 612'400'000'000, {}},
-        {"/media/anna/HOLIDAY", false, 31'200'000'000, {OfferRefusal::noHardLinks, "exfat", "", ""}},
+        {"/media/anna/HOLIDAY", false, 31'200'000'000, {DestinationProblem::noHardLinks, "exfat", "", ""}},
         {"/mnt/nas", true, {}, {}},
-        {"/srv/archive", false, 84'000'000'000, {OfferRefusal::none, "ext4", "", "/home/anna"}}};
+        {"/srv/archive", false, 84'000'000'000, {DestinationProblem::none, "ext4", "", "/home/anna"}}};
 }
 
 void chooseDisk(PaneScene& scene) {
@@ -56,7 +56,8 @@ const std::vector<PaneState>& paneStates() {
              scene.settings.state.disk->name = "Backups of the large desk in the very long room upstairs";
              scene.settings.state.disk->folder =
                  "/home/anna/Backups of the large desk in the very long room upstairs";
-             scene.settings.state.disk->check = {OfferRefusal::none, "ext4", "/home/anna", "/home/anna"};
+             scene.settings.state.disk->verdict = {DestinationProblem::none, "ext4", "/home/anna",
+                                                   "/home/anna"};
              scene.settings.state.frequency = BackupFrequency::hourlyWithoutTimer;
          }},
         {"disks", offerDrives,
