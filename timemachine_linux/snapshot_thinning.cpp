@@ -33,8 +33,9 @@ std::vector<Snapshot> supersededSnapshots(const std::vector<Snapshot>& snapshots
     std::vector<Snapshot> superseded;
     std::set<long> days;
     std::set<long> weeks;
+    const Instant present = snapshots.size() > 1 ? std::min(now, (snapshots.end() - 2)->date) : now;
     for (auto snapshot = snapshots.rbegin(); snapshot != snapshots.rend(); ++snapshot) {
-        const double age = secondsBetween(snapshot->date, now);
+        const double age = secondsBetween(snapshot->date, present);
         const bool firstOfDay = days.insert(dayOf(*snapshot)).second;
         const bool firstOfWeek = weeks.insert(weekOf(*snapshot)).second;
         const bool newest = snapshot == snapshots.rbegin();

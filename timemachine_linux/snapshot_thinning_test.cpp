@@ -28,15 +28,26 @@ TEST(Thinning, KeepsAllOfADayThenOneADayThenOneAWeek) {
     const auto day = [](int count) { return 24 * count; };
     EXPECT_EQ(keptOf({}), std::vector<Instant>{});
     EXPECT_EQ(keptOf({hoursAgo(day(400))}), (std::vector{hoursAgo(day(400))})); // the newest whole one
-    EXPECT_EQ(keptOf({hoursAgo(24), hoursAgo(23), hoursAgo(1), hoursAgo(0)}),
-              (std::vector{hoursAgo(24), hoursAgo(23), hoursAgo(1), hoursAgo(0)}));
+    EXPECT_EQ(keptOf({hoursAgo(25), hoursAgo(24), hoursAgo(1), hoursAgo(0)}),
+              (std::vector{hoursAgo(25), hoursAgo(24), hoursAgo(1), hoursAgo(0)}));
     // The day before yesterday at 9, 12 and 17 o'clock: one is left.
-    EXPECT_EQ(keptOf({hoursAgo(57), hoursAgo(54), hoursAgo(49), hoursAgo(1)}),
-              (std::vector{hoursAgo(49), hoursAgo(1)}));
+    EXPECT_EQ(keptOf({hoursAgo(57), hoursAgo(54), hoursAgo(49), hoursAgo(1), hoursAgo(0)}),
+              (std::vector{hoursAgo(49), hoursAgo(1), hoursAgo(0)}));
     // Monday to Wednesday seven weeks ago, and the Sunday before: one a week.
-    EXPECT_EQ(
-        keptOf({hoursAgo(day(53)), hoursAgo(day(52)), hoursAgo(day(51)), hoursAgo(day(50)), hoursAgo(1)}),
-        (std::vector{hoursAgo(day(53)), hoursAgo(day(50)), hoursAgo(1)}));
+    EXPECT_EQ(keptOf({hoursAgo(day(53)), hoursAgo(day(52)), hoursAgo(day(51)), hoursAgo(day(50)), hoursAgo(1),
+                      now}),
+              (std::vector{hoursAgo(day(53)), hoursAgo(day(50)), hoursAgo(1), now}));
+}
+
+TEST(Thinning, AWrongClockTakesNothingAtOnce) {
+    const int year = 24 * 365;
+    const std::vector<Instant> recent{hoursAgo(year + 3), hoursAgo(year + 2), hoursAgo(year + 1)};
+    // The first backup after a clock has jumped ahead, and after it was set right again.
+    std::vector<Instant> ahead = recent;
+    ahead.push_back(now);
+    EXPECT_EQ(keptOf(ahead), ahead);
+    const std::vector<Instant> back{hoursAgo(3), hoursAgo(2), hoursAgo(1), hoursAgo(-year)};
+    EXPECT_EQ(keptOf(back), back);
 }
 
 TEST(Thinning, AYearOfHourlyBackupsComesDownToAHundred) {
@@ -53,8 +64,8 @@ TEST(Thinning, AYearOfHourlyBackupsComesDownToAHundred) {
             if (std::find(superseded.begin(), superseded.end(), snapshot) == superseded.end())
                 kept.push_back(snapshot.date);
     }
-    // 25 within the last day, 30 days, and the weeks before.
-    EXPECT_NEAR(static_cast<double>(kept.size()), 25 + 30 + 48, 3);
+    // 26 within the last day, 30 days, and the weeks before.
+    EXPECT_NEAR(static_cast<double>(kept.size()), 26 + 30 + 48, 3);
     EXPECT_EQ(kept.back(), now);
     for (std::size_t i = 1; i < kept.size(); ++i)
         EXPECT_LE(kept[i] - kept[i - 1], std::chrono::days(8));
