@@ -40,7 +40,7 @@ ResultCode BackupWorker::run() {
     recordAttemptStart(around_.preferences, destination_.id, around_.clock.now());
     const BackupResult result = backUp().value_or(BackupResult{});
     view_.reset();
-    removeExpiredSnapshots();
+    removeLocalSnapshots(result.code);
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
     bool recorded = record(result);
@@ -143,14 +143,18 @@ void BackupWorker::leaveOutOtherFileSystems() {
 }
 
 BackupWorker::Failure BackupWorker::chooseView() {
-    removeExpiredSnapshots();
+    for (const std::string& volume : volumesHolding(selection_.sources))
+        removeLocalSnapshotsForRoom(LocalSnapshots(volume), notes_);
     view_.emplace(selection_, coveredFolders_, destination_.path, around_.clock.now(), notes_);
     return std::nullopt;
 }
 
-void BackupWorker::removeExpiredSnapshots() {
+void BackupWorker::removeLocalSnapshots(ResultCode code) {
     for (const std::string& volume : volumesHolding(selection_.sources))
-        removeExpiredLocalSnapshots(LocalSnapshots(volume), around_.clock.now(), notes_);
+        if (code == ResultCode::success)
+            removeExpiredLocalSnapshots(LocalSnapshots(volume), around_.clock.now(), notes_);
+        else
+            removeLocalSnapshotsForRoom(LocalSnapshots(volume), notes_);
 }
 
 BackupWorker::Failure BackupWorker::prepareFolder() {

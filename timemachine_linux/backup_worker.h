@@ -52,7 +52,7 @@ private:
     Failure chooseView();
     Failure prepareFolder();
     void leaveOutOtherFileSystems();
-    void removeExpiredSnapshots();
+    void removeLocalSnapshots(ResultCode code);
     [[nodiscard]] ChangeTotals countTotals();
     void noteSubvolumes(const std::vector<std::string>& otherFileSystems);
     Failure copy();

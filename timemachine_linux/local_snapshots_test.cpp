@@ -254,6 +254,7 @@ TEST_F(LocalSnapshotsOnBtrfs, GoAfterADayOrWhenTheRoomIsShort) {
     std::vector<std::string> trouble;
     const std::string token = makeSnapshot();
     const auto hour = std::chrono::hours(1);
+    removeLocalSnapshotsForRoom(snapshots, trouble);
     removeExpiredLocalSnapshots(snapshots, wallClock() + 23 * hour, trouble);
     EXPECT_EQ(snapshots.list().size(), 1U);
     {
@@ -271,7 +272,7 @@ TEST_F(LocalSnapshotsOnBtrfs, GoAfterADayOrWhenTheRoomIsShort) {
         box.run({"sh", "-c", "i=0; while fallocate -l 40M " + volume + "/filler$((i = i + 1)); do :; done"})
             .exitCode,
         0);
-    removeExpiredLocalSnapshots(snapshots, wallClock(), trouble);
+    removeLocalSnapshotsForRoom(snapshots, trouble);
     EXPECT_TRUE(snapshots.list().empty());
 }
 
