@@ -77,7 +77,9 @@ BackupWorker::Failure BackupWorker::openDestination() {
         return BackupResult{ResultCode::destinationUnavailable, destination_.path + " is not available"};
     if (::mkdir(store_.folder().c_str(), privateFolder) != 0 && errno != EEXIST)
         return destinationFailure("making the folder of this machine", errno);
-    destinationFolder_.reset(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Whoever else may write to the destination could lead elsewhere by a link.
+    destinationFolder_.reset(
+        ::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!destinationFolder_)
         return destinationFailure("opening the folder of this machine", errno);
     if (Failure failure = lockDestination())

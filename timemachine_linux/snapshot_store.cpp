@@ -17,6 +17,8 @@
 namespace norvane {
 namespace {
 
+// Whoever may write to the destination could lead elsewhere by a link.
+constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr int mostTries = 1000; // to find a name that is free, a second later each time
 
 bool isFolder(const std::string& path) {
@@ -26,7 +28,8 @@ bool isFolder(const std::string& path) {
 
 std::vector<std::string> foldersIn(const std::string& folder, bool (*matches)(std::string_view)) {
     std::vector<std::string> names;
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(folder.c_str()), ::closedir);
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(::open(folder.c_str(), realFolder)),
+                                                      ::closedir);
     while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr)
         if (matches(entry->d_name) && isFolder(folder + "/" + entry->d_name))
             names.emplace_back(entry->d_name);
@@ -78,8 +81,8 @@ std::vector<Snapshot> SnapshotStore::list() const {
 std::vector<std::string> SnapshotStore::unfinished() const { return foldersIn(folder_, isUnfinishedName); }
 
 std::optional<Snapshot> SnapshotStore::publish(const std::string& unfinishedName, Instant now) const {
-    const FileDescriptor parent(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const FileDescriptor copy(::open(pathOf(unfinishedName).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor parent(::open(folder_.c_str(), realFolder));
+    const FileDescriptor copy(::open(pathOf(unfinishedName).c_str(), realFolder));
     if (!parent || !copy)
         return std::nullopt;
     Instant date = std::chrono::floor<std::chrono::seconds>(now);
@@ -99,7 +102,7 @@ std::optional<Snapshot> SnapshotStore::publish(const std::string& unfinishedName
 }
 
 std::optional<std::string> SnapshotStore::withdraw(const Snapshot& snapshot) const {
-    const FileDescriptor parent(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor parent(::open(folder_.c_str(), realFolder));
     if (!parent)
         return std::nullopt;
     Instant date = snapshot.date;

@@ -16,6 +16,7 @@
 #include "timemachine_linux/file_lock.h"
 #include "timemachine_linux/result_code.h"
 #include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshot_store.h"
 
 namespace norvane {
 namespace {
@@ -416,6 +417,14 @@ TEST_F(Tmutil, ALinkInALeftoverNeverLeadsOutOfIt) {
     EXPECT_FALSE(fs::is_symlink(copy + "/0link"));
     EXPECT_EQ(differences(box, box.tree() + "/0link", copy + "/0link"), "");
     EXPECT_FALSE(fs::exists(copy + "/big"));
+
+    // Nor does one in the place of this machine's folder.
+    fs::rename(box.destination() + "/" + hostFolderName(), box.in("outside/host"));
+    fs::create_directory_symlink(box.in("outside/host"), box.destination() + "/" + hostFolderName());
+    const auto before = fingerprint(box.in("outside"));
+    EXPECT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 1);
+    EXPECT_TRUE(box.snapshots().empty());
+    EXPECT_EQ(fingerprint(box.in("outside")), before);
 }
 
 TEST_F(Tmutil, StatusNeverClaimsADeadRunAndItsCopyDiesWithIt) {
