@@ -2,16 +2,15 @@
 #include "timemachine_linux/local_snapshots.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <chrono>
 #include <filesystem>
 
 #include "platform/linux/small_file.h"
-#include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/btrfs_subvolume.h"
 #include "timemachine_linux/local_snapshot_name.h"
 #include "timemachine_linux/source_view.h"
+#include "timemachine_linux/tmutil_fixture.h"
 
 namespace norvane {
 namespace {
@@ -38,14 +37,8 @@ TEST(LocalSnapshotNames, AreThoseOfTheirDates) {
 
 Instant wallClock() { return Instant(std::chrono::seconds(::time(nullptr))); }
 
-struct stat statOf(const std::string& path) {
-    struct stat status {};
-    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-    return status;
-}
-
 /// The sources are a folder on a volume of its own.
-class LocalSnapshotsOnBtrfs : public testing::Test {
+class LocalSnapshotsOnBtrfs : public Tmutil {
 protected:
     void SetUp() override { mount("rw"); }
 
@@ -57,7 +50,7 @@ protected:
         fs::create_directories(docs);
         writeFile(docs + "/file", "content");
         useSources({docs});
-        ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0);
+        useDestination();
     }
 
     void useSources(const Words& sources) {
@@ -83,11 +76,6 @@ protected:
         return result.output.substr(heading.size(), 17);
     }
 
-    void backUp() {
-        const ToolResult result = box.tmutil({"startbackup", "--block"});
-        ASSERT_EQ(result.exitCode, 0) << result.errors;
-    }
-
     [[nodiscard]] std::string notes() const {
         std::string text;
         const PropertyList messages = box.recorded("MessageParameters");
@@ -96,7 +84,6 @@ protected:
         return text;
     }
 
-    BackupSandbox box;
     const std::string volume = box.in("volume");
     const std::string docs = volume + "/u/docs";
     const LocalSnapshots snapshots{volume};

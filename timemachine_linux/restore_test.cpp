@@ -14,14 +14,14 @@
 #include <thread>
 
 #include "platform/linux/small_file.h"
-#include "timemachine_linux/backup_sandbox.h"
+#include "timemachine_linux/tmutil_fixture.h"
 
 namespace norvane {
 namespace {
 
 namespace fs = std::filesystem;
 
-class Restore : public testing::Test {
+class Restore : public Tmutil {
 protected:
     void SetUp() override {
         fs::create_directories(tree + "/dir/sub");
@@ -35,16 +35,10 @@ protected:
         ::chmod((tree + "/dir/sub").c_str(), 0555);
     }
 
-    void backUp() {
-        ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0);
-        ASSERT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 0);
+    void makeBackup() {
+        useDestination();
+        backUp();
         copy = box.copyOf(box.snapshots().back(), tree);
-    }
-
-    [[nodiscard]] std::string differences(const std::string& original, const std::string& restored) const {
-        const ToolResult result = box.run(
-            {"rsync", "-naHAXci", "--modify-window=-1", "--delete", "--numeric-ids", original, restored});
-        return result.output + result.errors;
     }
 
     [[nodiscard]] static std::vector<std::string> namesIn(const std::string& folder) {
@@ -55,21 +49,19 @@ protected:
         return names;
     }
 
-    BackupSandbox box;
     const std::string tree = box.tree();
     std::string copy;
 };
 
 TEST_F(Restore, BringsBackAllThatABackupKeeps) {
     box.becomeOrdinaryUser();
-    backUp();
+    makeBackup();
     const auto before = fingerprint(box.snapshots().back());
     fs::rename(tree + "/dir", box.in("original"));
     ASSERT_EQ(box.tmutil({"restore", copy + "/dir/", tree}).output, "");
-    EXPECT_EQ(differences(box.in("original/"), tree + "/dir/"), "");
-    struct stat status {};
-    ASSERT_EQ(::lstat((tree + "/dir/plain").c_str(), &status), 0);
-    EXPECT_EQ(status.st_nlink, 2U) << "linked into the backup, or not with its other name";
+    EXPECT_EQ(differences(box, box.in("original"), tree + "/dir"), "");
+    EXPECT_EQ(statOf(tree + "/dir/plain").st_nlink, 2U)
+        << "linked into the backup, or not with its other name";
 
     // Several at once, links and odd names among them; one under another name.
     fs::create_directories(box.home() + "/out");
@@ -83,12 +75,12 @@ TEST_F(Restore, BringsBackAllThatABackupKeeps) {
               (std::vector<std::string>{"-rf", "a:b", "dangling", "new\nline", "\xff\"quoted'"}));
     EXPECT_EQ(fs::read_symlink(out + "/dangling"), "nowhere");
     EXPECT_EQ(box.tmutil({"restore", copy + "/dir/sub", out + "/sub again"}).exitCode, 0);
-    EXPECT_EQ(differences(copy + "/dir/sub/", out + "/sub again/"), "");
+    EXPECT_EQ(differences(box, copy + "/dir/sub", out + "/sub again"), "");
     EXPECT_EQ(fingerprint(box.snapshots().back()), before);
 }
 
 TEST_F(Restore, OverwritesNothingAndStaysOutOfBackups) {
-    backUp();
+    makeBackup();
     const std::string dir = copy + "/dir";
     const std::string plain = dir + "/plain";
     writeFile(tree + "/dir/plain", "newer");
@@ -122,7 +114,7 @@ TEST_F(Restore, OverwritesNothingAndStaysOutOfBackups) {
 
 TEST_F(Restore, TellsWhatCouldNotBeRead) {
     box.becomeOrdinaryUser();
-    backUp();
+    makeBackup();
     ::chmod((copy + "/dir/sub/-rf").c_str(), 0);
     const ToolResult result = box.tmutil({"restore", copy + "/dir", box.home() + "/back"});
     EXPECT_EQ(result.exitCode, 1);
@@ -132,7 +124,7 @@ TEST_F(Restore, TellsWhatCouldNotBeRead) {
 }
 
 TEST_F(Restore, NothingComesFromABackupThatIsBeingRemoved) {
-    backUp();
+    makeBackup();
     // As thinning does it: first the name goes, then what is in it.
     const std::string snapshot = box.snapshots().back();
     writeFile(box.in("bin/rsync"), "#!/bin/sh\nmv '" + snapshot + "' '" + snapshot + ".inProgress'\nrm -r '" +
@@ -149,7 +141,7 @@ TEST_F(Restore, NothingComesFromABackupThatIsBeingRemoved) {
 TEST_F(Restore, KilledOrStoppedShowsNoHalfOfIt) {
     for (int i = 0; i < 500; ++i)
         writeFile(tree + "/dir/f" + std::to_string(i), std::string(20000, 'x'));
-    backUp();
+    makeBackup();
     const auto whole = fingerprint(copy + "/dir");
     const std::string target = box.home() + "/back";
     for (int round = 0; round < 30; ++round) {

@@ -1,0 +1,67 @@
+// For tests: tmutil as people and other programs run it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "timemachine_linux/backup_sandbox.h"
+
+namespace norvane {
+
+inline struct stat statOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+/// What rsync would still have to do to make the copy equal, attributes and content included.
+inline std::string differences(const BackupSandbox& box, const std::string& original,
+                               const std::string& copy) {
+    const ToolResult result = box.run({"/usr/bin/rsync", "-naHAXci", "--modify-window=-1", "--delete",
+                                       "--numeric-ids", original + "/", copy + "/"});
+    return result.output + result.errors;
+}
+
+class Tmutil : public testing::Test {
+protected:
+    void useDestination() { ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0); }
+
+    void backUp() {
+        const ToolResult result = box.tmutil({"startbackup", "--block"});
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+
+    /// A backup that takes many seconds, stopped in the middle of its copy.
+    void startSlowBackup() {
+        for (int i = 0; i < 50; ++i)
+            writeFile(box.tree() + "/a" + std::to_string(i), "small");
+        writeFile(box.tree() + "/big", std::string(std::size_t{40} << 20, 'x'));
+        box.slowDownRsync(2000);
+        ASSERT_EQ(box.tmutil({"startbackup"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return box.status("BackupPhase") == "Copying"; }));
+    }
+
+    /// The path that the file of the tree has in the unfinished snapshot, once it is there.
+    std::string waitForCopyOf(const std::string& name) const {
+        std::string copy;
+        EXPECT_TRUE(eventually([&] {
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(box.destination()))
+                if (entry.path().extension() == ".inProgress")
+                    copy = entry.path().string() + box.tree() + "/" + name;
+            return std::filesystem::exists(std::filesystem::symlink_status(copy));
+        })) << name;
+        return copy;
+    }
+
+    void stopBackup() {
+        EXPECT_EQ(box.tmutil({"stopbackup"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return box.status("Running") == "0"; }));
+    }
+
+    BackupSandbox box;
+};
+
+} // namespace norvane
