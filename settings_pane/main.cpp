@@ -53,12 +53,14 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName("Time Machine");
     QGuiApplication::setDesktopFileName("org.norvane.TimeMachineSettings");
     const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false); // what the user has changed is finished first
     if (PaneInstance::handedOver())
         return EXIT_SUCCESS;
     makeFolder(preferencesFolder());
     std::optional<Pane> pane(std::in_place);
+    QObject::connect(&pane->window, &PaneWindow::done, &application, &QGuiApplication::quit);
     const int status = pane->window.open() ? QGuiApplication::exec() : EXIT_FAILURE;
-    // A tool that hangs would keep a thread, and so the end of the program, waiting for its time limit.
+    // All that still runs only reads, and may wait for a disk that never answers.
     if (!pane->background.waitForDone())
         std::_Exit(status);
     return status;

@@ -76,6 +76,7 @@ void PaneViewModel::change(const char* complaint, Change change) {
     if (busy_)
         return;
     busy_ = true;
+    changing_ = true;
     trouble_.clear();
     Q_EMIT changed();
     runInBackground(
@@ -84,7 +85,9 @@ void PaneViewModel::change(const char* complaint, Change change) {
         [this, complaint](const std::string& wrong) {
             if (!wrong.empty())
                 trouble_ = viewText(fillIn(services_.translator.translate(complaint), {printable(wrong)}));
+            changing_ = false;
             read();
+            Q_EMIT changed();
         });
 }
 

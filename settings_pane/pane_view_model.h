@@ -49,7 +49,10 @@ public:
     ~PaneViewModel() override;
 
     void opened();
+    /// What is being changed is still made.
     void closed();
+    /// A change is not made yet.
+    [[nodiscard]] bool changing() const { return changing_; }
 
     [[nodiscard]] const PaneContent& content() const { return content_; }
     [[nodiscard]] bool known() const { return known_; }
@@ -105,6 +108,7 @@ private:
     PaneContent content_;
     bool known_ = false;
     bool busy_ = false;
+    bool changing_ = false;
     QString trouble_;
     int readings_ = 0; // asked for; only the last one counts
     bool reading_ = false;

@@ -47,6 +47,18 @@ TEST(Pane, FollowsWhatOthersChangeWhileItIsShown) {
     EXPECT_EQ(p.settings.loads, 0);
 }
 
+TEST(Pane, MakesWhatWasChosenThoughItIsClosed) {
+    Pane p;
+    PaneViewModel& model = p.open();
+    EXPECT_FALSE(model.changing());
+    model.setFrequency(PaneContent::everyHour);
+    model.closed();
+    EXPECT_TRUE(model.changing());
+    p.settle();
+    EXPECT_FALSE(model.changing());
+    EXPECT_EQ(p.settings.state.frequency, BackupFrequency::hourly);
+}
+
 TEST(Pane, OffersMountedDrivesFirstAndUsesTheChosenOne) {
     Pane p;
     p.settings.mounted = {{"/media/a/Stick", false, 8, {DestinationProblem::noHardLinks, "vfat", "", ""}},

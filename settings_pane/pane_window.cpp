@@ -5,8 +5,10 @@ namespace norvane {
 PaneWindow::PaneWindow(UiEngine& engine, const PaneServices& services)
     : model_(services),
       window_(engine.makeWindow("TimeMachinePane", {{"model", QVariant::fromValue(&model_)}})) {
-    if (window_)
-        connect(window_.get(), &QWindow::visibleChanged, this, &PaneWindow::visibleChanged);
+    if (!window_)
+        return;
+    connect(window_.get(), &QWindow::visibleChanged, this, &PaneWindow::visibleChanged);
+    connect(&model_, &PaneViewModel::changed, this, &PaneWindow::tellWhenDone);
 }
 
 bool PaneWindow::open() {
@@ -16,6 +18,14 @@ bool PaneWindow::open() {
     return true;
 }
 
-void PaneWindow::visibleChanged(bool visible) { visible ? model_.opened() : model_.closed(); }
+void PaneWindow::visibleChanged(bool visible) {
+    visible ? model_.opened() : model_.closed();
+    tellWhenDone();
+}
+
+void PaneWindow::tellWhenDone() {
+    if (!window_->isVisible() && !model_.changing())
+        Q_EMIT done();
+}
 
 } // namespace norvane

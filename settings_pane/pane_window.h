@@ -18,8 +18,13 @@ public:
     /// Shows the window, in front of others. False: there is none.
     bool open();
 
+Q_SIGNALS:
+    /// It is closed, and what was changed in it is made.
+    void done();
+
 private Q_SLOTS:
     void visibleChanged(bool visible);
+    void tellWhenDone();
 
 private:
     PaneViewModel model_;
