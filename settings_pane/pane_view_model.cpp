@@ -26,6 +26,11 @@ std::optional<std::string> pathAt(const std::vector<std::string>& paths, int row
     return paths[static_cast<std::size_t>(row)];
 }
 
+void addTo(std::vector<std::string>& paths, const std::string& path) {
+    if (std::find(paths.begin(), paths.end(), path) == paths.end())
+        paths.push_back(path);
+}
+
 } // namespace
 
 PaneViewModel::PaneViewModel(const PaneServices& services)
@@ -34,61 +39,103 @@ PaneViewModel::PaneViewModel(const PaneServices& services)
 PaneViewModel::~PaneViewModel() = default;
 
 void PaneViewModel::opened() {
-    ticker_ = services_.timers.repeating(lookAgainSeconds, 0, [this] {
-        if (!reading_ && !busy_)
-            read();
-    });
-    read();
+    ticker_ = services_.timers.repeating(lookAgainSeconds, 0, [this] { look(); });
+    look();
 }
 
 void PaneViewModel::closed() { ticker_.reset(); }
 
+void PaneViewModel::look() {
+    if (!reading_ && !changing())
+        read();
+    if (choosingDisk_ && !looking_)
+        lookForDrives();
+}
+
 void PaneViewModel::read() {
     reading_ = true;
     runInBackground(
-        services_.background, lifetime_,
-        [&settings = services_.settings, withDrives = choosingDisk_] {
-            return Reading{settings.load(), withDrives ? std::optional(settings.drives()) : std::nullopt};
-        },
-        [this, number = ++readings_](Reading reading) {
+        services_.background, lifetime_, [&settings = services_.settings] { return settings.load(); },
+        [this, number = ++readings_](BackupSettingsState state) {
             if (number == readings_)
-                take(std::move(reading));
+                take(std::move(state));
         });
 }
 
-void PaneViewModel::take(Reading reading) {
+void PaneViewModel::take(BackupSettingsState state) {
     reading_ = false;
     known_ = true;
     busy_ = false;
-    state_ = std::move(reading.state);
-    content_ = paneContent(state_, services_.formats, services_.translator);
-    sources_.set(pathRows(state_.sources, state_.sources.size() > 1));
-    exclusions_.set(pathRows(state_.exclusions, true));
-    if (reading.drives) {
-        drives_ = std::move(*reading.drives);
-        offersKnown_ = true;
+    state_ = std::move(state);
+    showState();
+}
+
+void PaneViewModel::lookForDrives() {
+    looking_ = true;
+    runInBackground(
+        services_.background, lifetime_, [&settings = services_.settings] { return settings.drives(); },
+        [this, number = ++looks_](std::vector<DestinationOffer> drives) {
+            if (number != looks_)
+                return;
+            looking_ = false;
+            offersKnown_ = true;
+            drives_ = std::move(drives);
+            showOffers();
+            Q_EMIT changed();
+        });
+}
+
+void PaneViewModel::change(Change change) {
+    if (!busy_)
+        trouble_.clear();
+    busy_ = true;
+    reading_ = false;
+    ++readings_;
+    const bool idle = !changing();
+    if (!idle && change.subject != Change::folders) // of choices that have not begun only the last one counts
+        changes_.erase(
+            std::remove_if(changes_.begin() + 1, changes_.end(),
+                           [&](const Change& earlier) { return earlier.subject == change.subject; }),
+            changes_.end());
+    changes_.push_back(std::move(change));
+    if (idle)
+        makeNextChange();
+    showState();
+}
+
+void PaneViewModel::makeNextChange() {
+    runInBackground(
+        services_.background, lifetime_,
+        [&settings = services_.settings, make = changes_.front().make] { return make(settings); },
+        [this](const std::string& wrong) { changeMade(wrong); });
+}
+
+void PaneViewModel::changeMade(const std::string& wrong) {
+    const Change made = std::move(changes_.front());
+    changes_.pop_front();
+    if (!wrong.empty() && !hasLaterChoice(made)) {
+        const QString complaint =
+            viewText(fillIn(services_.translator.translate(made.complaint), {printable(wrong)}));
+        trouble_ += (trouble_.isEmpty() ? "" : "\n") + complaint;
     }
-    showOffers();
+    if (changing())
+        makeNextChange();
+    else if (ticker_)
+        read();
     Q_EMIT changed();
 }
 
-void PaneViewModel::change(const char* complaint, Change change) {
-    if (busy_)
-        return;
-    busy_ = true;
-    changing_ = true;
-    trouble_.clear();
+bool PaneViewModel::hasLaterChoice(const Change& change) const {
+    return change.subject != Change::folders &&
+           std::any_of(changes_.begin(), changes_.end(),
+                       [&](const Change& later) { return later.subject == change.subject; });
+}
+
+void PaneViewModel::showState() {
+    content_ = paneContent(state_, services_.formats, services_.translator);
+    sources_.set(pathRows(state_.sources, state_.sources.size() > 1));
+    exclusions_.set(pathRows(state_.exclusions, true));
     Q_EMIT changed();
-    runInBackground(
-        services_.background, lifetime_,
-        [&settings = services_.settings, change = std::move(change)] { return change(settings); },
-        [this, complaint](const std::string& wrong) {
-            if (!wrong.empty())
-                trouble_ = viewText(fillIn(services_.translator.translate(complaint), {printable(wrong)}));
-            changing_ = false;
-            read();
-            Q_EMIT changed();
-        });
 }
 
 QVariantList PaneViewModel::frequencies() const {
@@ -104,14 +151,13 @@ void PaneViewModel::browseBackups() {
 }
 
 void PaneViewModel::setFrequency(int frequency) {
-    if (busy_)
-        return;
-    content_.frequency = frequency; // what is then read shows again as a change, if it is another one
     const bool hourly = frequency == PaneContent::everyHour;
-    change(hourly ? "Backups every hour need systemd's timers for users, which could not be set up: %@. The "
-                    "frequency stays as it was."
-                  : "The hourly timer could not be stopped: %@. The frequency stays as it was.",
-           [hourly](BackupSettings& settings) { return settings.setHourly(hourly); });
+    state_.frequency = hourly ? BackupFrequency::hourly : BackupFrequency::manual;
+    change({Change::frequency,
+            hourly ? "Backups every hour need systemd's timers for users, which could not be set up: %@. The "
+                     "frequency stays as it was."
+                   : "The hourly timer could not be stopped: %@. The frequency stays as it was.",
+            [hourly](BackupSettings& settings) { return settings.setHourly(hourly); }});
 }
 
 void PaneViewModel::showOptions(bool show) {
@@ -128,8 +174,8 @@ void PaneViewModel::chooseDisk() {
     chosenFolder_.reset();
     trouble_.clear();
     showOffers();
+    lookForDrives();
     Q_EMIT changed();
-    read();
 }
 
 void PaneViewModel::showOffers() {
@@ -163,7 +209,7 @@ const DestinationOffer* PaneViewModel::chosenOffer() const {
 
 bool PaneViewModel::canUseDisk() const {
     const DestinationOffer* offer = chosenOffer();
-    return offer && offer->verdict.usable() && !busy_;
+    return offer && offer->verdict.usable();
 }
 
 QStringList PaneViewModel::diskNotices() const {
@@ -203,9 +249,9 @@ void PaneViewModel::useDisk() {
     if (!canUseDisk())
         return;
     choosingDisk_ = false;
-    change("The backup disk was not changed: %@", [folder = *chosenFolder_](BackupSettings& settings) {
-        return settings.chooseDestination(folder);
-    });
+    change(
+        {Change::disk, "The backup disk was not changed: %@",
+         [folder = *chosenFolder_](BackupSettings& settings) { return settings.chooseDestination(folder); }});
 }
 
 void PaneViewModel::cancelDisk() {
@@ -216,29 +262,37 @@ void PaneViewModel::cancelDisk() {
 void PaneViewModel::addSource() {
     folderChooser_.begin(
         text("Choose a Folder to Back Up"), services_.home, [this](const std::string& folder) {
-            change("The folder was not added: %@",
-                   [folder](BackupSettings& settings) { return settings.addSource(folder); });
+            addTo(state_.sources, folder);
+            change({Change::folders, "The folder was not added: %@",
+                    [folder](BackupSettings& settings) { return settings.addSource(folder); }});
         });
 }
 
 void PaneViewModel::removeSource(int row) {
-    if (const auto path = pathAt(state_.sources, row); path && state_.sources.size() > 1)
-        change("The folder was not removed: %@",
-               [path = *path](BackupSettings& settings) { return settings.removeSource(path); });
+    const auto path = pathAt(state_.sources, row);
+    if (!path || state_.sources.size() == 1)
+        return;
+    std::erase(state_.sources, *path);
+    change({Change::folders, "The folder was not removed: %@",
+            [path = *path](BackupSettings& settings) { return settings.removeSource(path); }});
 }
 
 void PaneViewModel::addExclusion() {
     folderChooser_.begin(
         text("Choose a Folder to Leave Out"), services_.home, [this](const std::string& folder) {
-            change("The folder was not added: %@",
-                   [folder](BackupSettings& settings) { return settings.addExclusion(folder); });
+            addTo(state_.exclusions, folder);
+            change({Change::folders, "The folder was not added: %@",
+                    [folder](BackupSettings& settings) { return settings.addExclusion(folder); }});
         });
 }
 
 void PaneViewModel::removeExclusion(int row) {
-    if (const auto path = pathAt(state_.exclusions, row))
-        change("The folder was not removed: %@",
-               [path = *path](BackupSettings& settings) { return settings.removeExclusion(path); });
+    const auto path = pathAt(state_.exclusions, row);
+    if (!path)
+        return;
+    std::erase(state_.exclusions, *path);
+    change({Change::folders, "The folder was not removed: %@",
+            [path = *path](BackupSettings& settings) { return settings.removeExclusion(path); }});
 }
 
 QString PaneViewModel::text(const char* english) const {

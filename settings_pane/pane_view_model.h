@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
 #include <memory>
 
 #include "platform/timers.h"
@@ -23,12 +24,12 @@ struct PaneServices {
 };
 
 /// Main thread only. While shown it looks every 3 seconds: drives come and go, and other programs change the
-/// settings, too.
+/// settings, too. Changes are made one after another, in the user's order, and show at once as they will be.
 class PaneViewModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(norvane::PaneContent content READ content NOTIFY changed)
     Q_PROPERTY(bool known READ known NOTIFY changed)        ///< False until everything was read once.
-    Q_PROPERTY(bool busy READ busy NOTIFY changed)          ///< Something is being changed.
+    Q_PROPERTY(bool busy READ busy NOTIFY changed)          ///< What shows is not yet known to be so.
     Q_PROPERTY(QString trouble READ trouble NOTIFY changed) ///< Why the last change was not made.
     Q_PROPERTY(QVariantList frequencies READ frequencies CONSTANT)
     Q_PROPERTY(QAbstractItemModel* sources READ sources CONSTANT)       ///< "path", "removable".
@@ -49,10 +50,10 @@ public:
     ~PaneViewModel() override;
 
     void opened();
-    /// What is being changed is still made.
+    /// What was changed is still made.
     void closed();
     /// A change is not made yet.
-    [[nodiscard]] bool changing() const { return changing_; }
+    [[nodiscard]] bool changing() const { return !changes_.empty(); }
 
     [[nodiscard]] const PaneContent& content() const { return content_; }
     [[nodiscard]] bool known() const { return known_; }
@@ -88,17 +89,23 @@ Q_SIGNALS:
     void changed();
 
 private:
-    struct Reading {
-        BackupSettingsState state;
-        std::optional<std::vector<DestinationOffer>> drives; ///< None: not asked for.
+    struct Change {
+        enum Subject { disk, frequency, folders } subject;
+        const char* complaint; ///< To be filled in with what went wrong.
+        /// Off the main thread. Returns what went wrong; empty: nothing.
+        std::function<std::string(BackupSettings&)> make;
     };
-    /// Returns what went wrong; empty: nothing.
-    using Change = std::function<std::string(BackupSettings&)>;
 
+    void look();
     void read();
-    void take(Reading reading);
-    /// Makes the change off the main thread, then reads anew. `complaint` is filled in with what went wrong.
-    void change(const char* complaint, Change change);
+    void take(BackupSettingsState state);
+    void lookForDrives();
+    /// Makes the change when those before it are made, then reads anew.
+    void change(Change change);
+    void makeNextChange();
+    void changeMade(const std::string& wrong);
+    [[nodiscard]] bool hasLaterChoice(const Change& change) const;
+    void showState();
     void showOffers();
     [[nodiscard]] const DestinationOffer* chosenOffer() const;
     [[nodiscard]] QString text(const char* english) const;
@@ -108,14 +115,16 @@ private:
     PaneContent content_;
     bool known_ = false;
     bool busy_ = false;
-    bool changing_ = false;
+    std::deque<Change> changes_; // the first one is being made
     QString trouble_;
-    int readings_ = 0; // asked for; only the last one counts
+    int readings_ = 0; // begun; only the last one counts, and none that began before a change was made
     bool reading_ = false;
     RowList sources_{{"path", "removable"}};
     RowList exclusions_{{"path", "removable"}};
     bool choosingDisk_ = false;
     bool offersKnown_ = false;
+    int looks_ = 0; // for drives; only the last one counts
+    bool looking_ = false;
     std::vector<DestinationOffer> drives_;
     std::optional<DestinationOffer> folderOffer_; // a folder that the user went to
     std::optional<std::string> chosenFolder_;

@@ -108,7 +108,6 @@ TEST(Pane, AFailedChangeIsToldAndShowsWhatIsTrue) {
     model.setFrequency(PaneContent::everyHour);
     EXPECT_TRUE(model.busy());
     EXPECT_EQ(model.content().frequency, PaneContent::everyHour) << "what was chosen shows meanwhile";
-    model.setFrequency(PaneContent::manually); // is not taken while the first is on its way
     p.settle();
     EXPECT_FALSE(model.busy());
     EXPECT_EQ(model.content().frequency, PaneContent::manually);
@@ -118,6 +117,51 @@ TEST(Pane, AFailedChangeIsToldAndShowsWhatIsTrue) {
     p.settle();
     EXPECT_EQ(model.trouble(), "");
     EXPECT_EQ(p.settings.state.frequency, BackupFrequency::hourly);
+}
+
+TEST(Pane, MakesChangesInOrderAndTheLastChoiceWins) {
+    Pane p;
+    p.settings.state.sources = {"/home/a", "/srv"};
+    p.settings.mounted = {{"/media/a/One", false, 9, {}}, {"/media/a/Two", false, 9, {}}};
+    PaneViewModel& model = p.open();
+    p.settings.whenLoading = [&] { p.time.spend(2); };
+    std::vector<Instant> made;
+    p.settings.whenChanging = [&] {
+        made.push_back(p.time.now());
+        p.time.spend(5);
+        p.settings.trouble = made.size() == 1 ? "no manager" : made.size() == 3 ? "no room" : "";
+    };
+    p.time.advance(3.5); // a reading is on its way that knows nothing of what follows
+    model.setFrequency(PaneContent::everyHour);
+    model.setFrequency(PaneContent::manually); // never begins
+    model.removeSource(0);
+    model.removeSource(0);
+    EXPECT_EQ(Pane::column(model.sources(), "path"), QStringList{"/srv"}) << "the last one stays";
+    for (const int offer : {0, 1}) {
+        model.chooseDisk();
+        p.settle();
+        model.selectOffer(offer);
+        model.useDisk();
+    }
+    model.addExclusion();
+    model.folderChooser()->accept();
+    model.setFrequency(PaneContent::manually);
+    for (int second = 1; second < 25; ++second) {
+        p.time.advance(1);
+        EXPECT_TRUE(model.busy()) << second;
+        EXPECT_EQ(model.content().frequency, PaneContent::manually) << second;
+        EXPECT_EQ(Pane::column(model.sources(), "path"), QStringList{"/srv"}) << second;
+    }
+    p.time.advance(3);
+    EXPECT_FALSE(model.busy());
+    ASSERT_EQ(made.size(), 5U);
+    for (std::size_t i = 1; i < made.size(); ++i)
+        EXPECT_EQ(secondsBetween(made[i - 1], made[i]), 5) << "one after another";
+    EXPECT_EQ(model.trouble(), "The backup disk was not changed: no room")
+        << "nothing of a frequency that nobody wants any more";
+    EXPECT_FALSE(model.content().hasDisk);
+    EXPECT_EQ(model.content().frequency, PaneContent::manually);
+    EXPECT_EQ(p.settings.state.exclusions, std::vector<std::string>{"/home/a"});
 }
 
 TEST(Pane, ListsOfFoldersAreEdited) {

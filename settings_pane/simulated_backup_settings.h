@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 
 #include "timemachine_linux/backup_settings.h"
@@ -15,10 +16,13 @@ struct SimulatedBackupSettings final : BackupSettings {
         offers; ///< Of folders; all others are good, and nothing is known.
     std::map<std::string, std::vector<std::string>> folders;
     std::string trouble; ///< Of every change; it changes nothing then.
+    std::function<void()> whenLoading = [] {};
+    std::function<void()> whenChanging = [] {};
     mutable int loads = 0;
 
     BackupSettingsState load() const override {
         ++loads;
+        whenLoading();
         return state;
     }
     std::vector<DestinationOffer> drives() const override { return mounted; }
@@ -54,6 +58,7 @@ struct SimulatedBackupSettings final : BackupSettings {
 private:
     template <class Change>
     std::string change(Change change) {
+        whenChanging();
         if (trouble.empty())
             change();
         return trouble;

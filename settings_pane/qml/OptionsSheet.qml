@@ -21,7 +21,6 @@ Sheet {
             PickerRow {
                 id: frequency
 
-                enabled: !sheet.model.busy
                 label: Texts.text("Back up frequency")
                 choices: sheet.model.frequencies
                 value: sheet.model.content.frequency
@@ -59,6 +58,10 @@ Sheet {
                 onClicked: sheet.model.addExclusion()
             }
         }
+    }
+    leading: SavingNote {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: sheet.model.busy
     }
     buttons: PushButton {
         prominent: true

@@ -123,10 +123,15 @@ Item {
         height: 52
 
         Divider {}
+        SavingNote {
+            x: 20
+            anchors.verticalCenter: parent.verticalCenter
+            visible: overview.model.busy
+        }
         Label {
             x: 20
             anchors.verticalCenter: parent.verticalCenter
-            visible: overview.model.known
+            visible: overview.model.known && !overview.model.busy
             text: overview.content.frequencyText
             font: Theme.callout
             color: Theme.secondary

@@ -74,6 +74,17 @@ const std::vector<PaneState>& paneStates() {
          }},
         {"options", useDisk, [](PaneScene& scene) { scene.model.showOptions(true); }},
         {"options-new", [](PaneScene&) {}, [](PaneScene& scene) { scene.model.showOptions(true); }},
+        {"options-saving", useDisk,
+         [](PaneScene& scene) {
+             scene.model.showOptions(true);
+             scene.model.setFrequency(PaneContent::everyHour);
+         }},
+        {"saving", offerDrives,
+         [](PaneScene& scene) {
+             chooseDisk(scene);
+             scene.model.selectOffer(0);
+             scene.model.useDisk();
+         }},
         {"options-trouble", useDisk,
          [](PaneScene& scene) {
              scene.model.showOptions(true);
