@@ -71,6 +71,15 @@ const std::vector<HealthState>& healthStates() {
                   .failures = {0, 1, 2, 5}});
          }},
         {"one", [](SimulatedMachine& m, SimulatedProgram& p) { run(m, p, {.attempts = 1}); }},
+        {.name = "first",
+         .reach =
+             [](SimulatedMachine& m, SimulatedProgram& p) {
+                 p.start();
+                 m.timeMachine.backupSeconds = 12 * minute;
+                 p.controller->requestBackup(false);
+                 m.time.advance(20 * minute - 1);
+             },
+         .scrolled = 1},
         {"empty",
          [](SimulatedMachine& m, SimulatedProgram& p) {
              m.timeMachine.name.reset();

@@ -18,12 +18,22 @@ void settle(Machine& machine, Program& program) {
     machine.time.advance(10 * minute);
 }
 
-void run(Machine& machine, Program& program) {
-    settle(machine, program);
+/// The setup guide was finished a moment ago.
+void beNew(Machine& machine, Program& program) {
+    program.start();
+    machine.time.advance(10 * minute);
+}
+
+void backUp(Machine& machine, Program& program) {
     machine.timeMachine.backupBytes = 12'600'000'000;
     machine.timeMachine.backupSeconds = 12 * minute;
     program.controller->requestBackup(false);
     machine.time.advance(5 * minute);
+}
+
+void run(Machine& machine, Program& program) {
+    settle(machine, program);
+    backUp(machine, program);
 }
 
 void fail(Machine& machine, Program& program, int times) {
@@ -50,6 +60,12 @@ void wait(Machine& machine, Program& program) {
 
 const std::vector<PanelState>& panelStates() {
     static const std::vector<PanelState> states = {
+        {"new", beNew},
+        {"new-running",
+         [](Machine& m, Program& p) {
+             beNew(m, p);
+             backUp(m, p);
+         }},
         {"scheduled", settle},
         {"running", run},
         {"running-unknown",
