@@ -88,7 +88,7 @@ TEST_F(SettingsWindow, EveryControlStoresWhatItShows) {
          {"push button:Add Time"},
          "schedule.v1",
          R"([{"hour":9,"minute":0},)" + noon + "]",
-         "09:00:00 +0000"},
+         planned},
         {"schedule",
          {"radio button:Weekly", "check box:Monday", "check box:Wednesday"},
          "schedule.v1",
