@@ -74,17 +74,22 @@ TEST(OnboardingContent, OnlyAsterisksAreMarkup) {
     }
 }
 
-struct CountingTools final : CommandRunner {
-    explicit CountingTools(const CommandRunner& machine) : tools(machine) {}
+/// The disk takes its time to answer.
+struct SlowTools final : CommandRunner {
+    explicit SlowTools(SimulatedMachine& m) : machine(m) {}
 
     std::optional<CommandResult> run(const std::string& path, const std::vector<std::string>& arguments,
                                      double timeoutSeconds) const override {
-        flagReads += arguments.back() == "AutoBackup";
-        return tools.run(path, arguments, timeoutSeconds);
+        if (arguments.back() == "destinationinfo") {
+            ++polls;
+            machine.time.spend(diskSeconds);
+        }
+        return machine.timeMachine.run(path, arguments, timeoutSeconds);
     }
 
-    const CommandRunner& tools;
-    mutable int flagReads = 0;
+    SimulatedMachine& machine;
+    mutable int polls = 0;
+    double diskSeconds = 0;
 };
 
 struct Guide {
@@ -104,10 +109,10 @@ struct Guide {
             model().forward();
         return model();
     }
-    int flagReads() { return std::exchange(tools.flagReads, 0); } ///< Since the last call.
+    int polls() { return std::exchange(tools.polls, 0); } ///< Since the last call.
 
     SimulatedMachine machine{std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{9}};
-    CountingTools tools{machine.timeMachine};
+    SlowTools tools{machine};
     SimulatedProgram program{machine, tools, machine.defaults};
     std::unique_ptr<OnboardingViewModel> made;
 };
@@ -138,32 +143,35 @@ TEST(Onboarding, SeesTheUserTurnTheScheduleOffWithinTwoSeconds) {
     g.machine.timeMachine.autoBackup = true;
     OnboardingViewModel& model = g.openOn(1);
     EXPECT_FALSE(model.content().automaticOff);
+    g.tools.diskSeconds = 10;
     g.machine.timeMachine.autoBackup = false;
     g.machine.time.advance(2);
     EXPECT_TRUE(model.content().automaticOff);
-    (void)g.flagReads();
+    (void)g.polls();
     g.machine.time.advance(20);
-    EXPECT_EQ(g.flagReads(), 10);
+    EXPECT_EQ(g.polls(), 10);
     model.forward();
     g.machine.time.advance(20);
-    EXPECT_EQ(g.flagReads(), 0) << "on another step";
+    EXPECT_EQ(g.polls(), 0) << "on another step";
     model.back();
     model.closed();
     g.machine.time.advance(20);
-    EXPECT_EQ(g.flagReads(), 0) << "while closed";
+    EXPECT_EQ(g.polls(), 0) << "while closed";
     model.opened();
     g.machine.time.advance(2);
-    EXPECT_EQ(g.flagReads(), 1);
+    EXPECT_EQ(g.polls(), 1);
 }
 
-TEST(Onboarding, SeesTheUserChooseAFirstDisk) {
+TEST(Onboarding, SeesTheUserChooseADisk) {
     Guide g;
     g.machine.timeMachine.name.reset();
     OnboardingViewModel& model = g.openOn(1);
     EXPECT_TRUE(model.content().destination.startsWith("No backup disk"));
-    g.machine.timeMachine.name = "Disk";
-    g.machine.time.advance(2);
-    EXPECT_EQ(model.content().destination, "Backing up to “Disk”.");
+    for (const char* name : {"Disk", "Other"}) {
+        g.machine.timeMachine.name = name;
+        g.machine.time.advance(2);
+        EXPECT_EQ(model.content().destination, "Backing up to “" + QString(name) + "”.");
+    }
 }
 
 TEST(Onboarding, PassesOnWhatIsToCoverTheUser) {

@@ -89,11 +89,8 @@ void OnboardingViewModel::goTo(int step) {
 }
 
 void OnboardingViewModel::poll() {
-    // The same pane is where a first backup disk is chosen.
-    if (services_.controller.state().destinationName)
-        services_.controller.refreshAutoBackupFlag();
-    else
-        services_.controller.refreshDestination();
+    services_.controller.refreshAutoBackupFlag(); // which does not wait for a slow disk
+    services_.controller.refreshDestination();
 }
 
 void OnboardingViewModel::refresh() {

@@ -41,7 +41,7 @@ public:
     ~OnboardingViewModel() override;
 
     /// While the window is shown, it follows the controller, and on the step about the automatic schedule it
-    /// looks every 2 seconds whether the user has turned that off, and has chosen a first backup disk.
+    /// looks every 2 seconds whether the user has turned that off, and which backup disk was chosen.
     void opened();
     void closed();
 

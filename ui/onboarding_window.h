@@ -1,32 +1,39 @@
 // The setup guide on the screen.
 #pragma once
 
-#include <memory>
+#include <optional>
 
+#include "ui/kept_window.h"
 #include "ui/onboarding_view_model.h"
-#include "ui/ui_engine.h"
 
 namespace norvane {
 
-/// Main thread. The window is made when it is first shown, and kept with all that was done in it.
-class OnboardingWindow : public QObject {
-    Q_OBJECT
-
+/// Main thread only. Made when it is first shown, and kept with all that was done in it.
+class OnboardingWindow {
 public:
     OnboardingWindow(UiEngine& engine, const OnboardingServices& services)
         : engine_(engine), services_(services) {}
 
     /// Shows the window, in front of others.
-    void open();
-
-private Q_SLOTS:
-    void visibleChanged(bool visible);
+    void open() {
+        if (!guide_)
+            guide_.emplace(engine_, services_);
+        guide_->window.open();
+    }
 
 private:
+    struct Guide {
+        Guide(UiEngine& engine, const OnboardingServices& services)
+            : model(services), window(engine, "OnboardingWindow", QVariant::fromValue(&model),
+                                      {[this] { model.opened(); }, [this] { model.closed(); }}) {}
+
+        OnboardingViewModel model;
+        KeptWindow window;
+    };
+
     UiEngine& engine_;
     const OnboardingServices services_;
-    std::unique_ptr<OnboardingViewModel> model_;
-    std::unique_ptr<QQuickWindow> window_;
+    std::optional<Guide> guide_;
 };
 
 } // namespace norvane

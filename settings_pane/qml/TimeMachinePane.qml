@@ -2,7 +2,7 @@ import QtQuick
 import Norvane
 
 // Where backups go; what else there is to set stands behind "Options…".
-Window {
+FixedWindow {
     id: window
 
     required property var model
@@ -10,11 +10,7 @@ Window {
 
     width: 520
     height: 440
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
-    color: Theme.window
+    flags: Qt.Window
     title: Texts.text("Time Machine")
 
     PaneOverview {

@@ -1,7 +1,7 @@
 import QtQuick
 import Norvane
 
-Window {
+FixedWindow {
     id: window
 
     required property string message
@@ -14,11 +14,8 @@ Window {
 
     width: 320
     height: fittingHeight
-    minimumWidth: width
-    maximumWidth: width
     minimumHeight: fittingHeight // not the height: it could not grow with the text then
     maximumHeight: fittingHeight
-    color: Theme.window
     title: "Norvane"
     flags: Qt.Dialog
     onVisibleChanged: if (visible) dismiss.forceActiveFocus(Qt.TabFocusReason)

@@ -2,7 +2,7 @@ import QtQuick
 import Norvane
 
 // Whether backups really happen, by Time Machine's own records.
-Window {
+FixedWindow {
     id: window
 
     required property var model
@@ -10,12 +10,6 @@ Window {
 
     width: 560
     height: 520
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
-    color: Theme.window
-    flags: Qt.Window | Qt.CustomizeWindowHint | Qt.WindowTitleHint | Qt.WindowSystemMenuHint | Qt.WindowCloseButtonHint
     title: Texts.text("Backup Health")
 
     Form {

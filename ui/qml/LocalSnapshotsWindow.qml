@@ -2,7 +2,7 @@ import QtQuick
 import Norvane
 
 // The restore points on the startup disk, and a way to delete them.
-Window {
+FixedWindow {
     id: window
 
     required property var model
@@ -10,12 +10,6 @@ Window {
 
     width: 420
     height: 480
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
-    color: Theme.window
-    flags: Qt.Window | Qt.CustomizeWindowHint | Qt.WindowTitleHint | Qt.WindowSystemMenuHint | Qt.WindowCloseButtonHint
     title: Texts.text("Local Snapshots")
 
     Item {

@@ -1,20 +1,14 @@
 import QtQuick
 import Norvane
 
-// Four steps, and below them the way on.
-Window {
+// Four steps, and below them the way on. Without a title of its own the desktop shows the program's name.
+FixedWindow {
     id: window
 
     required property var model
 
     width: 500
     height: 540
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
-    color: Theme.window
-    title: "Norvane"
     onVisibleChanged: if (visible) forward.forceActiveFocus(Qt.OtherFocusReason)
 
     Shortcut { // wherever the keyboard is
@@ -26,6 +20,9 @@ Window {
 
         function onStepChanged() {
             forward.forceActiveFocus(Qt.OtherFocusReason)
+        }
+        function onFinished() {
+            window.close()
         }
     }
     Loader {

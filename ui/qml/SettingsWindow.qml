@@ -2,18 +2,14 @@ import QtQuick
 import Norvane
 
 // Six tabs, and below them what they mean for the next backup.
-Window {
+FixedWindow {
     id: window
 
     required property var model
 
     width: 480
     height: 430
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
-    color: Theme.window
+    flags: Qt.Window
     title: Texts.text("Settings") + " – Norvane"
     onVisibleChanged: if (visible) tabs.focusSelected()
 
