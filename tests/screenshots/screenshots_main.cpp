@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <cstdio>
+#include <functional>
 
 #include "platform/linux/icu_formats.h"
 #include "tests/screenshots/health_states.h"
@@ -30,6 +31,21 @@ void letTheWindowSettle() {
     loop.exec();
 }
 
+QVariantMap over(QObject& model) { return {{"model", QVariant::fromValue(&model)}}; }
+
+/// Shows a window of ui/qml, does with it what leads to the picture, and saves that.
+bool photograph(
+    UiEngine& engine, const QString& path, const QString& component, const QVariantMap& properties,
+    const std::function<void(QQuickWindow&)>& act = [](QQuickWindow&) {}) {
+    const auto window = engine.makeWindow(component, properties);
+    if (!window)
+        return false;
+    window->show();
+    act(*window);
+    letTheWindowSettle();
+    return window->grabWindow().save(path);
+}
+
 bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, const QString& path) {
     SimulatedMachine machine(screenshots::thatMorning);
     SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
@@ -40,31 +56,22 @@ bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, con
         {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
         {});
     model.opened();
-    const auto window = engine.makeWindow("PanelWindow", {{"model", QVariant::fromValue(&model)}});
-    if (!window)
-        return false;
-    window->show();
-    letTheWindowSettle();
-    if (state.asksToQuit) {
-        model.askToQuit();
-        letTheWindowSettle();
-    }
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "PanelWindow", over(model), [&](QQuickWindow&) {
+        letTheWindowSettle(); // the question comes once the panel has the keyboard
+        if (state.asksToQuit)
+            model.askToQuit();
+    });
 }
 
 bool photographSettings(UiEngine& engine, const screenshots::SettingsState& state, const QString& path) {
     screenshots::SettingsScene scene;
     state.reach(scene);
-    const auto window = engine.makeWindow("SettingsWindow", {{"model", QVariant::fromValue(&scene.model())}});
-    if (!window)
-        return false;
-    window->show();
-    if (state.change)
-        state.change(scene);
-    letTheWindowSettle();
-    screenshots::scrollTo(*window->contentItem(), state.scrolled);
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "SettingsWindow", over(scene.model()), [&](QQuickWindow& window) {
+        if (state.change)
+            state.change(scene);
+        letTheWindowSettle();
+        screenshots::scrollTo(*window.contentItem(), state.scrolled);
+    });
 }
 
 bool photographHealth(UiEngine& engine, const screenshots::HealthState& state, const QString& path) {
@@ -78,19 +85,15 @@ bool photographHealth(UiEngine& engine, const screenshots::HealthState& state, c
         model.refresh();
     machine.time.advance(1);
     model.opened();
-    const auto window = engine.makeWindow("HealthWindow", {{"model", QVariant::fromValue(&model)}});
-    if (!window)
-        return false;
-    window->show();
-    letTheWindowSettle();
-    screenshots::scrollTo(*window->contentItem(), state.scrolled);
-    window->requestActivate();
-    for (const int key : state.keys) {
-        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-        QGuiApplication::sendEvent(window.get(), &press);
-    }
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "HealthWindow", over(model), [&](QQuickWindow& window) {
+        letTheWindowSettle();
+        screenshots::scrollTo(*window.contentItem(), state.scrolled);
+        window.requestActivate();
+        for (const int key : state.keys) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            QGuiApplication::sendEvent(&window, &press);
+        }
+    });
 }
 
 bool photographSnapshots(UiEngine& engine, const screenshots::SnapshotsState& state, const QString& path) {
@@ -103,14 +106,10 @@ bool photographSnapshots(UiEngine& engine, const screenshots::SnapshotsState& st
     model.opened();
     if (state.reads)
         machine.time.advance(1);
-    const auto window = engine.makeWindow("LocalSnapshotsWindow", {{"model", QVariant::fromValue(&model)}});
-    if (!window)
-        return false;
-    window->show();
-    if (state.act)
-        state.act(machine, model);
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "LocalSnapshotsWindow", over(model), [&](QQuickWindow&) {
+        if (state.act)
+            state.act(machine, model);
+    });
 }
 
 bool photographOnboarding(UiEngine& engine, const screenshots::OnboardingState& state, const QString& path) {
@@ -128,12 +127,7 @@ bool photographOnboarding(UiEngine& engine, const screenshots::OnboardingState& 
         model.forward();
     if (state.change)
         state.change(model);
-    const auto window = engine.makeWindow("OnboardingWindow", {{"model", QVariant::fromValue(&model)}});
-    if (!window)
-        return false;
-    window->show();
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "OnboardingWindow", over(model));
 }
 
 bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const QString& path) {
@@ -141,40 +135,24 @@ bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const
     state.reach(scene);
     scene.model.opened();
     scene.settle();
-    const auto window = engine.makeWindow("TimeMachinePane", {{"model", QVariant::fromValue(&scene.model)}});
-    if (!window)
-        return false;
-    window->show();
-    if (state.change)
-        state.change(scene);
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "TimeMachinePane", over(scene.model), [&](QQuickWindow&) {
+        if (state.change)
+            state.change(scene);
+    });
 }
 
 bool photographAlert(UiEngine& engine, const QString& path) {
-    const auto window = engine.makeWindow(
-        "AlertWindow", {{"message", "Norvane is running from the disk image"},
-                        {"information", "Drag Norvane to your Applications folder, then open it from there."},
-                        {"button", "Quit"},
-                        {"otherwise", ""},
-                        {"symbol", "clock.badge.exclamationmark"}});
-    if (!window)
-        return false;
-    window->show();
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "AlertWindow",
+                      {{"message", "Norvane is running from the disk image"},
+                       {"information", "Drag Norvane to your Applications folder, then open it from there."},
+                       {"button", "Quit"}});
 }
 
 bool photographSymbols(UiEngine& engine, const QString& path) {
     QStringList names = QDir(":/symbols").entryList({"*.svg"}, QDir::Files, QDir::Name);
     for (QString& name : names)
         name.chop(4); // ".svg"
-    const auto window = engine.makeWindow("SymbolPage", {{"names", names}});
-    if (!window)
-        return false;
-    window->show();
-    letTheWindowSettle();
-    return window->grabWindow().save(path);
+    return photograph(engine, path, "SymbolPage", {{"names", names}});
 }
 
 /// Keeps what the tray would show.
@@ -233,19 +211,19 @@ int main(int argc, char** argv) {
     bool complete = !wanted("symbols") || photographSymbols(engine, arguments[1] + "/symbols" + ending);
     complete &= !wanted("tray") || photographTray(arguments[1] + "/tray.png");
     complete &= !wanted("alert") || photographAlert(engine, arguments[1] + "/alert-disk-image" + ending);
-    const auto photograph = [&](const std::string& window, const auto& states, auto take) {
+    const auto photographAll = [&](const std::string& window, const auto& states, auto take) {
         for (const auto& state : states) {
             const QString name = QString::fromStdString(window + "-" + state.name);
             if (wanted(name))
                 complete &= take(engine, state, arguments[1] + "/" + name + ending);
         }
     };
-    photograph("panel", screenshots::panelStates(), photographPanel);
-    photograph("onboarding", screenshots::onboardingStates(), photographOnboarding);
-    photograph("pane", screenshots::paneStates(), photographPane);
-    photograph("settings", screenshots::settingsStates(), photographSettings);
-    photograph("health", screenshots::healthStates(), photographHealth);
-    photograph("snapshots", screenshots::snapshotsStates(), photographSnapshots);
+    photographAll("panel", screenshots::panelStates(), photographPanel);
+    photographAll("onboarding", screenshots::onboardingStates(), photographOnboarding);
+    photographAll("pane", screenshots::paneStates(), photographPane);
+    photographAll("settings", screenshots::settingsStates(), photographSettings);
+    photographAll("health", screenshots::healthStates(), photographHealth);
+    photographAll("snapshots", screenshots::snapshotsStates(), photographSnapshots);
     if (!complete)
         std::fputs("some pictures are missing\n", stderr);
     return complete ? 0 : 1;
