@@ -42,7 +42,6 @@ struct Pane {
     const ThemeUpdater themeUpdater{theme, appearance, defaults};
     UiEngine engine{theme, texts};
     PaneWindow window{engine, {settings, timers, background, workspace, formats, texts, homeFolder()}};
-    PaneInstance instance{[this] { window.open(); }};
 };
 
 } // namespace
@@ -54,12 +53,15 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName("org.norvane.TimeMachineSettings");
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false); // what the user has changed is finished first
-    if (PaneInstance::handedOver())
+    PaneInstance instance;
+    if (instance.handedOver())
         return EXIT_SUCCESS;
     makeFolder(preferencesFolder());
     std::optional<Pane> pane(std::in_place);
     QObject::connect(&pane->window, &PaneWindow::done, &application, &QGuiApplication::quit);
+    QObject::connect(&instance, &PaneInstance::activated, &pane->window, &PaneWindow::open);
     const int status = pane->window.open() ? QGuiApplication::exec() : EXIT_FAILURE;
+    instance.retire();
     // All that still runs only reads, and may wait for a disk that never answers.
     if (!pane->background.waitForDone())
         std::_Exit(status);

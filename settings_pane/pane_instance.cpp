@@ -3,7 +3,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <utility>
 
 namespace norvane {
 
@@ -12,26 +11,40 @@ namespace {
 constexpr auto busName = "org.norvane.TimeMachineSettings";
 constexpr auto objectPath = "/org/norvane/TimeMachineSettings";
 
-} // namespace
-
-bool PaneInstance::handedOver() {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected() ||
-        bus.interface()->registerService(busName).value() != QDBusConnectionInterface::ServiceNotRegistered)
-        return false;
+bool activateTheOther(const QDBusConnection& bus) {
+    constexpr int milliseconds = 5000; // it may have just begun
     QDBusMessage call =
         QDBusMessage::createMethodCall(busName, objectPath, "org.freedesktop.Application", "Activate");
     call.setArguments({QVariantMap()});
-    constexpr int milliseconds = 2000;
     return bus.call(call, QDBus::Block, milliseconds).type() == QDBusMessage::ReplyMessage;
 }
 
-PaneInstance::PaneInstance(std::function<void()> activate) : activate_(std::move(activate)) {
+} // namespace
+
+PaneInstance::PaneInstance() {
+    // Before the name: whoever finds that finds the object, too.
     QDBusConnection::sessionBus().registerObject(objectPath, this, QDBusConnection::ExportAllSlots);
 }
 
-void PaneInstance::Activate(const QVariantMap& /*platformData*/) { activate_(); }
+bool PaneInstance::handedOver() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    constexpr int tries = 2; // the other may end while it is asked
+    for (int i = 0; i < tries && bus.isConnected(); ++i) {
+        if (bus.interface()->registerService(busName).value() !=
+            QDBusConnectionInterface::ServiceNotRegistered)
+            return false;
+        if (activateTheOther(bus))
+            return true;
+    }
+    return false;
+}
 
-void PaneInstance::Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { activate_(); }
+void PaneInstance::retire() { QDBusConnection::sessionBus().unregisterService(busName); }
+
+void PaneInstance::Activate(const QVariantMap& /*platformData*/) { Q_EMIT activated(); }
+
+void PaneInstance::Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) {
+    Q_EMIT activated();
+}
 
 } // namespace norvane

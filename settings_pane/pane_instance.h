@@ -3,7 +3,6 @@
 
 #include <QObject>
 #include <QVariantMap>
-#include <functional>
 
 namespace norvane {
 
@@ -13,18 +12,20 @@ class PaneInstance : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// True: another pane is there and was brought to the front, so this process should end.
-    [[nodiscard]] static bool handedOver();
+    /// Calls that come before the event loop runs are kept for it.
+    PaneInstance();
 
-    /// `activate` is called when the user opens the pane again.
-    explicit PaneInstance(std::function<void()> activate);
+    /// True: another pane is there and was brought to the front, so this process should end.
+    [[nodiscard]] bool handedOver();
+    /// Whoever opens the pane from now on gets a new one.
+    void retire();
+
+Q_SIGNALS:
+    void activated(); ///< The user opened the pane again.
 
 public Q_SLOTS: // the names are the interface's
     void Activate(const QVariantMap& platformData);
     void Open(const QStringList& uris, const QVariantMap& platformData);
-
-private:
-    const std::function<void()> activate_;
 };
 
 } // namespace norvane
