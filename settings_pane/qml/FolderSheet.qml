@@ -94,7 +94,7 @@ Sheet {
             }
         }
 
-        Keys.onReturnPressed: sheet.chooser.enter(currentIndex)
+        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) sheet.chooser.enter(currentIndex) }
         Keys.onRightPressed: sheet.chooser.enter(currentIndex)
         Keys.onLeftPressed: if (sheet.chooser.canGoUp) sheet.chooser.up()
         ScrollIndicator {

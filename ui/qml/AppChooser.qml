@@ -64,8 +64,8 @@ Rectangle {
                 }
             }
 
-            Keys.onSpacePressed: if (currentItem) currentItem.toggled()
-            Keys.onReturnPressed: if (currentItem) currentItem.toggled()
+            Keys.onSpacePressed: event => { if (currentItem && !event.isAutoRepeat) currentItem.toggled() }
+            Keys.onReturnPressed: event => { if (currentItem && !event.isAutoRepeat) currentItem.toggled() }
             ScrollIndicator {
                 flickable: list
             }

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// What all buttons have in common: Return and assistive programs press them as Space and the pointer do.
+// What all buttons have in common: Return and assistive programs press them as Space and the pointer do, and a key that
+// is held presses once.
 T.Button {
     id: base
 
@@ -9,8 +10,10 @@ T.Button {
     Accessible.name: text
     Accessible.onPressAction: base.press()
 
-    Keys.onReturnPressed: base.press()
-    Keys.onEnterPressed: base.press()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) base.press() }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) base.press() }
+    Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
+    Keys.onReleased: event => event.accepted = event.isAutoRepeat
 
     function press() {
         if (base.enabled)

@@ -33,8 +33,8 @@ Row {
             Accessible.onToggleAction: clicked()
             onClicked: picker.picked(picker.days ^ (1 << modelData.bit))
 
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
+            Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked() }
+            Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked() }
 
             contentItem: Label {
                 horizontalAlignment: Text.AlignHCenter

@@ -13,6 +13,7 @@ FixedWindow {
 
     Shortcut { // wherever the keyboard is
         sequences: ["Return", "Enter"]
+        autoRepeat: false
         onActivated: window.model.forward()
     }
     Connections {

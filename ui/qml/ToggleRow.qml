@@ -18,8 +18,8 @@ T.Switch {
     Accessible.onPressAction: press()
     Accessible.onToggleAction: press()
 
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) press() }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) press() }
 
     function press() {
         if (!enabled)
