@@ -9,7 +9,7 @@ FixedWindow {
     readonly property bool covered: disks.visible || options.visible || folders.visible
 
     width: 520
-    height: 440
+    height: 460
     flags: Qt.Window
     title: Texts.text("Time Machine")
 

@@ -44,6 +44,12 @@ const std::vector<PaneState>& paneStates() {
     static const std::vector<PaneState> states = {
         {"empty", [](PaneScene&) {}},
         {"disk", useDisk},
+        {"disk-new",
+         [](PaneScene& scene) {
+             useDisk(scene);
+             scene.settings.state.disk->latestBackup.reset();
+             scene.settings.state.disk->backupsFolder.clear();
+         }},
         {"disk-away",
          [](PaneScene& scene) {
              useDisk(scene);
