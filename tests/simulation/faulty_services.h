@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -71,13 +72,20 @@ public:
 
     std::optional<PropertyList> object(const std::string& key) const override { return kept_.object(key); }
     void set(const std::string& key, PropertyList value) override {
-        if (!lost())
-            kept_.set(key, std::move(value));
+        if (lost()) {
+            outdated_.insert(key);
+            return;
+        }
+        outdated_.erase(key);
+        kept_.set(key, std::move(value));
     }
     void remove(const std::string& key) override {
         if (!lost())
             kept_.remove(key);
     }
+
+    /// The last write of this value was lost.
+    [[nodiscard]] bool isOutdated(const std::string& key) const { return outdated_.contains(key); }
 
 private:
     bool lost() {
@@ -88,6 +96,7 @@ private:
     }
 
     UserDefaults& kept_;
+    std::set<std::string> outdated_;
     Random& random_;
 };
 

@@ -101,22 +101,26 @@ void Watcher::forgetDurations() {
 }
 
 void Watcher::checkAlerts() {
+    static const std::map<std::string, std::string> lastSentKeys = {
+        {"No verified backup in ", "watchdogstale.lastSent"},
+        {"Backup disk ", "watchdogdestinationFull.lastSent"},
+        {"Startup disk is low on space", "watchdogsourceLow.lastSent"}};
     const auto& posted = w_.notifications.posted;
     for (; alertsSeen_ < posted.size(); ++alertsSeen_) {
         const std::string& title = posted[alertsSeen_].title;
-        const std::string kind = title.substr(0, title.find_first_of("0123456789"));
-        if (kind != "No verified backup in " && kind != "Backup disk " &&
-            kind != "Startup disk is low on space") {
+        const auto key = lastSentKeys.find(title.substr(0, title.find_first_of("0123456789")));
+        if (key == lastSentKeys.end()) {
             --expectedAlerts_;
             continue;
         }
+        const auto& [kind, lastSentKey] = *key;
         const auto last = watchdogs_.find(kind);
-        require(last == watchdogs_.end() || w_.settings.lostAny ||
-                    secondsBetween(last->second, now()) > 86'400,
+        require(last == watchdogs_.end() || !last->second.stored ||
+                    secondsBetween(last->second.at, now()) > 86'400,
                 "the same warning comes at most once a day");
         require(kind != "No verified backup in " || !state().status.running,
                 "no warning of old backups while one runs");
-        watchdogs_[kind] = now();
+        watchdogs_[kind] = {now(), !w_.settings.isOutdated(lastSentKey)};
     }
     require(expectedAlerts_ == 0, "each alert has a reason in the log, and each such reason one alert");
 }
@@ -180,7 +184,7 @@ void Watcher::checkWatchdogs() {
     const auto due = [&](const char* kind, bool wrong) {
         const auto last = watchdogs_.find(kind);
         return wrong && !running_ && !requestedAt_ && !verifyingSince_ &&
-               (last == watchdogs_.end() || secondsBetween(last->second, now()) > 86'400);
+               (last == watchdogs_.end() || secondsBetween(last->second.at, now()) > 86'400);
     };
     const SimulatedTimeMachine& tm = w_.timeMachine;
     const auto total = static_cast<double>(tm.bytesUsed + tm.bytesAvailable);
@@ -206,7 +210,8 @@ void Watcher::checkWatchdogs() {
 void Watcher::checkPunctuality() {
     const ControllerState& s = state();
     const bool overduePause = s.pausedUntil && *s.pausedUntil < now();
-    require(overduePause_.seconds(overduePause, now()) < slowLookSeconds, "a pause ends in time");
+    // A start on the way makes the wait for the next look begin anew.
+    require(overduePause_.seconds(overduePause, now()) < 2 * slowLookSeconds, "a pause ends in time");
     if (s.nextFire && !s.deferral && !running_ && !verifyingSince_ && w_.jumps == jumpsAtPlan_)
         require(secondsBetween(*s.nextFire, now()) < 35, "what is planned is begun in time");
     if (s.deferral && s.deferral == deferral_ && w_.jumps == jumpsAtDeferral_)

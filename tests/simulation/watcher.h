@@ -106,7 +106,11 @@ private:
     std::optional<Instant> stopRequestedAt_;
     std::optional<Instant> skipped_;
     std::optional<Instant> loggedPlan_;
-    std::map<std::string, Instant> watchdogs_; // when each alerted last
+    struct Warning {
+        Instant at;
+        bool stored = false; ///< That it was posted: else it may come again.
+    };
+    std::map<std::string, Warning> watchdogs_; // the last one of each kind
     std::int64_t startsAllowed_ = 0;           // requests that may still lead to a `startbackup`
     std::string shown_ = "Launched";           // the last line that the user should see
     bool running_ = false;
