@@ -193,7 +193,7 @@ ChangeTotals BackupWorker::countTotals() {
         question.bases.push_back(*job_.previousSnapshot);
     if (job_.resuming)
         question.bases.push_back(job_.target);
-    const ChangeTotals totals = countChanges(question, [&] { return around_.stop.requested(); });
+    ChangeTotals totals = countChanges(question, [&] { return around_.stop.requested(); });
     around_.status.setTotals(totals.bytes, totals.files);
     noteSubvolumes(totals.otherFileSystems);
     return totals;
