@@ -4,6 +4,7 @@ namespace norvane {
 namespace {
 
 constexpr auto flagKey = "AutoBackup";
+constexpr auto unwritable = "The preferences cannot be written.";
 
 } // namespace
 
@@ -12,14 +13,31 @@ std::optional<bool> automaticBackups(const UserDefaultsFile& preferences) {
 }
 
 std::string setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer, bool on) {
-    std::string trouble = on ? timer.start() : timer.stop();
+    const std::optional<PropertyList> before = preferences.object(flagKey);
+    const bool ran = timer.state() == HourlyTimer::State::active;
+    const auto store = [&](const std::optional<PropertyList>& flag) {
+        return preferences.update([&](PropertyList::Dictionary& all) {
+            all.erase(flagKey);
+            if (flag)
+                all[flagKey] = *flag;
+        });
+    };
+    if (on) {
+        if (std::string trouble = timer.start(); !trouble.empty())
+            return trouble;
+        if (store(PropertyList{true}))
+            return {};
+        if (!ran)
+            (void)timer.stop();
+        return unwritable;
+    }
+    // In this order: a timer without the flag does nothing, a flag without the timer would be a lie.
+    if (!store(PropertyList{false}))
+        return unwritable;
+    std::string trouble = timer.stop();
     if (!trouble.empty())
-        return trouble;
-    if (preferences.update([&](PropertyList::Dictionary& all) { all[flagKey] = {on}; }))
-        return {};
-    if (on)
-        (void)timer.stop();
-    return "The preferences cannot be written.";
+        (void)store(before);
+    return trouble;
 }
 
 } // namespace norvane

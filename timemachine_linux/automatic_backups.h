@@ -12,8 +12,8 @@ namespace norvane {
 /// What the flag says, whatever the timer does: off, no backup starts by itself. None: nobody has set it.
 [[nodiscard]] std::optional<bool> automaticBackups(const UserDefaultsFile& preferences);
 
-/// Starts or stops the timer, even if the flag says so already, then stores the flag. Returns what went wrong
-/// as a readable text; then the flag is as it was. Empty on success.
+/// Starts or stops the timer, even if the flag says so already, and stores the flag. Returns what went wrong
+/// as a readable text; then flag and timer are as they were. Empty on success.
 [[nodiscard]] std::string setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer,
                                               bool on);
 

@@ -94,6 +94,7 @@ HourlyTimer::State HourlyTimer::state() const {
 }
 
 std::string HourlyTimer::start() const {
+    const bool ran = state() == State::active;
     if (!makeFolder(places_.unitFolder))
         return places_.unitFolder + ": " + std::strerror(errno);
     std::string trouble = replaceFile(places_.unitFolder + "/" + hourlyServiceUnit,
@@ -106,8 +107,8 @@ std::string HourlyTimer::start() const {
         trouble = control({"enable", "--now", hourlyTimerUnit}).trouble;
     if (trouble.empty())
         trouble = control({"is-active", "--quiet", hourlyTimerUnit}).trouble;
-    if (trouble.empty())
-        return {};
+    if (trouble.empty() || ran)
+        return trouble;
     (void)control({"disable", "--now", hourlyTimerUnit});
     removeUnits();
     return trouble;

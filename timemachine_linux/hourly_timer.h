@@ -41,7 +41,7 @@ public:
     [[nodiscard]] State state() const;
 
     /// Installs and starts it, for this session and the next ones. Returns why not, as the tool put it; then
-    /// nothing is left behind. Empty on success.
+    /// nothing is left behind, and one that ran goes on. Empty on success.
     [[nodiscard]] std::string start() const;
 
     /// The opposite. Returns why the timer may still run; empty: it does not.

@@ -87,6 +87,9 @@ TEST(HourlyTimer, StaysOnWhenTheManagerWillNotOrDoesNotAnswer) {
     Manager manager;
     const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("units"), "/lib/tmutil", {}});
     ASSERT_EQ(timer.start(), "");
+    manager.missing = "daemon-reload";
+    EXPECT_EQ(timer.start(), "systemctl --user daemon-reload failed") << "again";
+    EXPECT_EQ(timer.state(), HourlyTimer::State::active);
     manager.missing = "disable";
     EXPECT_EQ(timer.stop(), "systemctl --user disable failed");
     EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
