@@ -30,7 +30,12 @@ QtBackground::QtBackground() {
     pool_.setExpiryTimeout(idleMilliseconds);
 }
 
-QtBackground::~QtBackground() { pool_.waitForDone(); }
+QtBackground::~QtBackground() {
+    pool_.waitForDone();
+    const std::lock_guard guard(mutex_); // hands over all that the works have done
+    works_.clear();
+    completions_.clear();
+}
 
 bool QtBackground::waitForDone() {
     constexpr int patienceMilliseconds = 1000;
