@@ -6,13 +6,16 @@
 
 namespace norvane {
 
+QVariantMap alertProperties(const AlertTexts& texts) {
+    return {{"message", viewText(texts.message)},
+            {"information", viewText(texts.information)},
+            {"button", viewText(texts.button)},
+            {"otherwise", viewText(texts.otherwise)},
+            {"symbol", viewText(texts.symbol)}};
+}
+
 AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, Closed closed)
-    : closed_(std::move(closed)),
-      window_(engine.makeWindow("AlertWindow", {{"message", viewText(texts.message)},
-                                                {"information", viewText(texts.information)},
-                                                {"button", viewText(texts.button)},
-                                                {"otherwise", viewText(texts.otherwise)},
-                                                {"symbol", viewText(texts.symbol)}})) {
+    : closed_(std::move(closed)), window_(engine.makeWindow("AlertWindow", alertProperties(texts))) {
     if (!window_)
         return;
     placeInTheMiddle(*window_);

@@ -20,6 +20,9 @@ struct AlertTexts {
     bool operator==(const AlertTexts&) const = default;
 };
 
+/// What the window "AlertWindow" of ui/qml is made of.
+[[nodiscard]] QVariantMap alertProperties(const AlertTexts& texts);
+
 /// Main thread.
 class AlertWindow : public QObject {
     Q_OBJECT

@@ -16,9 +16,11 @@
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/settings_states.h"
 #include "tests/screenshots/snapshots_states.h"
+#include "ui/alert_window.h"
 #include "ui/panel_view_model.h"
 #include "ui/tray_presenter.h"
 #include "ui/ui_engine.h"
+#include "ui/update_alert.h"
 
 namespace {
 
@@ -141,11 +143,28 @@ bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const
     });
 }
 
-bool photographAlert(UiEngine& engine, const QString& path) {
-    return photograph(engine, path, "AlertWindow",
-                      {{"message", "Norvane is running from the disk image"},
-                       {"information", "Drag Norvane to your Applications folder, then open it from there."},
-                       {"button", "Quit"}});
+struct AlertState {
+    std::string name;
+    AlertTexts texts;
+};
+
+std::vector<AlertState> alertStates() {
+    const UntranslatedText english;
+    const auto update = [&](UpdateResult::Kind kind) {
+        return updateAlertTexts({kind, "1.10.0", "https://updates.example.org/norvane"},
+                                {"1.9.2", "updates.example.org"}, english);
+    };
+    return {{"disk-image",
+             {.message = "Norvane is running from the disk image",
+              .information = "Drag Norvane to your Applications folder, then open it from there.",
+              .button = "Quit"}},
+            {"update", update(UpdateResult::Kind::available)},
+            {"update-none", update(UpdateResult::Kind::upToDate)},
+            {"update-unreachable", update(UpdateResult::Kind::unreachable)}};
+}
+
+bool photographAlert(UiEngine& engine, const AlertState& state, const QString& path) {
+    return photograph(engine, path, "AlertWindow", alertProperties(state.texts));
 }
 
 bool photographSymbols(UiEngine& engine, const QString& path) {
@@ -210,7 +229,6 @@ int main(int argc, char** argv) {
     const auto wanted = [&](const QString& name) { return name.startsWith(arguments.value(3)); };
     bool complete = !wanted("symbols") || photographSymbols(engine, arguments[1] + "/symbols" + ending);
     complete &= !wanted("tray") || photographTray(arguments[1] + "/tray.png");
-    complete &= !wanted("alert") || photographAlert(engine, arguments[1] + "/alert-disk-image" + ending);
     const auto photographAll = [&](const std::string& window, const auto& states, auto take) {
         for (const auto& state : states) {
             const QString name = QString::fromStdString(window + "-" + state.name);
@@ -218,6 +236,7 @@ int main(int argc, char** argv) {
                 complete &= take(engine, state, arguments[1] + "/" + name + ending);
         }
     };
+    photographAll("alert", alertStates(), photographAlert);
     photographAll("panel", screenshots::panelStates(), photographPanel);
     photographAll("onboarding", screenshots::onboardingStates(), photographOnboarding);
     photographAll("pane", screenshots::paneStates(), photographPane);
