@@ -57,6 +57,7 @@ void Watcher::look() {
         forgetDurations();
     jumpsSeen_ = w_.jumps;
     logGrew_ = !w_.logFile.text.empty();
+    onlyWaits_ = true;
     if (!state().destinationName)
         diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty() && !diskIsGone();
     newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(surelyNewSeconds), now());
@@ -146,6 +147,7 @@ void Watcher::checkCommands() {
     const auto starts = std::count(commands.begin(), commands.end(), "tmutil startbackup");
     commands.clear();
     startsAllowed_ -= starts;
+    asked_ |= starts > 0;
     require(startsAllowed_ >= 0, "Time Machine is asked once for each request");
     const bool silent = w_.timeMachine.kind == "Network" && w_.network.answeringHosts.empty();
     require(starts == 0 || !silent || toolsAreFaulty() || !w_.timeMachine.name,
@@ -304,7 +306,7 @@ void Watcher::checkDeferral() {
     require(!d->reasons.empty(), "a deferral has a reason");
     require(d->nextCheck <= d->forceAt, "no look comes after the end of the wait");
     require(state().conditions.hasAnyCondition(), "only conditions defer");
-    require(!deferral_ || d->originalDue == deferral_->originalDue || logGrew_,
+    require(!deferral_ || d->originalDue == deferral_->originalDue || !onlyWaits_,
             "the wait counts from the first due instant");
     if (d == deferral_)
         return;

@@ -115,6 +115,8 @@ private:
     std::string shown_ = "Launched";           // the last line that the user should see
     bool running_ = false;
     bool logGrew_ = false;
+    bool onlyWaits_ = false;             ///< Nothing else was logged since the last look.
+    bool asked_ = false;                 ///< `startbackup` ran since the last request.
     std::optional<Instant> overruledAt_; // when the wait for better conditions last ended
     std::optional<Instant> lastBackup_;  // as the log tells
     std::optional<Instant> catchUpAt_;   // a missed backup is to be made up for then

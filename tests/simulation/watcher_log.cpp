@@ -60,6 +60,7 @@ void Watcher::readLine(std::string_view line) {
     if (line.size() < stampLength)
         return;
     const std::string_view message = line.substr(stampLength);
+    onlyWaits_ &= message.starts_with("Waiting ");
     if (!beginsWithAny(message, silentPrefixes))
         shown_ = message;
     noteRequest(message);
@@ -98,6 +99,7 @@ void Watcher::noteRequest(std::string_view message) {
     require(!state().nextFire && !state().deferredFrom, "nothing is planned once a backup is requested");
     checkRequest(scheduled);
     requestedAt_ = now();
+    asked_ = false;
     jumpsAtRequest_ = w_.jumps;
     unseen_.forget();
     retryFloor_.reset();
@@ -200,8 +202,11 @@ void Watcher::noteFailure(std::string_view message) {
                 "only too little room on the startup disk is called too little");
     if (message.starts_with("Backup disk"))
         require(diskIsGone(), "only a disk that is gone is called gone");
-    if (message.starts_with("Backup never started"))
+    if (message.starts_with("Backup never started")) {
         require(requestedAt_ && secondsBetween(*requestedAt_, now()) > 60, "a start is waited for a minute");
+        require(asked_ || toolsWork_.seconds(!toolsAreFaulty(), now()) <= longestFaultSeconds,
+                "Time Machine is asked for each requested backup");
+    }
     if (message.starts_with("Backup ended without")) {
         require(verifyingSince_ && (!timeWentForward() || secondsBetween(*verifyingSince_, now()) >= 20),
                 "a snapshot is looked for during twenty seconds");
