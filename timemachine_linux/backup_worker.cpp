@@ -18,6 +18,7 @@
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
 #include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshot_room.h"
 #include "timemachine_linux/snapshot_thinning.h"
 #include "timemachine_linux/tree_removal.h"
 
@@ -110,6 +111,8 @@ BackupWorker::Failure BackupWorker::chooseSources() {
     selection_ = selectSources(around_.preferences, around_.places, destination_.path);
     for (const std::string& path : selection_.missing)
         notes_.push_back("A folder to back up is missing: " + path);
+    for (const std::string& path : selection_.inBackups)
+        notes_.push_back("left out: " + path + " holds the backups themselves");
     leaveOutOtherFileSystems();
     std::vector<std::string> unreachable = selection_.unreachable;
     for (const std::string& source : selection_.sources)
@@ -211,29 +214,50 @@ void BackupWorker::noteSubvolumes(const std::vector<std::string>& otherFileSyste
                              " is a subvolume of its own, which can be added to the folders to back up");
 }
 
-/// The oldest go first. The newest whole snapshot stays: the copy builds on it, and it may be all there is.
+/// The oldest go first, and only where that helps: what the newest shares with them stays on the disk. The
+/// newest whole snapshot stays: the copy builds on it, and it may be all there is.
 void BackupWorker::makeRoom(std::int64_t bytes) {
-    const auto tooLittle = [&] {
-        const auto space = spaceOf(store_.folder());
-        if (!space)
-            return false;
-        const std::int64_t whole = space->availableBytes + space->usedBytes;
-        // Folders are not counted, files take whole blocks and grow meanwhile.
-        const std::int64_t wanted = bytes + bytes / 10 + whole / 100;
-        return space->availableBytes < wanted && wanted < whole; // else it would all be in vain
-    };
-    std::vector<Snapshot> snapshots = store_.list();
-    while (snapshots.size() > 1 && !around_.stop.requested() && tooLittle()) {
-        around_.status.enter(phase::thinningBefore);
-        if (!remove(snapshots.front()))
+    std::vector<Snapshot> old = store_.list();
+    if (!old.empty())
+        old.pop_back();
+    old.resize(superfluous(old, bytes));
+    for (const Snapshot& snapshot : old) {
+        if (around_.stop.requested() || missingRoom(comfortable(bytes)) <= 0 || !remove(snapshot))
             return;
-        notes_.push_back("Removed the oldest backup to make room: " + snapshots.front().name);
+        notes_.push_back("Removed the oldest backup to make room: " + snapshot.name);
         // Some file systems count freed room only then. By a descriptor of its own: each hears of an error
         // once.
         const FileDescriptor folder(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         (void)::syncfs(folder.get());
-        snapshots.erase(snapshots.begin());
     }
+}
+
+/// How many of these must go for the backup: with room to spare where that can be had.
+std::size_t BackupWorker::superfluous(const std::vector<Snapshot>& snapshots, std::int64_t bytes) {
+    std::vector<std::string> folders;
+    for (const Snapshot& snapshot : snapshots)
+        folders.push_back(store_.pathOf(snapshot.name));
+    for (const std::int64_t wanted : {comfortable(bytes), bytes}) {
+        const std::int64_t missing = missingRoom(wanted);
+        if (missing <= 0)
+            return 0;
+        around_.status.enter(phase::thinningBefore);
+        if (const auto count = snapshotsHolding(missing, folders, [&] { return around_.stop.requested(); }))
+            return *count;
+    }
+    notes_.emplace_back("Removing old backups would not make enough room");
+    return 0;
+}
+
+/// Folders are not counted, files take whole blocks and grow meanwhile.
+std::int64_t BackupWorker::comfortable(std::int64_t bytes) const {
+    const auto space = spaceOf(store_.folder());
+    return bytes + bytes / 10 + (space ? space->availableBytes + space->usedBytes : 0) / 100;
+}
+
+std::int64_t BackupWorker::missingRoom(std::int64_t bytes) const {
+    const auto space = spaceOf(store_.folder());
+    return space ? bytes - space->availableBytes : 0;
 }
 
 /// True: snapshots have gone.

@@ -13,6 +13,7 @@
 #include <set>
 
 #include "platform/linux/mount_table.h"
+#include "timemachine/text_values.h"
 #include "timemachine_linux/backup_place.h"
 #include "timemachine_linux/file_system_probe.h"
 #include "timemachine_linux/mounted_paths.h"
@@ -112,7 +113,7 @@ DestinationProblem problemOf(const DestinationFacts& facts) {
     if (facts.path == "/")
         return rootFolder;
     // Whoever reads the one line in which the path is printed trims it.
-    if (!isPrintableUtf8(facts.path) || facts.path.back() == ' ')
+    if (!isPrintableUtf8(facts.path) || trimWhitespace(facts.path) != facts.path)
         return unprintable;
     if (anyPath(facts, isASource))
         return isSource;

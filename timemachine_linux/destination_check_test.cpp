@@ -41,6 +41,7 @@ TEST(DestinationVerdict, FollowsFromTheFacts) {
         {"line feed", [](auto& f) { f.path = "/a\nb"; }, Problem::unprintable, "/a\\#012b: "},
         {"bytes", [](auto& f) { f.path = "/a\xff"; }, Problem::unprintable, "/a\\#377: "},
         {"space at the end", [](auto& f) { f.path = "/a "; }, Problem::unprintable, "space"},
+        {"wide space", [](auto& f) { f.path = "/a\u3000"; }, Problem::unprintable, "space"},
         {"source", [](auto& f) { f.sources = {f.path}; }, Problem::isSource, "itself backed up"},
         {"backup", [](auto& f) { f.backup = "/d/h/s"; }, Problem::insideBackup, "the backup /d/h/s"},
         {"read-only", [](auto& f) { f.writeError = EROFS; }, Problem::readOnly, "read-only"},

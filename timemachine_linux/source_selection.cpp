@@ -17,6 +17,7 @@
 #include "timemachine_linux/local_snapshots.h"
 #include "timemachine_linux/mounted_paths.h"
 #include "timemachine_linux/paths.h"
+#include "timemachine_linux/snapshot_store.h"
 
 namespace norvane {
 namespace {
@@ -85,6 +86,21 @@ bool removePath(UserDefaultsFile& preferences, const char* key, const Paths& ini
     });
 }
 
+/// A destination below a source as a whole. Of one around a source, as of a disk that also holds photos, its
+/// backups.
+void leaveOutBackups(const std::string& destinationFolder, Paths& sources, SourceSelection& selection) {
+    if (destinationFolder.empty())
+        return;
+    const std::string store = SnapshotStore(destinationFolder, hostFolderName()).folder();
+    const Paths stores = pathsOf(store);
+    const auto inBackups = [&](const std::string& source) { return covered(stores, source); };
+    std::copy_if(sources.begin(), sources.end(), std::back_inserter(selection.inBackups), inBackups);
+    std::erase_if(sources, inBackups);
+    for (std::string& path : pathsOf(destinationFolder))
+        if (covered(sources, path))
+            addOnce(selection.excluded, std::move(path));
+}
+
 bool onSameFileSystem(const std::string& one, const std::string& other) {
     struct stat first {};
     struct stat second {};
@@ -132,10 +148,7 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
         addOnce(selection.excluded, LocalSnapshots(volume).folder());
     for (const std::string& path : configuredExclusions(preferences, places))
         addOnce(selection.excluded, resolvedOrAsGiven(path));
-    if (!destinationFolder.empty())
-        for (std::string& path : pathsOf(destinationFolder))
-            if (covered(found, path))
-                addOnce(selection.excluded, std::move(path));
+    leaveOutBackups(destinationFolder, found, selection);
     for (const std::string& path : found) {
         const bool inside = std::any_of(found.begin(), found.end(), [&](const std::string& other) {
             return other != path && isWithin(path, other) && onSameFileSystem(path, other);

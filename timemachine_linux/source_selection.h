@@ -32,6 +32,8 @@ struct SourceSelection {
         sources; ///< Canonical, none excluded, none inside another on the same file system.
     std::vector<std::string> excluded; ///< Paths that are left out with all below them.
     std::vector<std::string> missing;  ///< Configured sources that do not exist now.
+    /// Configured sources that are, or lie in, this machine's backups, which must not hold themselves.
+    std::vector<std::string> inBackups;
     /// Of configured sources that are there and cannot be reached: the path and why, "/data: I/O error".
     std::vector<std::string> unreachable;
 };

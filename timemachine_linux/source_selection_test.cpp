@@ -8,6 +8,7 @@
 #include "timemachine_linux/backup_sandbox.h"
 #include "timemachine_linux/leftover_note.h"
 #include "timemachine_linux/paths.h"
+#include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/tree_removal.h"
 
 namespace norvane {
@@ -52,6 +53,11 @@ TEST(SourceSelection, TakesFoldersOnceAndOnlyThoseNotExcluded) {
     // A destination around a source must not swallow it.
     box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/a"}}});
     EXPECT_EQ(selectSources(box.preferences, places, home).sources, Paths{home + "/a"});
+    const std::string backup = home + "/" + hostFolderName() + "/2024-05-01-101500";
+    fs::create_directories(backup);
+    box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/a"}, {backup}}});
+    EXPECT_EQ(selectSources(box.preferences, places, home).sources, Paths{home + "/a"});
+    EXPECT_EQ(selectSources(box.preferences, places, home).inBackups, Paths{backup});
     EXPECT_FALSE(isWithin("/home/user2", "/home/user"));
 }
 

@@ -201,6 +201,33 @@ TEST_F(Tmutil, OldBackupsMakeWayAndAKillHarmsNone) {
         EXPECT_NE(entry.path().extension(), ".inProgress");
 }
 
+TEST_F(Tmutil, OldBackupsStayWhereTheirRemovalMakesNoRoom) {
+    if (box.run({"mount", "-t", "tmpfs", "-o", "size=40m", "none", box.destination()}).exitCode != 0)
+        GTEST_SKIP() << "needs root";
+    useDestination();
+    const auto write = [&](const char* name, std::size_t megabytes) {
+        writeFile(box.tree() + name, std::string(megabytes << 20, 'x'));
+    };
+    write("/kept", 20);
+    write("/replaced", 6);
+    backUp();
+    write("/replaced", 5);
+    backUp();
+    backUp();
+    const auto before = box.snapshots();
+    ASSERT_EQ(before.size(), 3U);
+    write("/new", 19); // with the 6 MB that only the oldest holds, it would still be too much
+    EXPECT_NE(box.tmutil({"startbackup", "--block"}).exitCode, 0);
+    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::destinationFull));
+    EXPECT_EQ(box.snapshots(), before);
+    write("/new", 13); // now the oldest is enough
+    backUp();
+    EXPECT_EQ(box.snapshots().size(), 3U);
+    EXPECT_EQ(*box.recorded("MessageParameters").array()->front().string(),
+              "Removed the oldest backup to make room: " + fs::path(before.front()).filename().string());
+    EXPECT_EQ(box.run({"umount", box.destination()}).exitCode, 0);
+}
+
 TEST_F(Tmutil, RsyncMissingAndDiskFullAreToldApart) {
     writeFile(box.in("image"), "");
     fs::resize_file(box.in("image"), std::uintmax_t{64} << 20);
