@@ -112,7 +112,8 @@ private:
     const TimeZoneWatch timeZoneWatch_;
     const EnglishTexts texts_;
     QtBackground background_; // after all that its works use
-    DesktopEntries desktopEntries_{background_};
+    DesktopEntries desktopEntries_{background_, runner_,
+                                   ownToolsFolder(programFolder()) + "/desktop-entries"};
     DesktopApplications applications_{desktopEntries_};
     LinuxMeasurements measurements_{power_, desktopEntries_, "/proc", "/dev"};
     BackupController controller_;

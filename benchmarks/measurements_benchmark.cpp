@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/linux/child_command_runner.h"
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/posix_services.h"
 #include "platform/linux/qt_background.h"
@@ -34,8 +35,9 @@ int main(int argc, char** argv) {
     BusLink bus(
         [](const QString& name) { return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name); });
     DesktopPower power(bus, nullptr, "/sys/class/power_supply");
+    const ChildCommandRunner runner;
     QtBackground background;
-    DesktopEntries entries(background);
+    DesktopEntries entries(background, runner, NORVANE_LIBEXEC_DIR "/desktop-entries");
     LinuxMeasurements measurements(power, entries, "/proc", argv[1]);
     const PosixFileSystem files("/");
     for (int i = 0; i < 20; ++i) { // takes what the services answer

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -132,6 +133,72 @@ TEST(Norvane, NothingThatIsMissingStopsIt) {
         kill(program, SIGTERM);
         EXPECT_EQ(user.waitForExit(program, 5), 128 + SIGTERM);
     }
+}
+
+/// A mounted file system that takes every question about what is in it, and never answers: who asks cannot
+/// even be killed.
+class DeadDisk {
+public:
+    DeadDisk() {
+        std::filesystem::create_directory(path());
+        std::ofstream(folder_.path("program.py")) << R"(
+import stat, sys, time
+from fusepy import FUSE, Operations
+class Disk(Operations):
+    def init(self, path):
+        print('mounted', flush=True)
+    def getattr(self, path, fh=None):
+        if path != '/':
+            print('asked for', path, flush=True)
+            time.sleep(1000)
+        return dict(st_mode=stat.S_IFDIR | 0o755, st_nlink=2)
+FUSE(Disk(), sys.argv[1], foreground=True, attr_timeout=0, entry_timeout=0)
+)";
+        server_.emplace(std::vector<std::string>{"/usr/bin/python3", folder_.path("program.py"), path()});
+    }
+    ~DeadDisk() {
+        server_->end(); // frees those who wait
+        PeerProcess({"umount", "-l", path()}).waitForExit();
+    }
+    DeadDisk(const DeadDisk&) = delete;
+    DeadDisk& operator=(const DeadDisk&) = delete;
+
+    [[nodiscard]] std::string path() const { return folder_.path("disk"); }
+    [[nodiscard]] const PeerProcess& server() const { return *server_; }
+
+private:
+    ScratchFolder folder_;
+    std::optional<PeerProcess> server_;
+};
+
+TEST(Norvane, APipeAmongTheApplicationsNeverHoldsIt) {
+    ProgramFixture user;
+    std::filesystem::create_directories(user.path("data/applications"));
+    ASSERT_EQ(mkfifo(user.path("data/applications/x.desktop").c_str(), 0600), 0);
+    const pid_t program = user.start(NORVANE_BIN_DIR "/norvane", {"XDG_DATA_DIRS=" + user.path("data")});
+    ASSERT_TRUE(user.waitForLog("Next backup scheduled for", 10));
+    const std::string reader = user.shell("timeout 5 sh -c 'until pgrep -P " + std::to_string(program) +
+                                          " desktop-entries; do sleep 0.05; done'");
+    EXPECT_NE(reader, "");
+    user.action("quit");
+    EXPECT_EQ(user.waitForExit(program, 5), 0);
+    EXPECT_TRUE(eventually([&] { return !std::filesystem::exists("/proc/" + reader + "/exe"); }));
+}
+
+TEST(Norvane, ADeadDiskAmongTheApplicationsNeverHoldsIt) {
+    if (!std::filesystem::exists("/usr/lib/python3/dist-packages/fusepy.py") ||
+        !std::filesystem::exists("/dev/fuse"))
+        GTEST_SKIP() << "python3-fusepy is not installed, or the kernel has no FUSE";
+    const DeadDisk disk;
+    ASSERT_TRUE(disk.server().waitForOutput("mounted")) << disk.server().output();
+    ProgramFixture user;
+    const std::string path = std::getenv("PATH");
+    const pid_t program = user.start(NORVANE_BIN_DIR "/norvane", {"XDG_DATA_DIRS=" + disk.path() + "/share",
+                                                                  "PATH=" + disk.path() + "/bin:" + path});
+    EXPECT_TRUE(user.waitForLog("Next backup scheduled for", 10));
+    EXPECT_TRUE(disk.server().waitForOutput("asked for")) << "so that its reader waits";
+    user.action("quit");
+    EXPECT_EQ(user.waitForExit(program, 5), 0);
 }
 
 TEST(Norvane, DoesNotRunFromADiskImage) {

@@ -9,6 +9,7 @@
 
 #include "platform/linux/capture_devices.h"
 #include "platform/linux/pipewire_media.h"
+#include "platform/linux/program_search.h"
 #include "platform/linux/pulse_recording.h"
 
 namespace norvane {
@@ -44,10 +45,8 @@ std::optional<double> LinuxMeasurements::loadPerCore() {
 }
 
 std::set<std::string> LinuxMeasurements::runningApplications() {
-    const char* searchPath = std::getenv("PATH");
-    std::set<std::string> applications =
-        running_.now(procFolder_, entries_.known(), searchPath ? searchPath : "",
-                     std::chrono::steady_clock::now() + processesLimit);
+    std::set<std::string> applications = running_.now(procFolder_, entries_.known(), searchPathOfProcess(),
+                                                      std::chrono::steady_clock::now() + processesLimit);
     entries_.refresh(); // for the next look
     return applications;
 }

@@ -13,13 +13,17 @@ std::string programFolder() {
     return program.substr(0, program.rfind('/') == std::string::npos ? 0 : program.rfind('/'));
 }
 
+std::string ownToolsFolder(const std::string& binFolder) {
+    return binFolder.substr(0, binFolder.rfind('/')) + "/libexec/norvane";
+}
+
 ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder) {
     ToolPaths ofSystem{"/usr/bin/tmutil", "/usr/bin/defaults"};
     // Both or none: other packages bring a "defaults" that knows nothing of Time Machine.
     if (files.exists(ofSystem.tmutil) && files.exists(ofSystem.defaults))
         return ofSystem;
-    const std::string own = binFolder.substr(0, binFolder.rfind('/')) + "/libexec/norvane/";
-    return {own + "tmutil", own + "defaults"};
+    const std::string own = ownToolsFolder(binFolder);
+    return {own + "/tmutil", own + "/defaults"};
 }
 
 } // namespace norvane

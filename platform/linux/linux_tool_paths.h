@@ -11,8 +11,11 @@ namespace norvane {
 /// The folder of the running program, from /proc/self/exe; empty when unknown.
 [[nodiscard]] std::string programFolder();
 
-/// `binFolder`: where this program lies. Its tools are in ../libexec/norvane from there, in the build tree as
-/// in the installed one.
+/// Where the tools are that come with the program in `binFolder`: ../libexec/norvane from there, in the build
+/// tree as in the installed one.
+[[nodiscard]] std::string ownToolsFolder(const std::string& binFolder);
+
+/// `binFolder`: where this program lies.
 [[nodiscard]] ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder);
 
 } // namespace norvane

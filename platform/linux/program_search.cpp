@@ -23,6 +23,11 @@ std::vector<std::string> foldersThatMayNeverAnswer() {
 
 } // namespace
 
+std::string searchPathOfProcess() {
+    const char* const folders = std::getenv("PATH");
+    return folders ? folders : "";
+}
+
 ProgramSearch::ProgramSearch(const std::string& searchPath, Reach reach) {
     if (reach == Reach::prompt)
         slowFolders_ = foldersThatMayNeverAnswer();

@@ -7,6 +7,9 @@
 
 namespace norvane {
 
+/// $PATH.
+[[nodiscard]] std::string searchPathOfProcess();
+
 /// Remembers what it found, because most names are asked for again and again. One thread at a time.
 class ProgramSearch {
 public:

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/application_identity.h"
-#include "platform/linux/program_search.h"
+#include "platform/linux/child_command_runner.h"
 #include "platform/linux/test_peers.h"
 #include "platform/simulated/simulated_time.h"
 
@@ -54,14 +54,10 @@ struct Process {
 };
 
 TEST(RunningApplications, AreTheUnionOfAllTraces) {
-    ProgramSearch programs("/usr/bin", ProgramSearch::Reach::everywhere);
-    std::vector<DesktopEntry> entries;
-    for (const auto& [id, executable] : {std::pair("editor", "/opt/editor/bin/editor"),
-                                         {"editor-safe", "/opt/editor/bin/editor"},
-                                         {"shell-thing", "sh"},
-                                         {"script", "/opt/script.py"},
-                                         {"gone", "no-such-program"}})
-        entries.push_back({id, programOfEntry(executable, programs)});
+    const std::vector<DesktopEntry> entries = {{"editor", "/opt/editor/bin/editor"},
+                                               {"editor-safe", "/opt/editor/bin/editor"},
+                                               {"script", "/opt/script.py"},
+                                               {"without a program of its own", ""}};
     const std::string note = "A=1\0GIO_LAUNCHED_DESKTOP_FILE=/x/applications/kde/viewer.desktop\0"s +
                              "GIO_LAUNCHED_DESKTOP_FILE_PID="s;
     const std::string viewer = "/opt/viewer\0"s;
@@ -104,6 +100,40 @@ TEST(RunningApplications, AreTheUnionOfAllTraces) {
     }
 }
 
+TEST(DesktopEntries, StayAsTheyAreWhenTheyCannotBeRead) {
+    struct Reader final : CommandRunner {
+        std::optional<CommandResult> result;
+        std::optional<CommandResult> run(const std::string&, const std::vector<std::string>&,
+                                         double) const override {
+            return result;
+        }
+    };
+    SimulatedTime background{Instant()};
+    const std::string good = textOfEntries({{.id = "a\xff", .program = "/a"}});
+    Reader reader;
+    reader.result = CommandResult{0, good, ""};
+    DesktopEntries entries(background, reader, "/reader");
+    background.settle();
+    const std::optional<CommandResult> failures[] = {
+        std::nullopt,
+        CommandResult{15, textOfEntries({}), ""},
+        CommandResult{0, "", ""},
+        CommandResult{0, "{}", ""},
+        CommandResult{0, "[{}]", ""},
+        CommandResult{0, good.substr(0, good.size() - 1), ""},
+        CommandResult{0, R"([{"id":1,"program":"","name":"","icon":"","shown":true}])", ""},
+    };
+    for (const auto& failure : failures) {
+        reader.result = failure;
+        bool told = false;
+        entries.refresh([&] { told = true; });
+        background.settle();
+        EXPECT_TRUE(told);
+        ASSERT_EQ(entries.known().size(), 1U) << (failure ? failure->stdout : "not started");
+        EXPECT_EQ(entries.known().front().id, "a\uFFFD");
+    }
+}
+
 TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
     const ScratchFolder folder;
     fs::create_directories(folder.path("applications/sub"));
@@ -117,12 +147,14 @@ TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
     entry("sub/other.desktop", "Exec=\"" + program + "\"\nTryExec=/nonexistent\n");
     entry("hidden.desktop", "Hidden=true\nExec=" + program + "\n");
     entry("torn.desktop", "Exec");
+    entry("shell.desktop", "Exec=sh -c demo-app\n");
     setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
     setenv("XDG_DATA_DIRS", "/nonexistent", 1);
     const std::string searchPath = folder.path() + ":/usr/bin";
     setenv("PATH", searchPath.c_str(), 1);
     SimulatedTime background{Instant()};
-    DesktopEntries entries(background);
+    const ChildCommandRunner runner;
+    DesktopEntries entries(background, runner, NORVANE_LIBEXEC_DIR "/desktop-entries");
     RunningApplications applications;
     const auto running = [&] {
         background.settle();
@@ -136,6 +168,10 @@ TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
         entries.refresh([&] { ++told; }); // together with the reading that goes on
     EXPECT_FALSE(running().contains("org.demo.App"));
     EXPECT_EQ(told, 2);
+    std::map<std::string, std::string> programs;
+    for (const DesktopEntry& known : entries.known())
+        programs.emplace(known.id, known.program);
+    EXPECT_EQ(programs, (std::map<std::string, std::string>{{"org.demo.App", program}, {"shell", ""}}));
     {
         const PeerProcess demo({program, "100"});
         EXPECT_TRUE(eventually([&] { return running().contains("org.demo.App"); }));
