@@ -1,13 +1,17 @@
 #include "platform/linux/autostart_file.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <string_view>
 #include <unistd.h>
 #include <utility>
 
-#include <gio/gdesktopappinfo.h>
+#include <glib.h>
 
+#include "platform/linux/program_search.h"
+#include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 
 namespace norvane {
@@ -19,7 +23,7 @@ constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;
 constexpr auto gnomeSwitch = "X-GNOME-Autostart-enabled";
 
 using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
-using AppInfo = std::unique_ptr<GDesktopAppInfo, decltype(&g_object_unref)>;
+using Texts = std::unique_ptr<char*, decltype(&g_strfreev)>;
 
 bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
@@ -36,19 +40,64 @@ std::string quoted(std::string_view word) {
     return result + '"';
 }
 
-bool startsProgram(const std::string& file) {
-    // None also when the program of TryExec or Exec is missing.
-    const AppInfo entry(g_desktop_app_info_new_from_filename(file.c_str()), g_object_unref);
-    if (!entry || g_desktop_app_info_get_is_hidden(entry.get()) ||
-        !g_desktop_app_info_has_key(entry.get(), G_KEY_FILE_DESKTOP_KEY_EXEC))
+KeyFile noEntry() { return {g_key_file_new(), g_key_file_unref}; }
+
+/// Empty when it has no such key.
+std::string textOf(const KeyFile& entry, const char* key) {
+    char* const value = g_key_file_get_string(entry.get(), group, key, nullptr);
+    std::string text = value ? value : "";
+    g_free(value);
+    return text;
+}
+
+bool isTrue(const KeyFile& entry, const char* key) {
+    return g_key_file_get_boolean(entry.get(), group, key, nullptr) != FALSE;
+}
+
+std::string firstWord(const std::string& commandLine) {
+    char** words = nullptr;
+    if (!g_shell_parse_argv(commandLine.c_str(), nullptr, &words, nullptr))
+        return {};
+    const Texts owner(words, g_strfreev);
+    return words[0];
+}
+
+/// Whether the list is there and names this desktop.
+bool names(const KeyFile& entry, const char* list, const std::string& desktop) {
+    const Texts listed(g_key_file_get_string_list(entry.get(), group, list, nullptr, nullptr), g_strfreev);
+    return listed && g_strv_contains(listed.get(), desktop.c_str());
+}
+
+/// OnlyShowIn and NotShowIn; the desktop's own names, most important first, are in XDG_CURRENT_DESKTOP.
+bool isForThisDesktop(const KeyFile& entry) {
+    const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
+    std::istringstream desktops(variable ? variable : "");
+    for (std::string desktop; std::getline(desktops, desktop, ':');) {
+        if (names(entry, G_KEY_FILE_DESKTOP_KEY_ONLY_SHOW_IN, desktop))
+            return true;
+        if (names(entry, G_KEY_FILE_DESKTOP_KEY_NOT_SHOW_IN, desktop))
+            return false;
+    }
+    return !g_key_file_has_key(entry.get(), group, G_KEY_FILE_DESKTOP_KEY_ONLY_SHOW_IN, nullptr);
+}
+
+/// `text`: of a desktop entry.
+bool startsProgram(const std::string& text) {
+    const KeyFile entry = noEntry();
+    if (!g_key_file_load_from_data(entry.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) ||
+        textOf(entry, G_KEY_FILE_DESKTOP_KEY_TYPE) != G_KEY_FILE_DESKTOP_TYPE_APPLICATION ||
+        isTrue(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) || !isForThisDesktop(entry))
         return false;
-    const bool switchedOff = g_desktop_app_info_has_key(entry.get(), gnomeSwitch) &&
-                             !g_desktop_app_info_get_boolean(entry.get(), gnomeSwitch);
-    return !switchedOff && g_desktop_app_info_get_show_in(entry.get(), nullptr);
+    const bool switchedOff =
+        g_key_file_has_key(entry.get(), group, gnomeSwitch, nullptr) && !isTrue(entry, gnomeSwitch);
+    ProgramSearch programs(searchPathOfProcess(), ProgramSearch::Reach::prompt);
+    const std::string condition = textOf(entry, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC);
+    return !switchedOff && (condition.empty() || programs.has(condition)) &&
+           programs.has(firstWord(textOf(entry, G_KEY_FILE_DESKTOP_KEY_EXEC)));
 }
 
 KeyFile newEntry() {
-    KeyFile entry(g_key_file_new(), g_key_file_unref);
+    KeyFile entry = noEntry();
     g_key_file_set_string(entry.get(), group, "Type", "Application");
     g_key_file_set_string(entry.get(), group, "Name", "Norvane");
     return entry;
@@ -78,7 +127,9 @@ AutostartFile::Folders AutostartFile::Folders::ofUser() {
 AutostartFile::AutostartFile(Folders folders, std::string program)
     : folders_(std::move(folders)), userFile_(folders_.user + fileName), program_(std::move(program)) {}
 
-bool AutostartFile::enabled() const { return startsProgram(exists(userFile_) ? userFile_ : systemFile()); }
+bool AutostartFile::enabled() const {
+    return startsProgram(readSmallFile(exists(userFile_) ? userFile_ : systemFile()));
+}
 
 void AutostartFile::enable(const Done& done) {
     const KeyFile entry = newEntry();

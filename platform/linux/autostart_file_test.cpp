@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/linux/test_peers.h"
 
@@ -51,7 +52,10 @@ struct AutostartFileTest : testing::Test {
 };
 
 TEST_F(AutostartFileTest, RealSessionsStartWhatWasRegistered) {
-    EXPECT_FALSE(item.enabled());
+    std::filesystem::create_directories(folder.path("config/autostart"));
+    ASSERT_EQ(mkfifo(entry.c_str(), 0600), 0);
+    EXPECT_FALSE(item.enabled()) << "a pipe that nobody writes to";
+    EXPECT_EQ(set(false), "");
     EXPECT_EQ(set(false), "") << "nothing to remove";
     EXPECT_EQ(set(true), "");
     EXPECT_TRUE(item.enabled());
@@ -98,9 +102,13 @@ TEST_F(AutostartFileTest, StatusIsWhatASessionMakesOfTheEntry) {
         {"Exec=true\nTryExec=/nonexistent/program\n", false},
         {"Exec=/nonexistent/program\n", false, false},
         {"Exec=true\nOnlyShowIn=Another;\n", false, false},
+        {"Exec=true\nOnlyShowIn=Another;Demo;\n", true, false},
+        {"Exec=true\nNotShowIn=Demo;\n", false, false},
+        {"Exec=\"unfinished\n", false},
         {"\xff garbage", false},
         {"", false},
     };
+    setenv("XDG_CURRENT_DESKTOP", "Special:Demo", 1);
     for (const Case& c : cases) {
         writeEntry("config/autostart", c.lines);
         EXPECT_EQ(item.enabled(), c.enabled) << c.lines;

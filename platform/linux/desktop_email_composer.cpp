@@ -10,6 +10,7 @@
 
 #include "platform/linux/desktop_portal.h"
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/program_search.h"
 
 namespace norvane {
 
@@ -28,8 +29,10 @@ QDBusMessage composeCall(const Email& email, const QDBusUnixFileDescriptor& atta
 }
 
 void composeByTool(const Email& email) {
+    // Qt would look for it in folders that may never answer.
+    ProgramSearch programs(searchPathOfProcess(), ProgramSearch::Reach::prompt);
     QProcess tool;
-    tool.setProgram("xdg-email");
+    tool.setProgram(QString::fromStdString(programs.file("xdg-email")));
     tool.setArguments({"--utf8", "--subject", QString::fromStdString(email.subject), "--body",
                        QString::fromStdString(email.body), "--attach",
                        QString::fromStdString(email.attachment), QString::fromStdString(email.recipient)});

@@ -8,18 +8,21 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QUrl>
-#include <gio/gio.h>
 #include <utility>
+
+#include "platform/linux/program_search.h"
 
 namespace norvane {
 
 namespace {
 
-bool isRegistered(const std::string& scheme) {
-    GAppInfo* const handler = g_app_info_get_default_for_uri_scheme(scheme.c_str());
-    if (handler)
-        g_object_unref(handler);
-    return handler != nullptr;
+void openWithDesktop(const QUrl& url) {
+    // Qt looks for xdg-open on this thread, in every folder of PATH.
+    if (ProgramSearch programs(searchPathOfProcess(), ProgramSearch::Reach::prompt); programs.leavesOut())
+        QProcess::startDetached(QString::fromStdString(programs.file("xdg-open")),
+                                {url.toString(QUrl::FullyEncoded)});
+    else
+        QDesktopServices::openUrl(url);
 }
 
 } // namespace
@@ -30,11 +33,11 @@ void DesktopWorkspace::openUrl(const std::string& url) {
     const QUrl parsed(QString::fromStdString(url), QUrl::StrictMode);
     if (!parsed.isValid())
         return;
-    const bool ours = !own_.scheme.empty() && url.starts_with(own_.scheme + ":");
-    if (ours && !isRegistered(own_.scheme))
+    // Not by way of the desktop's handlers: in a build tree there is none, and no other program has the pane.
+    if (!own_.scheme.empty() && url.starts_with(own_.scheme + ":"))
         QProcess::startDetached(QString::fromStdString(own_.program), {QString::fromStdString(url)});
     else
-        QDesktopServices::openUrl(parsed);
+        openWithDesktop(parsed);
 }
 
 void DesktopWorkspace::revealFile(const std::string& path) {
@@ -47,7 +50,7 @@ void DesktopWorkspace::revealFile(const std::string& path) {
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, file] {
         const QDBusPendingReply<> reply = *watcher;
         if (reply.isError())
-            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+            openWithDesktop(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
         watcher->deleteLater();
     });
 }

@@ -7,8 +7,7 @@
 
 namespace norvane {
 
-/// A program of our own that opens the URLs of a scheme where no program is registered for them, as in a
-/// build tree. It gets the URL as its only argument.
+/// A program of our own that opens the URLs of a scheme. It gets the URL as its only argument.
 struct OwnUrlHandler {
     std::string scheme;
     std::string program; ///< Absolute.

@@ -32,9 +32,12 @@ ProgramSearch::ProgramSearch(const std::string& searchPath, Reach reach) {
     if (reach == Reach::prompt)
         slowFolders_ = foldersThatMayNeverAnswer();
     std::istringstream folders(searchPath);
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (folder.starts_with('/') && !mayWait(folder))
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        if (mayWait(folder))
+            leavesOut_ = true;
+        else if (folder.starts_with('/'))
             folders_.push_back(folder);
+    }
 }
 
 const std::string& ProgramSearch::file(const std::string& name) {
@@ -44,8 +47,14 @@ const std::string& ProgramSearch::file(const std::string& name) {
     return known->second;
 }
 
+bool ProgramSearch::has(const std::string& name) {
+    if (!name.starts_with('/'))
+        return !file(name).empty();
+    return mayWait(name) || access(name.c_str(), X_OK) == 0;
+}
+
 std::string ProgramSearch::find(const std::string& name) const {
-    if (name.find('/') != std::string::npos)
+    if (name.empty() || name.find('/') != std::string::npos)
         return name.starts_with('/') ? canonical(name) : std::string();
     for (const std::string& folder : folders_)
         if (const std::string path = std::string(folder).append("/").append(name);

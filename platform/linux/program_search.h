@@ -25,6 +25,12 @@ public:
     /// is no such program. `name`: a path, or a name to be looked up.
     [[nodiscard]] const std::string& file(const std::string& name);
 
+    /// Whether there is such a program; taken for granted of a path on a file system that is left out.
+    [[nodiscard]] bool has(const std::string& name);
+
+    /// Whether PATH names folders that are left out.
+    [[nodiscard]] bool leavesOut() const { return leavesOut_; }
+
 private:
     [[nodiscard]] std::string find(const std::string& name) const;
     [[nodiscard]] std::string canonical(const std::string& path) const;
@@ -32,6 +38,7 @@ private:
 
     std::vector<std::string> slowFolders_; // where the file systems that are left out are mounted
     std::vector<std::string> folders_;
+    bool leavesOut_ = false;
     std::map<std::string, std::string> files_;
 };
 
