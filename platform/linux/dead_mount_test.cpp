@@ -43,9 +43,19 @@ TEST(PosixFileSystem, DoesNotWaitForADeadMount) {
     EXPECT_TRUE(files.exists(mount));
     EXPECT_TRUE(files.exists(mount + "/other")) << "unanswered";
     EXPECT_EQ(files.mountPointOf(mount + "/backups"), mount);
-    ProgramSearch programs(mount + "/backups:/usr/bin", ProgramSearch::Reach::prompt);
-    EXPECT_NE(programs.file("env"), "") << "in the folder behind the dead one";
-    EXPECT_EQ(programs.file(mount + "/program"), mount + "/program");
+    std::filesystem::create_directory(folder.path("bin"));
+    std::filesystem::create_symlink("../disk/program", folder.path("bin/program"));
+    std::filesystem::create_symlink(mount, folder.path("link"));
+    ProgramSearch programs(folder.path("link/backups:") + folder.path("bin:/usr/bin"),
+                           ProgramSearch::Reach::prompt);
+    EXPECT_TRUE(programs.leavesOut());
+    EXPECT_TRUE(programs.has("env")) << "in the folder behind the dead one";
+    EXPECT_FALSE(programs.has("/usr/bin/no-such-program"));
+    EXPECT_FALSE(programs.has("no-such-program"));
+    EXPECT_FALSE(programs.has(""));
+    for (const char* path : {"disk/program", "link/program", "bin/program", "bin/./../link/program"})
+        EXPECT_EQ(programs.file(folder.path(path)), mount + "/program") << path;
+    EXPECT_EQ(programs.file("program"), mount + "/program");
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     server.goOn();
     EXPECT_FALSE(files.exists(mount + "/other")) << "it answers again";

@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
+#include <deque>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 #include <unistd.h>
 
 #include "platform/linux/mount_table.h"
 
 namespace norvane {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -33,9 +37,12 @@ ProgramSearch::ProgramSearch(const std::string& searchPath, Reach reach) {
         slowFolders_ = foldersThatMayNeverAnswer();
     std::istringstream folders(searchPath);
     for (std::string folder; std::getline(folders, folder, ':');) {
+        if (!folder.starts_with('/'))
+            continue;
+        folder = resolved(folder);
         if (mayWait(folder))
             leavesOut_ = true;
-        else if (folder.starts_with('/'))
+        else
             folders_.push_back(folder);
     }
 }
@@ -48,26 +55,51 @@ const std::string& ProgramSearch::file(const std::string& name) {
 }
 
 bool ProgramSearch::has(const std::string& name) {
-    if (!name.starts_with('/'))
-        return !file(name).empty();
-    return mayWait(name) || access(name.c_str(), X_OK) == 0;
+    const std::string& path = file(name);
+    return !path.empty() && canBeStarted(path);
 }
 
 std::string ProgramSearch::find(const std::string& name) const {
     if (name.empty() || name.find('/') != std::string::npos)
-        return name.starts_with('/') ? canonical(name) : std::string();
+        return name.starts_with('/') ? resolved(name) : std::string();
     for (const std::string& folder : folders_)
-        if (const std::string path = std::string(folder).append("/").append(name);
-            access(path.c_str(), X_OK) == 0)
-            return canonical(path);
+        if (std::string path = resolved(folder + "/" + name); canBeStarted(path))
+            return path;
     return {};
 }
 
-std::string ProgramSearch::canonical(const std::string& path) const {
-    if (mayWait(path))
-        return path;
-    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), std::free);
-    return resolved ? std::string(resolved.get()) : path;
+/// realpath(3) would ask the file systems that are left out.
+std::string ProgramSearch::resolved(const std::string& path) const {
+    constexpr int mostLinks = 40; // as the kernel follows
+    const fs::path given = fs::path(path).relative_path();
+    std::deque<fs::path> rest(given.begin(), given.end());
+    fs::path done = "/";
+    for (int links = 0; !rest.empty() && !mayWait(done);) {
+        const fs::path part = rest.front();
+        rest.pop_front();
+        if (part == "..")
+            done = done.parent_path();
+        if (part.empty() || part == "." || part == "..")
+            continue;
+        const fs::path next = done / part;
+        std::error_code isNoLink;
+        const fs::path target = mayWait(next) ? fs::path() : fs::read_symlink(next, isNoLink);
+        if (target.empty())
+            done = next;
+        else if (++links > mostLinks)
+            return path;
+        else if (target.is_absolute())
+            done = "/";
+        const fs::path below = target.relative_path();
+        rest.insert(rest.begin(), below.begin(), below.end());
+    }
+    for (const fs::path& part : rest)
+        done /= part;
+    return done;
+}
+
+bool ProgramSearch::canBeStarted(const std::string& path) const {
+    return mayWait(path) || access(path.c_str(), X_OK) == 0;
 }
 
 bool ProgramSearch::mayWait(const std::string& path) const {

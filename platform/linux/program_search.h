@@ -21,11 +21,11 @@ public:
     /// `searchPath`: as in $PATH.
     ProgramSearch(const std::string& searchPath, Reach reach);
 
-    /// With symbolic links resolved, which they are not on a file system that is left out; empty when there
-    /// is no such program. `name`: a path, or a name to be looked up.
+    /// With symbolic links resolved, as far as a file system that is left out. Empty: no such program is in
+    /// PATH. `name`: a path (of which nobody asks whether the program is there), or a name to be looked up.
     [[nodiscard]] const std::string& file(const std::string& name);
 
-    /// Whether there is such a program; taken for granted of a path on a file system that is left out.
+    /// Whether there is such a program; taken for granted on a file system that is left out.
     [[nodiscard]] bool has(const std::string& name);
 
     /// Whether PATH names folders that are left out.
@@ -33,7 +33,8 @@ public:
 
 private:
     [[nodiscard]] std::string find(const std::string& name) const;
-    [[nodiscard]] std::string canonical(const std::string& path) const;
+    [[nodiscard]] std::string resolved(const std::string& path) const;
+    [[nodiscard]] bool canBeStarted(const std::string& path) const;
     [[nodiscard]] bool mayWait(const std::string& path) const;
 
     std::vector<std::string> slowFolders_; // where the file systems that are left out are mounted
