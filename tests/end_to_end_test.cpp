@@ -24,7 +24,7 @@ void fillWithFiles(const std::string& folder, int count, int bytesEach) {
     do {                                                                                                     \
         const auto found = user.waitForLog(text, seconds, position);                                         \
         ASSERT_TRUE(found) << "not logged: " << (text) << "\n" << user.log();                                \
-        position = *found;                                                                                   \
+        (position) = *found;                                                                                 \
     } while (false)
 
 TEST(Norvane, RunsScheduledBackupsFromThePlanToTheProof) {

@@ -63,7 +63,7 @@ std::string ProgramSearch::find(const std::string& name) const {
     if (name.empty() || name.find('/') != std::string::npos)
         return name.starts_with('/') ? resolved(name) : std::string();
     for (const std::string& folder : folders_)
-        if (std::string path = resolved(folder + "/" + name); canBeStarted(path))
+        if (std::string path = resolved(std::string(folder).append("/").append(name)); canBeStarted(path))
             return path;
     return {};
 }
