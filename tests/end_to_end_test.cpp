@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -171,18 +172,29 @@ private:
     std::optional<PeerProcess> server_;
 };
 
+/// The folder below /proc of the child that reads the desktop's entries; empty: there is none.
+std::string readerOfEntries(pid_t program) {
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+        std::stringstream status;
+        status << std::ifstream(process.path() / "status").rdbuf();
+        if (status.str().starts_with("Name:\tdesktop-entries\n") &&
+            status.str().find("PPid:\t" + std::to_string(program) + "\n") != std::string::npos)
+            return process.path();
+    }
+    return {};
+}
+
 TEST(Norvane, APipeAmongTheApplicationsNeverHoldsIt) {
     ProgramFixture user;
     std::filesystem::create_directories(user.path("data/applications"));
     ASSERT_EQ(mkfifo(user.path("data/applications/x.desktop").c_str(), 0600), 0);
     const pid_t program = user.start(NORVANE_BIN_DIR "/norvane", {"XDG_DATA_DIRS=" + user.path("data")});
     ASSERT_TRUE(user.waitForLog("Next backup scheduled for", 10));
-    const std::string reader = user.shell("timeout 5 sh -c 'until pgrep -P " + std::to_string(program) +
-                                          " desktop-entries; do sleep 0.05; done'");
-    EXPECT_NE(reader, "");
+    std::string reader;
+    EXPECT_TRUE(eventually([&] { return !(reader = readerOfEntries(program)).empty(); }));
     user.action("quit");
     EXPECT_EQ(user.waitForExit(program, 5), 0);
-    EXPECT_TRUE(eventually([&] { return !std::filesystem::exists("/proc/" + reader + "/exe"); }));
+    EXPECT_TRUE(eventually([&] { return !std::filesystem::exists(reader + "/exe"); })) << "nobody ends it";
 }
 
 TEST(Norvane, ADeadDiskAmongTheApplicationsNeverHoldsIt) {
