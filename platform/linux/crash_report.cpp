@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstddef>
@@ -168,11 +169,22 @@ std::string_view lastLines(std::string_view text) {
 } // namespace
 
 int createCrashReport(const CrashReportSettings& settings, std::time_t time) {
-    Text path;
-    path << settings.reportsFolder << "/Norvane-";
-    appendTime(path, time, "-", "");
-    path << ".crash";
-    return open(path.path(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    constexpr int seconds = 10; // a program that is started again after each crash can be quick
+    for (int later = 0; later < seconds; ++later) {
+        const auto nameWith = [&](std::string_view extension) {
+            Text path;
+            path << settings.reportsFolder << "/Norvane-";
+            appendTime(path, time + later, "-", "");
+            return path << extension;
+        };
+        if (access(nameWith(".ips").path(), F_OK) == 0)
+            continue;
+        const int file =
+            open(nameWith(".crash").path(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (file >= 0 || errno != EEXIST)
+            return file;
+    }
+    return -1;
 }
 
 void writeCrashReport(int fd, const CrashReportSettings& settings, const Crash& crash) {
@@ -191,6 +203,7 @@ void writeCrashReport(int fd, const CrashReportSettings& settings, const Crash& 
     writeAll(fd, "\nEvent log:\n");
     writeShortened(fd, lastLines(endOfLog(settings.logFile.c_str())), settings.homeFolder);
     writeStack(fd);
+    writeAll(fd, endOfCrashReport);
     fsync(fd);
 }
 

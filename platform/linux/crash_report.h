@@ -4,6 +4,7 @@
 #include <csignal>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 namespace norvane {
 
@@ -22,11 +23,14 @@ struct Crash {
     std::time_t time = 0;
 };
 
+/// Stands at the end of a report that could be written whole.
+inline constexpr std::string_view endOfCrashReport = "\nEnd of the report.\n";
+
 // Both are async-signal-safe (signal-safety(7)) but for backtrace(3) and dladdr(3), which are when they have
 // been called once before.
 
-/// Creates "Norvane-<yyyy-MM-dd-HHmmss, UTC>.crash" for writing by this user alone; -1: not possible. The
-/// next start finishes it (finished_crash_reports.h).
+/// Creates "Norvane-<yyyy-MM-dd-HHmmss, UTC>.crash" for writing by this user alone, named after the next
+/// second that has no report yet; -1: not possible. The next start finishes it (finished_crash_reports.h).
 [[nodiscard]] int createCrashReport(const CrashReportSettings& settings, std::time_t time);
 
 /// Stack entries are "module + offset name + offset", the name as the linker knows it, as making it

@@ -4,8 +4,10 @@
 #include <cxxabi.h>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "platform/linux/crash_report.h"
 #include "platform/linux/small_file.h"
 
 namespace norvane {
@@ -30,6 +32,18 @@ std::vector<std::filesystem::path> unfinishedReports(const std::string& folder) 
     return reports;
 }
 
+/// None: it cannot be read.
+std::optional<std::string> finishedReport(const std::filesystem::path& unfinished) {
+    constexpr std::size_t largestReportBytes = std::size_t{4} << 20;
+    std::string report = withReadableStack(readSmallFile(unfinished, largestReportBytes));
+    std::error_code error;
+    if (report.empty() && !std::filesystem::is_empty(unfinished, error))
+        return std::nullopt;
+    if (!report.ends_with(endOfCrashReport))
+        report += "\nThe report breaks off here; no more of it could be written.\n";
+    return report;
+}
+
 } // namespace
 
 std::string withReadableStack(std::string_view report) {
@@ -51,13 +65,12 @@ std::string withReadableStack(std::string_view report) {
 }
 
 void finishCrashReports(const std::string& reportsFolder) {
-    constexpr std::size_t largestReportBytes = std::size_t{4} << 20;
     for (const std::filesystem::path& unfinished : unfinishedReports(reportsFolder)) {
         std::filesystem::path finished = unfinished;
         finished.replace_extension(".ips");
-        const std::string report = withReadableStack(readSmallFile(unfinished, largestReportBytes));
+        const auto report = finishedReport(unfinished);
         std::error_code error;
-        if (!report.empty() && replaceFile(finished, report))
+        if (report && replaceFileDurably(finished, *report))
             std::filesystem::remove(unfinished, error);
         else
             std::filesystem::rename(unfinished, finished, error);

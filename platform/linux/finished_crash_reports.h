@@ -10,7 +10,8 @@ namespace norvane {
 [[nodiscard]] std::string withReadableStack(std::string_view report);
 
 /// Turns each unfinished report of the folder into a finished one, once: "Norvane-….crash" becomes
-/// "Norvane-….ips". One that cannot be rewritten is finished as it is.
+/// "Norvane-….ips". One that breaks off says so; one that cannot be rewritten, as on a full disk, is finished
+/// as it is.
 void finishCrashReports(const std::string& reportsFolder);
 
 } // namespace norvane
