@@ -120,10 +120,8 @@ public:
         announce();
     }
 
-    ~Object() override {
-        bus_.unregisterObject(objectPath);
-        bus_.unregisterService(serviceName_);
-    }
+    /// The name goes with the process: giving it back would wait for the bus.
+    ~Object() override { bus_.unregisterObject(objectPath); }
 
     void show(const TrayAppearance& appearance) {
         const TrayAppearance old = std::exchange(appearance_, appearance);
