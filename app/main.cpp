@@ -9,6 +9,7 @@
 #include "app/dbus_instances.h"
 #include "app/disk_image_alert.h"
 #include "app/norvane_app.h"
+#include "platform/linux/bus_probe.h"
 #include "platform/linux/crash_handler.h"
 #include "platform/linux/finished_crash_reports.h"
 #include "platform/linux/program_place.h"
@@ -46,9 +47,12 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName("Norvane");
     QGuiApplication::setDesktopFileName("org.norvane.Norvane");
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Longer than for other services: without this bus there is no tray item until the next start.
+    constexpr std::chrono::milliseconds sessionBusLimit{200};
+    std::optional<norvane::SessionBusGuard> guard(sessionBusLimit);
     const QGuiApplication application(argc, argv);
-
-    norvane::DBusInstances instances;
+    norvane::DBusInstances instances; // opens the session bus
+    guard.reset();
     if (!norvane::becomesTheInstance(instances, sleepFor))
         return EXIT_SUCCESS;
     if (norvane::runsFromDiskImage())

@@ -8,6 +8,7 @@
 
 #include "platform/language_override.h"
 #include "platform/linux/autostart_file.h"
+#include "platform/linux/bus_probe.h"
 #include "platform/linux/dbus_notifications.h"
 #include "platform/linux/desktop_portal.h"
 #include "platform/linux/portal_login_item.h"
@@ -28,12 +29,9 @@ std::string updateHost() { return QUrl(NORVANE_UPDATE_FEED).host().toStdString()
 
 bool hasDisplay() { return QGuiApplication::platformName() != "offscreen"; }
 
-QDBusConnection openSystemBus(const QString& name) {
-    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
-}
+QDBusConnection openSystemBus(const QString& name) { return openBus(systemBusAddress(), name); }
 
-std::unique_ptr<Notifications> makeNotifications() {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+std::unique_ptr<Notifications> makeNotifications(BusLink& bus) {
     if (insideFlatpak())
         return std::make_unique<PortalNotifications>(bus);
     return std::make_unique<DBusNotifications>(bus);
@@ -50,14 +48,6 @@ ProgramFacts factsOf(const ProgramFolders& folders) {
             .website = NORVANE_WEBSITE,
             .updateHost = updateHost(),
             .logPath = folders.logFile()};
-}
-
-/// Null outside of a Flatpak, where the services themselves can be asked.
-std::unique_ptr<BusLink> busOfPortal() {
-    if (!insideFlatpak())
-        return nullptr;
-    return std::make_unique<BusLink>(
-        [](const QString& name) { return QDBusConnection::connectToBus(QDBusConnection::SessionBus, name); });
 }
 
 } // namespace
@@ -79,11 +69,13 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       emailComposer_(QDBusConnection::sessionBus()),
       crashReporter_(defaults_, files_, clock_, emailComposer_, folders.crashReports(),
                      NORVANE_SUPPORT_ADDRESS),
-      systemBus_(openSystemBus), portalBus_(busOfPortal()),
-      power_(systemBus_, portalBus_.get(), "/sys/class/power_supply"), notifications_(makeNotifications()),
-      loginItem_(makeLoginItem(defaults_)), appearance_(QDBusConnection::sessionBus(), hasDisplay()),
-      systemEvents_(systemBus_.connection(), appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
-      controller_(services()), updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
+      systemBus_(systemBusAddress()), sessionBus_(sessionBusAddress()),
+      // Outside of a sandbox the services themselves can be asked.
+      power_(systemBus_, insideFlatpak() ? &sessionBus_ : nullptr, "/sys/class/power_supply"),
+      notifications_(makeNotifications(sessionBus_)), loginItem_(makeLoginItem(defaults_)),
+      appearance_(QDBusConnection::sessionBus(), hasDisplay()), systemEvents_(systemBus_, appearance_),
+      timeZoneWatch_("/etc", adoptSystemTimeZone), controller_(services()),
+      updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
       settings_(uiEngine_, notificationCenter_, settingsServices(), factsOf(folders), settingsActions()),
       trayPresenter_(controller_, trayItem_, clock_, formats_, texts_), interface_(actions()) {
     trayItem_.onActivate([this](int x, int y) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <memory>
 #include <string>
 
@@ -101,7 +100,7 @@ private:
     const CrashReporter crashReporter_;
     QtTimers timers_;
     BusLink systemBus_;
-    const std::unique_ptr<BusLink> portalBus_; // in a sandbox only
+    BusLink sessionBus_;
     DesktopPower power_;
     const std::unique_ptr<Notifications> notifications_;
     const std::unique_ptr<LoginItem> loginItem_;

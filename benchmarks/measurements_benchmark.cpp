@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/linux/bus_probe.h"
 #include "platform/linux/child_command_runner.h"
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/posix_services.h"
@@ -32,8 +33,7 @@ int main(int argc, char** argv) {
     if (argc != 3)
         return EXIT_FAILURE;
     const std::string destination = argv[2];
-    BusLink bus(
-        [](const QString& name) { return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name); });
+    BusLink bus(systemBusAddress());
     DesktopPower power(bus, nullptr, "/sys/class/power_supply");
     const ChildCommandRunner runner;
     QtBackground background;

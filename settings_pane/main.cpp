@@ -1,11 +1,13 @@
 // The program that "Open Time Machine Settings" opens where the system has no such pane.
 #include <QDBusConnection>
 #include <QGuiApplication>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
 
 #include "platform/language_override.h"
+#include "platform/linux/bus_probe.h"
 #include "platform/linux/child_command_runner.h"
 #include "platform/linux/desktop_workspace.h"
 #include "platform/linux/icu_formats.h"
@@ -51,9 +53,12 @@ int main(int argc, char** argv) {
     setProcessLanguage(languageOverride(UserDefaultsFile(preferencesFile("org.norvane.Norvane"))));
     QGuiApplication::setApplicationName("Time Machine");
     QGuiApplication::setDesktopFileName("org.norvane.TimeMachineSettings");
+    constexpr std::chrono::milliseconds sessionBusLimit{200};
+    std::optional<SessionBusGuard> guard(sessionBusLimit);
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false); // what the user has changed is finished first
-    PaneInstance instance;
+    PaneInstance instance;                             // opens the session bus
+    guard.reset();
     if (instance.handedOver())
         return EXIT_SUCCESS;
     makeFolder(preferencesFolder());

@@ -42,15 +42,15 @@ class DBusNotifications::Object final : public QObject {
     Q_OBJECT
 
 public:
-    explicit Object(const QDBusConnection& bus)
-        : bus_(bus), daemonWatcher_(service, bus, QDBusServiceWatcher::WatchForOwnerChange) {
+    explicit Object(BusLink& bus) : bus_(bus) {
+        daemonWatcher_.addWatchedService(service);
         connect(&daemonWatcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, &Object::forgetDaemon);
-        bus_.connect(service, objectPath, service, "ActionInvoked", this, SLOT(actionInvoked(uint, QString)));
-        bus_.connect(service, objectPath, service, "NotificationClosed", this, SLOT(closed(uint, uint)));
+        connect(&bus_, &BusLink::reopened, this, &Object::startOnNewBus);
+        startOnNewBus();
     }
 
     void post(const Notification& notification) {
-        if (!bus_.isConnected())
+        if (!bus_.ensureConnected())
             return;
         std::erase_if(waiting_,
                       [&](const Notification& older) { return older.matter == notification.matter; });
@@ -58,7 +58,7 @@ public:
         sendNext();
     }
 
-    void startDaemon() { bus_.send(daemonCall("GetServerInformation")); }
+    void startDaemon() { bus_.connection().send(daemonCall("GetServerInformation")); }
 
     void onAnswer(NotificationAnswers answers) { answers_ = std::move(answers); }
 
@@ -81,6 +81,15 @@ private Q_SLOTS:
     }
 
 private:
+    void startOnNewBus() {
+        forgetDaemon();
+        if (bus_.connection().isConnected()) // as in BusLink::subscribe
+            daemonWatcher_.setConnection(bus_.connection());
+        bus_.subscribe(service, objectPath, service, "ActionInvoked", this,
+                       SLOT(actionInvoked(uint, QString)));
+        bus_.subscribe(service, objectPath, service, "NotificationClosed", this, SLOT(closed(uint, uint)));
+    }
+
     void forgetDaemon() {
         ++daemon_;
         shown_.clear();
@@ -128,7 +137,7 @@ private:
     template <class Take>
     void call(const QDBusMessage& message, Take take) {
         calling_ = true;
-        auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
+        auto* const watcher = new QDBusPendingCallWatcher(bus_.connection().asyncCall(message), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, take, daemon = daemon_] {
             watcher->deleteLater();
             calling_ = false;
@@ -138,7 +147,7 @@ private:
         });
     }
 
-    QDBusConnection bus_;
+    BusLink& bus_;
     QDBusServiceWatcher daemonWatcher_;
     NotificationAnswers answers_;
     int daemon_ = 0;                          // counts the daemons that came and went
@@ -148,8 +157,7 @@ private:
     bool calling_ = false;
 };
 
-DBusNotifications::DBusNotifications(const QDBusConnection& sessionBus)
-    : object_(std::make_unique<Object>(sessionBus)) {}
+DBusNotifications::DBusNotifications(BusLink& sessionBus) : object_(std::make_unique<Object>(sessionBus)) {}
 DBusNotifications::~DBusNotifications() = default;
 
 void DBusNotifications::post(const Notification& notification) { object_->post(notification); }

@@ -58,12 +58,6 @@ protected:
     }
     [[nodiscard]] bool becomes(const PowerState& expected) { return becomes(power_, expected); }
 
-    static BusLink::Open opener(const PrivateBus& bus) {
-        return [address = QString::fromStdString(bus.address())](const QString& name) {
-            return QDBusConnection::connectToBus(address, name);
-        };
-    }
-
     /// A service that owns the name and has one object.
     PeerProcess service(const std::string& name, const std::string& path) {
         return PeerProcess({"/usr/bin/python3", "-m", "dbusmock", "--system", name, path, name},
@@ -82,7 +76,7 @@ protected:
 
     const PowerState ofKernel_{true, 55, false};
     ScratchFolder supplies_;
-    BusLink link_{opener(bus), std::chrono::milliseconds(0)};
+    BusLink link_{bus.address(), std::chrono::milliseconds(10)};
     DesktopPower power_{link_, nullptr, supplies_.path()};
 };
 
@@ -131,7 +125,7 @@ TEST_F(DesktopPowerTest, FollowsTheRealPowerProfiles) {
     ASSERT_TRUE(bus.waitForName(name));
     const PeerProcess portal({portalDaemon}, bus.variables());
     const PrivateBus hiddenBus; // in a sandbox only the portal is to be seen
-    BusLink hidden(opener(hiddenBus));
+    BusLink hidden(hiddenBus.address());
     DesktopPower sandboxed(hidden, &link_, supplies_.path());
     for (const auto& [profile, saves] : {std::pair("power-saver", true), {"balanced", false}}) {
         call(name, path,
@@ -177,6 +171,26 @@ TEST_F(DesktopPowerTest, TakesASilentServiceForOneThatIsNotThere) {
     const PeerProcess again = service(name, path);
     setProperties(name, path, "{'ActiveProfile': <'power-saver'>}");
     EXPECT_TRUE(becomes(saving)) << "the service on the new bus";
+}
+
+TEST_F(DesktopPowerTest, AFrozenBusHoldsNobody) {
+    SKIP_WITHOUT_MOCKS();
+    const std::string name = "net.hadess.PowerProfiles";
+    const std::string path = "/net/hadess/PowerProfiles";
+    const PeerProcess profiles = service(name, path);
+    setProperties(name, path, "{'ActiveProfile': <'power-saver'>}");
+    const PowerState saving{true, 55, true};
+    ASSERT_TRUE(becomes(saving));
+    const auto start = std::chrono::steady_clock::now();
+    bus.freeze();
+    EXPECT_EQ(power_.state(), ofKernel_) << "frozen while connected";
+    BusLink late(bus.address(), std::chrono::milliseconds(10));
+    EXPECT_EQ(DesktopPower(late, nullptr, supplies_.path()).state(), ofKernel_) << "frozen before";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "Qt's own limit is 25";
+    bus.goOn();
+    DesktopPower sinceThen(late, nullptr, supplies_.path());
+    EXPECT_TRUE(becomes(sinceThen, saving));
+    EXPECT_TRUE(becomes(saving));
 }
 
 } // namespace

@@ -31,17 +31,17 @@ class LinuxObservation final : public QObject, public SystemEvents::Observation 
     Q_OBJECT
 
 public:
-    LinuxObservation(QDBusConnection systemBus, Appearance& appearance, SystemEventHandlers handlers)
-        : handlers_(std::move(handlers)), appearance_(appearance), accent_(appearance.current().accent),
+    LinuxObservation(BusLink& systemBus, Appearance& appearance, SystemEventHandlers handlers)
+        : systemBus_(systemBus), handlers_(std::move(handlers)), appearance_(appearance),
+          accent_(appearance.current().accent),
           clockTimer_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
           clockNotifier_(clockTimer_.get(), QSocketNotifier::Read), wallOffset_(wallMinusBootTime()),
           wakeDetector_(timeAsleep()),
           appearanceObservation_(appearance.observe([this] { appearanceChanged(); })) {
         armClockTimer();
         connect(&clockNotifier_, &QSocketNotifier::activated, this, &LinuxObservation::clockTimerCancelled);
-        systemBus.connect("org.freedesktop.login1", "/org/freedesktop/login1",
-                          "org.freedesktop.login1.Manager", "PrepareForSleep", this,
-                          SLOT(prepareForSleep(bool)));
+        connect(&systemBus_, &BusLink::reopened, this, &LinuxObservation::followLogind);
+        followLogind();
     }
 
 private Q_SLOTS:
@@ -53,6 +53,12 @@ private Q_SLOTS:
     }
 
 private:
+    void followLogind() {
+        systemBus_.subscribe("org.freedesktop.login1", "/org/freedesktop/login1",
+                             "org.freedesktop.login1.Manager", "PrepareForSleep", this,
+                             SLOT(prepareForSleep(bool)));
+    }
+
     /// Never expires by itself; only setting the clock, or a sleep, ends it.
     void armClockTimer() {
         constexpr std::time_t farFuture = 9'000'000'000; // the year 2255, within what the kernel takes
@@ -82,6 +88,7 @@ private:
             handlers_.accentColorChanged();
     }
 
+    BusLink& systemBus_;
     const SystemEventHandlers handlers_;
     Appearance& appearance_;
     std::optional<Rgb> accent_;

@@ -1,9 +1,8 @@
 // Wake, clock changes and the accent colour.
 #pragma once
 
-#include <QDBusConnection>
-
 #include "platform/appearance.h"
+#include "platform/linux/bus_link.h"
 #include "platform/system_events.h"
 
 namespace norvane {
@@ -13,14 +12,14 @@ namespace norvane {
 /// (timerfd_create(2), TFD_TIMER_CANCEL_ON_SET). Nothing polls.
 class LinuxSystemEvents final : public SystemEvents {
 public:
-    /// `appearance` must outlive this.
-    LinuxSystemEvents(const QDBusConnection& systemBus, Appearance& appearance)
+    /// Both must outlive this and its observations.
+    LinuxSystemEvents(BusLink& systemBus, Appearance& appearance)
         : systemBus_(systemBus), appearance_(appearance) {}
 
     [[nodiscard]] std::unique_ptr<Observation> observe(SystemEventHandlers handlers) override;
 
 private:
-    const QDBusConnection systemBus_;
+    BusLink& systemBus_;
     Appearance& appearance_;
 };
 

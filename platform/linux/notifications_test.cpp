@@ -29,7 +29,8 @@ protected:
                           "--", "-1"});
     }
 
-    DBusNotifications notifications{connection};
+    BusLink link{bus.address(), std::chrono::milliseconds(10)};
+    DBusNotifications notifications{link};
     std::vector<std::string> opened;
     int backupsRequested = 0;
 };
@@ -136,6 +137,23 @@ TEST_F(NotificationsTest, ADaemonThatHangsGetsTheNewestOnceItGoesOn) {
     EXPECT_EQ(mockDaemon.output().find("\"second\""), std::string::npos) << "nobody could have seen it";
 }
 
+TEST_F(NotificationsTest, ANewBusIsAsGoodAsTheOld) {
+    SKIP_WITHOUT_MOCKS();
+    const auto parameters = R"({"capabilities": "actions"})";
+    for (const bool again : {false, true}) {
+        if (again)
+            bus.restart();
+        const PeerProcess mockDaemon(mock("notification_daemon", parameters), bus.variables());
+        ASSERT_TRUE(bus.waitForName(daemon)) << mockDaemon.output();
+        ASSERT_TRUE(soon([this] { return link.ensureConnected(); }));
+        notifications.post({"Backup failed", "", "failure"});
+        EXPECT_TRUE(soonPrinted(mockDaemon, R"(Notify "Norvane" 0 )")) << mockDaemon.output();
+        settle();
+        emit(daemon, daemonPath, daemon, "ActionInvoked", "us", "[<uint32 1>, <'default'>]");
+        EXPECT_TRUE(soon([&] { return opened.size() == (again ? 2U : 1U); }));
+    }
+}
+
 TEST_F(NotificationsTest, WithoutADaemonOrABusNothingHappens) {
     const auto start = std::chrono::steady_clock::now();
     notifications.post({"Backup failed", "", "failure"});
@@ -143,7 +161,8 @@ TEST_F(NotificationsTest, WithoutADaemonOrABusNothingHappens) {
     settle();
     bus.stop();
     notifications.post({"Backup failed", "", "failure"});
-    DBusNotifications withoutBus(QDBusConnection::connectToBus("unix:path=/nonexistent", "none"));
+    BusLink none("unix:path=/nonexistent");
+    DBusNotifications withoutBus(none);
     withoutBus.post({"Backup failed", "", "failure"});
     settle();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));

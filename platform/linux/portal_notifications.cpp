@@ -34,15 +34,17 @@ class PortalNotifications::Object final : public QObject {
     Q_OBJECT
 
 public:
-    explicit Object(const QDBusConnection& bus) : bus_(bus) {
+    explicit Object(BusLink& bus) : bus_(bus) {
         qDBusRegisterMetaType<QList<QVariantMap>>();
-        bus_.connect(portalService, portalObjectPath, "org.freedesktop.portal.Notification", "ActionInvoked",
-                     this, SLOT(actionInvoked(QString, QString, QVariantList)));
+        connect(&bus_, &BusLink::reopened, this, &Object::subscribe);
+        subscribe();
     }
 
     void post(const Notification& notification) {
-        bus_.send(portalCall("Notification", "AddNotification",
-                             {QString::fromStdString(notification.matter), contentOf(notification)}));
+        if (bus_.ensureConnected())
+            bus_.connection().send(
+                portalCall("Notification", "AddNotification",
+                           {QString::fromStdString(notification.matter), contentOf(notification)}));
     }
 
     void onAnswer(NotificationAnswers answers) { answers_ = std::move(answers); }
@@ -56,11 +58,16 @@ private Q_SLOTS:
     }
 
 private:
-    QDBusConnection bus_;
+    void subscribe() {
+        bus_.subscribe(portalService, portalObjectPath, "org.freedesktop.portal.Notification",
+                       "ActionInvoked", this, SLOT(actionInvoked(QString, QString, QVariantList)));
+    }
+
+    BusLink& bus_;
     NotificationAnswers answers_;
 };
 
-PortalNotifications::PortalNotifications(const QDBusConnection& sessionBus)
+PortalNotifications::PortalNotifications(BusLink& sessionBus)
     : object_(std::make_unique<Object>(sessionBus)) {}
 PortalNotifications::~PortalNotifications() = default;
 

@@ -2,9 +2,9 @@
 // version 1).
 #pragma once
 
-#include <QDBusConnection>
 #include <memory>
 
+#include "platform/linux/bus_link.h"
 #include "platform/notifications.h"
 
 namespace norvane {
@@ -13,7 +13,8 @@ namespace norvane {
 /// every notification is dropped.
 class PortalNotifications final : public Notifications {
 public:
-    explicit PortalNotifications(const QDBusConnection& sessionBus);
+    /// The bus must outlive this.
+    explicit PortalNotifications(BusLink& sessionBus);
     ~PortalNotifications() override;
 
     void post(const Notification& notification) override;

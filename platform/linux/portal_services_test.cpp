@@ -112,7 +112,8 @@ TEST_F(PortalTest, ColoursComeFromTheFirstKeyThatHoldsOne) {
 
 TEST_F(PortalTest, NotificationsAreReplacedByTheirMatterAndAnswered) {
     SKIP_WITHOUT_PORTAL();
-    PortalNotifications notifications(connection);
+    BusLink link(bus.address());
+    PortalNotifications notifications(link);
     std::string opened;
     int backupsRequested = 0;
     notifications.onAnswer(

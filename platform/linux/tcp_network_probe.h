@@ -14,7 +14,7 @@ namespace norvane {
 /// name are tried at once. Any background thread.
 class TcpNetworkProbe final : public NetworkProbe {
 public:
-    /// Opens the system bus as the connection of this name, such as by QDBusConnection::connectToBus.
+    /// Opens the system bus as the connection of this name, such as by `openBus`.
     using OpenBus = std::function<QDBusConnection(const QString& name)>;
 
     explicit TcpNetworkProbe(OpenBus openBus) : openBus_(std::move(openBus)) {}

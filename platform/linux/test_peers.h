@@ -82,6 +82,9 @@ public:
     [[nodiscard]] bool waitForName(const std::string& name, double seconds = 10) const;
 
     void stop() { daemon_.reset(); }
+    /// It keeps its connections, accepts new ones, and answers nothing until it goes on.
+    void freeze() const { daemon_->freeze(); }
+    void goOn() const { daemon_->goOn(); }
     /// A new bus at the same address; the clients of the old one are gone.
     void restart();
 
