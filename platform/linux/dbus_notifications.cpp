@@ -82,22 +82,25 @@ private Q_SLOTS:
 
 private:
     void startOnNewBus() {
-        forgetDaemon();
         if (bus_.connection().isConnected()) // as in BusLink::subscribe
             daemonWatcher_.setConnection(bus_.connection());
         bus_.subscribe(service, objectPath, service, "ActionInvoked", this,
                        SLOT(actionInvoked(uint, QString)));
         bus_.subscribe(service, objectPath, service, "NotificationClosed", this, SLOT(closed(uint, uint)));
+        forgetDaemon();
     }
 
     void forgetDaemon() {
         ++daemon_;
+        calling_ = false;
         shown_.clear();
         capabilities_.reset();
+        sendNext();
     }
 
     void sendNext() {
-        if (calling_ || waiting_.empty())
+        // On a connection that was lost, a call would never be answered.
+        if (calling_ || waiting_.empty() || !bus_.connection().isConnected())
             return;
         if (!capabilities_) {
             call(daemonCall("GetCapabilities"), [this](const QDBusMessage& reply) {
@@ -133,16 +136,17 @@ private:
         return call;
     }
 
-    /// `take` gets the answer, an error too, unless the daemon that was asked is gone.
+    /// `take` gets the answer, an error too, unless the daemon that was asked is gone, and perhaps the bus.
     template <class Take>
     void call(const QDBusMessage& message, Take take) {
         calling_ = true;
         auto* const watcher = new QDBusPendingCallWatcher(bus_.connection().asyncCall(message), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, take, daemon = daemon_] {
             watcher->deleteLater();
+            if (daemon != daemon_)
+                return;
             calling_ = false;
-            if (daemon == daemon_)
-                take(watcher->reply());
+            take(watcher->reply());
             sendNext();
         });
     }

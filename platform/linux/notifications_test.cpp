@@ -151,6 +151,8 @@ TEST_F(NotificationsTest, ANewBusIsAsGoodAsTheOld) {
         settle();
         emit(daemon, daemonPath, daemon, "ActionInvoked", "us", "[<uint32 1>, <'default'>]");
         EXPECT_TRUE(soon([&] { return opened.size() == (again ? 2U : 1U); }));
+        mockDaemon.freeze();
+        notifications.post({"Backup failed", "never answered", "failure"});
     }
 }
 
