@@ -37,9 +37,9 @@ std::unique_ptr<Notifications> makeNotifications(BusLink& bus) {
     return std::make_unique<DBusNotifications>(bus);
 }
 
-std::unique_ptr<LoginItem> makeLoginItem(UserDefaults& defaults) {
+std::unique_ptr<LoginItem> makeLoginItem(UserDefaults& defaults, BusLink& bus) {
     if (insideFlatpak())
-        return std::make_unique<PortalLoginItem>(QDBusConnection::sessionBus(), defaults, programPath());
+        return std::make_unique<PortalLoginItem>(bus, defaults, programPath());
     return std::make_unique<AutostartFile>(AutostartFile::Folders::ofUser(), programPath());
 }
 
@@ -72,7 +72,7 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       systemBus_(systemBusAddress()), sessionBus_(sessionBusAddress()),
       // Outside of a sandbox the services themselves can be asked.
       power_(systemBus_, insideFlatpak() ? &sessionBus_ : nullptr, "/sys/class/power_supply"),
-      notifications_(makeNotifications(sessionBus_)), loginItem_(makeLoginItem(defaults_)),
+      notifications_(makeNotifications(sessionBus_)), loginItem_(makeLoginItem(defaults_, sessionBus_)),
       appearance_(QDBusConnection::sessionBus(), hasDisplay()), systemEvents_(systemBus_, appearance_),
       timeZoneWatch_("/etc", adoptSystemTimeZone), controller_(services()),
       updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),

@@ -12,11 +12,12 @@ namespace {
 // Connections are known to Qt by name; one that was lost is never given again under its old one.
 QString freshName() { return "norvane-" + QUuid::createUuid().toString(QUuid::WithoutBraces); }
 
+constexpr std::chrono::milliseconds answerLimit{60}; // as for any service
+
 } // namespace
 
 QDBusConnection openBus(const std::string& address, const QString& name) {
-    constexpr std::chrono::milliseconds limit{60}; // as for any service
-    if (!busAnswers(address, limit))
+    if (!busAnswers(address, answerLimit))
         return QDBusConnection(name); // one that nobody has opened
     return QDBusConnection::connectToBus(QString::fromStdString(address), name);
 }
@@ -36,6 +37,8 @@ bool BusLink::ensureConnected() {
         reopen();
     return connection_.isConnected();
 }
+
+bool BusLink::answers() { return ensureConnected() && busAnswers(address_, answerLimit); }
 
 void BusLink::subscribe(const QString& service, const QString& path, const QString& interface,
                         const QString& signal, QObject* receiver, const char* slot) {

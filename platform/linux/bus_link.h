@@ -26,6 +26,9 @@ public:
     /// Whether the bus is there; where it is gone, tries to open it again, but not too often.
     bool ensureConnected();
 
+    /// Whether it is there and answers now; asks, and waits for 60 milliseconds at the most.
+    bool answers();
+
     /// Of the latest attempt.
     [[nodiscard]] QDBusConnection connection() const { return connection_; }
 

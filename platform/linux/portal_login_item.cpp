@@ -74,8 +74,7 @@ private:
     QDBusServiceWatcher portalWatcher_;
 };
 
-PortalLoginItem::PortalLoginItem(const QDBusConnection& sessionBus, UserDefaults& defaults,
-                                 std::string program)
+PortalLoginItem::PortalLoginItem(BusLink& sessionBus, UserDefaults& defaults, std::string program)
     : bus_(sessionBus), defaults_(defaults), program_(std::move(program)) {}
 PortalLoginItem::~PortalLoginItem() = default;
 
@@ -86,13 +85,14 @@ void PortalLoginItem::enable(const Done& done) { request(true, done); }
 void PortalLoginItem::disable(const Done& done) { request(false, done); }
 
 void PortalLoginItem::request(bool autostart, const Done& done) {
-    if (!bus_.isConnected()) { // Qt would abort the program
-        done("There is no session bus.");
+    // Qt waits for the bus when it subscribes to the answer, and aborts the program when the bus is gone.
+    if (!bus_.answers()) {
+        done("The session bus does not answer.");
         return;
     }
     const QString token = "norvane_login_item_" + QString::number(++requests_);
     request_ =
-        std::make_unique<Request>(bus_, token, autostart, QString::fromStdString(program_),
+        std::make_unique<Request>(bus_.connection(), token, autostart, QString::fromStdString(program_),
                                   [this, done](std::optional<bool> startsAtLogin, const std::string& error) {
                                       if (startsAtLogin)
                                           defaults_.set(grantedKey, {*startsAtLogin});

@@ -1,10 +1,10 @@
 // The login item of a program inside a Flatpak (org.freedesktop.portal.Background, version 1).
 #pragma once
 
-#include <QDBusConnection>
 #include <memory>
 #include <string>
 
+#include "platform/linux/bus_link.h"
 #include "platform/login_item.h"
 #include "platform/user_defaults.h"
 
@@ -14,8 +14,8 @@ namespace norvane {
 /// boolean "loginItem.v1".
 class PortalLoginItem final : public LoginItem {
 public:
-    /// `defaults` must outlive this. `program`: the command inside the sandbox.
-    PortalLoginItem(const QDBusConnection& sessionBus, UserDefaults& defaults, std::string program);
+    /// The bus and `defaults` must outlive this. `program`: the command inside the sandbox.
+    PortalLoginItem(BusLink& sessionBus, UserDefaults& defaults, std::string program);
     ~PortalLoginItem() override;
 
     [[nodiscard]] bool enabled() const override;
@@ -27,7 +27,7 @@ private:
     class Request;
     void request(bool autostart, const Done& done);
 
-    const QDBusConnection bus_;
+    BusLink& bus_;
     UserDefaults& defaults_;
     const std::string program_;
     int requests_ = 0;                 // made so far

@@ -136,7 +136,8 @@ TEST_F(PortalTest, NotificationsAreReplacedByTheirMatterAndAnswered) {
 TEST_F(PortalTest, TheLoginItemIsWhatThePortalGranted) {
     SKIP_WITHOUT_PORTAL();
     SimulatedUserDefaults defaults;
-    PortalLoginItem item(connection, defaults, "norvane");
+    BusLink link(bus.address());
+    PortalLoginItem item(link, defaults, "norvane");
     std::optional<std::string> error;
     const auto answered = [&](bool enable) {
         error.reset();
@@ -170,6 +171,9 @@ TEST_F(PortalTest, TheLoginItemIsWhatThePortalGranted) {
     portal->end();
     EXPECT_TRUE(soon([&] { return error.has_value(); }));
     EXPECT_NE(*error, "");
+    bus.freeze();
+    EXPECT_TRUE(answered(true));
+    EXPECT_EQ(*error, "The session bus does not answer.");
 }
 
 class EmailTest : public PortalTest {
