@@ -58,6 +58,7 @@ void Watcher::look() {
     jumpsSeen_ = w_.jumps;
     logGrew_ = !w_.logFile.text.empty();
     onlyWaits_ = true;
+    newPlanExplained_ = false;
     if (!state().destinationName)
         diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty() && !diskIsGone();
     newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(surelyNewSeconds), now());
@@ -96,8 +97,8 @@ void Watcher::look() {
 
 void Watcher::forgetDurations() {
     for (Lasting* duration :
-         {&toolsWork_, &unseen_, &wrongHealth_, &overduePause_, &preferencesTell_, &newSnapshotTold_, &stuck_,
-          &fullDisk_, &fullStartupDisk_, &oldBackup_, &wrongSwitch_})
+         {&toolsWork_, &unseen_, &wrongHealth_, &overdue_, &overduePause_, &preferencesTell_,
+          &newSnapshotTold_, &stuck_, &fullDisk_, &fullStartupDisk_, &oldBackup_, &wrongSwitch_})
         duration->forget();
 }
 
@@ -216,6 +217,10 @@ void Watcher::checkPunctuality() {
     require(overduePause_.seconds(overduePause, now()) < 2 * slowLookSeconds, "a pause ends in time");
     if (s.nextFire && !s.deferral && !running_ && !verifyingSince_ && w_.jumps == jumpsAtPlan_)
         require(secondsBetween(*s.nextFire, now()) < 35, "what is planned is begun in time");
+    const bool overdue =
+        s.nextFire && *s.nextFire < now() && !s.deferral && !running_ && !verifyingSince_ && !requestedAt_;
+    require(overdue_.seconds(overdue, now()) < 2 * longestFaultSeconds,
+            "what fell due while the machine slept is made up for");
     if (s.deferral && s.deferral == deferral_ && w_.jumps == jumpsAtDeferral_)
         require(secondsBetween(std::max(s.deferral->nextCheck, deferredAt_), now()) < 3,
                 "what is deferred is looked at again in time");
@@ -245,6 +250,10 @@ void Watcher::checkPlan() {
     require(s.nextFire == plan_ || w_.clockMoved || *s.nextFire >= now(), "nothing is planned in the past");
     if (s.nextFire == plan_ && s.schedule == schedule_)
         return;
+    constexpr double catchUpSeconds = 121; // after a wake
+    require(!plan_ || s.schedule != schedule_ || newPlanExplained_ || secondsBetween(*plan_, now()) < 35 ||
+                secondsBetween(now(), *s.nextFire) <= catchUpSeconds,
+            "a backup that fell due is not planned away");
     schedule_ = s.schedule;
     const Calendar calendar = *Calendar::inZone(w_.programZone);
     require(*s.nextFire <= latestPlan().value_or(distantFuture),

@@ -115,6 +115,7 @@ private:
     std::string shown_ = "Launched";           // the last line that the user should see
     bool running_ = false;
     bool logGrew_ = false;
+    bool newPlanExplained_ = false;      ///< Something but a plan was logged since the last look.
     bool onlyWaits_ = false;             ///< Nothing else was logged since the last look.
     bool asked_ = false;                 ///< `startbackup` ran since the last request.
     std::optional<Instant> overruledAt_; // when the wait for better conditions last ended
@@ -140,6 +141,7 @@ private:
     Lasting toolsWork_;
     Lasting unseen_;
     Lasting wrongHealth_;
+    Lasting overdue_;
     Lasting overduePause_;
     Lasting preferencesTell_; // of a destination
     Lasting newSnapshotTold_;

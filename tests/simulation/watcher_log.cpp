@@ -61,6 +61,9 @@ void Watcher::readLine(std::string_view line) {
         return;
     const std::string_view message = line.substr(stampLength);
     onlyWaits_ &= message.starts_with("Waiting ");
+    newPlanExplained_ |=
+        !beginsWithAny(message, std::array<std::string_view, 3>{"Next backup scheduled for ",
+                                                                "Backup health:", "Timer gap:"});
     if (!beginsWithAny(message, silentPrefixes))
         shown_ = message;
     noteRequest(message);
@@ -214,8 +217,8 @@ void Watcher::noteFailure(std::string_view message) {
         require(newSnapshotTold_.seconds(newSnapshotIsTold(surelyNewSeconds), now()) < answerSeconds,
                 "a backup fails only while no destination tells of a snapshot");
         verifyingSince_.reset(); // a newer request may still be on its way
-    } else {
-        requestedAt_.reset();
+    } else if (!message.starts_with("Startup disk") && !message.starts_with("Backup disk")) {
+        requestedAt_.reset(); // those two are of a request that came to nothing, maybe beside an earlier one
     }
     const std::string expectedTitle =
         failures_ < 3 ? "Backup failed" : "Backups are failing (" + std::to_string(failures_) + " in a row)";

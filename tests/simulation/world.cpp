@@ -146,11 +146,13 @@ void sleepAWhile(World& w) {
         return;
     const double seconds = w.random.exponential(20 * 3600);
     ++w.jumps;
-    if (w.random.chance(0.5))
+    const bool timersStop = w.random.chance(0.5);
+    if (timersStop)
         w.time.sleep(seconds);
     else
         w.time.sleepWithTimersCounting(seconds);
-    if (w.systemEvents.handlers && w.random.chance(0.9))
+    const bool told = w.random.chance(0.9);
+    if (w.systemEvents.handlers && (told || timersStop))
         w.systemEvents.handlers->didWake();
 }
 
