@@ -235,6 +235,7 @@ void BackupWorker::makeRoom(std::int64_t bytes) {
 /// How many of these must go for the backup: with room to spare where that can be had.
 std::size_t BackupWorker::superfluous(const std::vector<Snapshot>& snapshots, std::int64_t bytes) {
     std::vector<std::string> folders;
+    folders.reserve(snapshots.size());
     for (const Snapshot& snapshot : snapshots)
         folders.push_back(store_.pathOf(snapshot.name));
     for (const std::int64_t wanted : {comfortable(bytes), bytes}) {
