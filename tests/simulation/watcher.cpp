@@ -46,6 +46,8 @@ void Watcher::programStarted() {
     require(w_.logFile.text.substr(std::min<std::size_t>(26, w_.logFile.text.size()))
                 .starts_with("——— Launched v1.0 (pid "),
             "the first line of a start is the launch line");
+    require(w_.settings.lossRate > 0 || w_.settings.lostAny || lastBackup_,
+            "from its first launch on, the program counts from a date");
     const bool missed = w_.plannedBefore && *w_.plannedBefore <= w_.startedAt;
     const bool told = w_.logFile.text.find("Backup was missed while not running") != std::string::npos;
     require(missed == told, "a start tells of the backup that was missed, and of no other");

@@ -59,7 +59,6 @@ private:
     void noteFailure(std::string_view message);
     void notePlan(std::string_view message);
     void noteWait(std::string_view message);
-    void noteHealth(std::string_view message);
     [[nodiscard]] std::string_view expectedHealth() const;
 
     // What is shown, kept and done (watcher.cpp).

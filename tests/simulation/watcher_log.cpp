@@ -72,7 +72,6 @@ void Watcher::readLine(std::string_view line) {
     noteStall(message);
     notePlan(message);
     noteWait(message);
-    noteHealth(message);
     if (beginsWithAny(message, failurePrefixes))
         noteFailure(message);
     if (message.starts_with("Crash log from"))
@@ -291,12 +290,6 @@ std::string_view Watcher::expectedHealth() const {
     if (!last || secondsBetween(*last, now()) > 172'800 || failures_ >= 3)
         return "critical";
     return secondsBetween(*last, now()) > 86'400 || failures_ > 0 ? "stale" : "ok";
-}
-
-void Watcher::noteHealth(std::string_view message) {
-    if (message.starts_with("Backup health: "))
-        require(rawValue(state().health) != std::string_view("ok") || failures_ <= 0,
-                "health is not well while backups fail");
 }
 
 } // namespace norvane::simulation
