@@ -53,11 +53,13 @@ std::string OwnProcess::file(std::string_view name) const {
     return contentOf(FileDescriptor(openat(procFolder_, pathOf(name).c_str(), O_RDONLY | O_CLOEXEC)));
 }
 
-std::string OwnProcess::fileInMemory(std::string_view name) const {
+std::string OwnProcess::fileInItsRoot(const char* name) const {
+    // By itself: the kernel never follows a link of /proc when it may use only what it has in memory.
+    const FileDescriptor root(openat(procFolder_, pathOf("root").c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     open_how how{};
     how.flags = O_RDONLY | O_CLOEXEC;
     how.resolve = RESOLVE_CACHED;
-    const auto fd = syscall(SYS_openat2, procFolder_, pathOf(name).c_str(), &how, sizeof how);
+    const auto fd = syscall(SYS_openat2, root.get(), name, &how, sizeof how);
     return contentOf(FileDescriptor(static_cast<int>(fd)));
 }
 

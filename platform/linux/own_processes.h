@@ -34,9 +34,9 @@ public:
     /// A file of the process' folder, such as "cgroup"; at most its first 128 KiB.
     [[nodiscard]] std::string file(std::string_view name) const;
 
-    /// As file(), but empty where the name leads to a disk that would have to be asked (openat2(2),
-    /// RESOLVE_CACHED).
-    [[nodiscard]] std::string fileInMemory(std::string_view name) const;
+    /// A file of the root folder that the process sees, such as ".flatpak-info"; empty where a disk would
+    /// have to be asked for it (openat2(2), RESOLVE_CACHED).
+    [[nodiscard]] std::string fileInItsRoot(const char* name) const;
 
     /// Where the process' open files lie, until `visit` returns false. False: there was no descriptor left to
     /// look with.

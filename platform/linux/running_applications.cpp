@@ -13,7 +13,7 @@ RunningApplications::Traces RunningApplications::readTraces(const OwnProcess& pr
     Traces traces{.mark = process.mark(), .executable = std::move(executable), .ids = {}, .files = {}};
     for (auto& id : {applicationOfControlGroup(process.file("cgroup")),
                      applicationOfEnvironment(process.file("environ"), process.id()),
-                     applicationOfFlatpakInfo(process.fileInMemory("root/.flatpak-info"))})
+                     applicationOfFlatpakInfo(process.fileInItsRoot(".flatpak-info"))})
         if (id)
             traces.ids.push_back(*id);
     for (const std::string& program : programsOfProcess(traces.executable, process.file("cmdline")))

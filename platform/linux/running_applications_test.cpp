@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "platform/linux/application_identity.h"
 #include "platform/linux/child_command_runner.h"
@@ -180,6 +181,24 @@ TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
         EXPECT_TRUE(eventually([&] { return running().contains("sub-other"); })) << "rewritten in place";
     }
     EXPECT_FALSE(running().contains("org.demo.App"));
+}
+
+TEST(RunningApplications, AreSeenInARealSandbox) {
+    const ScratchFolder root;
+    std::ofstream(root.path(".flatpak-info")) << "[Application]\nname=org.demo.Boxed\n";
+    std::vector<std::string> words = {"/usr/bin/python3", "-c",
+                                      "import os, sys, time\n"
+                                      "os.chroot(sys.argv[1])\n"
+                                      "print('inside', flush=True)\n"
+                                      "time.sleep(100)",
+                                      root.path()};
+    if (geteuid() != 0)
+        words.insert(words.begin(), {"unshare", "-r"});
+    const PeerProcess boxed(words);
+    if (!boxed.waitForOutput("inside"))
+        GTEST_SKIP() << "this user may not change the root of a process: " << boxed.output();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    EXPECT_TRUE(RunningApplications().now("/proc", {}, "/usr/bin", end).contains("org.demo.Boxed"));
 }
 
 } // namespace
