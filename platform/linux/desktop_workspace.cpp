@@ -25,6 +25,10 @@ void openWithDesktop(const QUrl& url) {
         QDesktopServices::openUrl(url);
 }
 
+void openFolderOf(const QString& file) {
+    openWithDesktop(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+}
+
 } // namespace
 
 DesktopWorkspace::DesktopWorkspace(OwnUrlHandler own) : own_(std::move(own)) {}
@@ -42,15 +46,20 @@ void DesktopWorkspace::openUrl(const std::string& url) {
 
 void DesktopWorkspace::revealFile(const std::string& path) {
     const QString file = QString::fromStdString(path);
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolderOf(file); // a call without a bus would never be answered
+        return;
+    }
     QDBusMessage call =
         QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                        "org.freedesktop.FileManager1", "ShowItems");
     call.setArguments({QStringList{QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded)}, QString()});
-    auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
+    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, file] {
         const QDBusPendingReply<> reply = *watcher;
         if (reply.isError())
-            openWithDesktop(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+            openFolderOf(file);
         watcher->deleteLater();
     });
 }

@@ -18,7 +18,8 @@ public:
     explicit DesktopWorkspace(OwnUrlHandler own = {});
 
     void openUrl(const std::string& url) override;
-    /// Asks org.freedesktop.FileManager1 (freedesktop.org File Manager D-Bus Interface).
+    /// Asks org.freedesktop.FileManager1 (freedesktop.org File Manager D-Bus Interface); opens the folder
+    /// where nobody answers that.
     void revealFile(const std::string& path) override;
 
 private:
