@@ -99,7 +99,8 @@ std::string ProgramSearch::resolved(const std::string& path) const {
 }
 
 bool ProgramSearch::canBeStarted(const std::string& path) const {
-    return mayWait(path) || access(path.c_str(), X_OK) == 0;
+    std::error_code unknown;
+    return mayWait(path) || (fs::is_regular_file(path, unknown) && access(path.c_str(), X_OK) == 0);
 }
 
 bool ProgramSearch::mayWait(const std::string& path) const {

@@ -138,6 +138,7 @@ TEST(DesktopEntries, StayAsTheyAreWhenTheyCannotBeRead) {
 TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
     const ScratchFolder folder;
     fs::create_directories(folder.path("applications/sub"));
+    fs::create_directories(folder.path("no-programs/demo-app"));
     const std::string program = folder.path("demo-app");
     fs::copy_file("/usr/bin/sleep", program);
     const auto entry = [&](const std::string& file, const std::string& rest) {
@@ -151,7 +152,7 @@ TEST(RunningApplications, AreSeenInTheRealProcessesAndEntries) {
     entry("shell.desktop", "Exec=sh -c demo-app\n");
     setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
     setenv("XDG_DATA_DIRS", "/nonexistent", 1);
-    const std::string searchPath = folder.path() + ":/usr/bin";
+    const std::string searchPath = folder.path("no-programs:") + folder.path() + ":/usr/bin";
     setenv("PATH", searchPath.c_str(), 1);
     SimulatedTime background{Instant()};
     const ChildCommandRunner runner;
