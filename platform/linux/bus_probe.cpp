@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cstddef>
@@ -37,7 +38,23 @@ std::string_view takeUntil(char separator, std::string_view& text) {
     return taken;
 }
 
-/// Of an address' value, where "%20" is a space.
+/// As an address' value, where "%20" is a space.
+std::string escaped(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::string_view plainMarks = "-_/.\\*";
+    std::string value;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte < 0x80 && std::isalnum(byte) != 0) || plainMarks.find(c) != std::string_view::npos) {
+            value += c;
+        } else {
+            ((value += '%') += digits[byte >> 4]) += digits[byte & 15];
+        }
+    }
+    return value;
+}
+
+/// The reverse.
 std::string unescaped(std::string_view value) {
     std::string text;
     for (std::size_t i = 0; i < value.size(); ++i) {
@@ -63,8 +80,6 @@ std::optional<std::string> unixSocket(std::string_view address) {
             return unescaped(value);
         if (key == "abstract")
             return std::string(1, '\0') + unescaped(value);
-        if (key == "runtime")
-            return userBusSocket();
     }
     return std::nullopt;
 }
@@ -125,7 +140,7 @@ std::string sessionBusAddress() {
     if (const auto address = variable(sessionVariable))
         return *address;
     if (const std::string socket = userBusSocket(); access(socket.c_str(), F_OK) == 0)
-        return "unix:runtime=yes";
+        return "unix:path=" + escaped(socket); // "runtime=yes" is for servers alone
     return "autolaunch:";
 }
 

@@ -2,6 +2,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/bus_probe.h"
 #include "platform/linux/dbus_notifications.h"
 #include "platform/linux/session_test.h"
 
@@ -154,6 +155,16 @@ TEST_F(NotificationsTest, ANewBusIsAsGoodAsTheOld) {
         mockDaemon.freeze();
         notifications.post({"Backup failed", "never answered", "failure"});
     }
+}
+
+TEST_F(NotificationsTest, TheBusMayBeKnownByTheFolderOfTheSessionAlone) {
+    const ScratchFolder folder;
+    const std::string socket = bus.address().substr(bus.address().find('/'));
+    std::filesystem::create_directory_symlink(std::filesystem::path(socket).parent_path(),
+                                              folder.path("run, 1"));
+    setenv("XDG_RUNTIME_DIR", folder.path("run, 1").c_str(), 1);
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    EXPECT_TRUE(BusLink(sessionBusAddress()).ensureConnected()) << sessionBusAddress();
 }
 
 TEST_F(NotificationsTest, WithoutADaemonOrABusNothingHappens) {
