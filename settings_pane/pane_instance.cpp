@@ -39,7 +39,13 @@ bool PaneInstance::handedOver() {
     return false;
 }
 
-void PaneInstance::retire() { QDBusConnection::sessionBus().unregisterService(busName); }
+void PaneInstance::retire() {
+    // unregisterService() would wait for the bus.
+    QDBusMessage call = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                       "org.freedesktop.DBus", "ReleaseName");
+    call.setArguments({QString(busName)});
+    QDBusConnection::sessionBus().send(call);
+}
 
 void PaneInstance::Activate(const QVariantMap& /*platformData*/) { Q_EMIT activated(); }
 
