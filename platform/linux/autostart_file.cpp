@@ -33,8 +33,6 @@ std::string quoted(std::string_view word) {
     for (const char c : word) {
         if (std::string_view("\"`$\\").find(c) != std::string_view::npos)
             result += '\\';
-        else if (c == '%')
-            result += '%';
         result += c;
     }
     return result + '"';
@@ -132,6 +130,9 @@ bool AutostartFile::enabled() const {
 }
 
 void AutostartFile::enable(const Done& done) {
+    // The key wants it doubled, but systemd and GLib look for such a program under the doubled name.
+    if (program_.find('%') != std::string::npos)
+        return done(program_ + ": cannot be started at login because of the % in its path");
     const KeyFile entry = newEntry();
     g_key_file_set_string(entry.get(), group, "Icon", "org.norvane.Norvane");
     g_key_file_set_string(entry.get(), group, "Exec", quoted(program_).c_str());

@@ -88,6 +88,16 @@ TEST_F(AutostartFileTest, AnyPathIsQuoted) {
     }
 }
 
+TEST_F(AutostartFileTest, WhatNoSessionWouldStartIsRefused) {
+    const std::string hostile = folder.path("100% sure");
+    std::filesystem::copy(program, hostile);
+    AutostartFile other{{folder.path("config/autostart"), {}}, hostile};
+    std::string text;
+    other.enable([&](const std::string& error) { text = error; });
+    EXPECT_NE(text.find('%'), std::string::npos) << text;
+    EXPECT_FALSE(other.enabled());
+}
+
 TEST_F(AutostartFileTest, StatusIsWhatASessionMakesOfTheEntry) {
     struct Case {
         const char* lines;
