@@ -18,8 +18,7 @@
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
 #include "timemachine_linux/snapshot_name.h"
-#include "timemachine_linux/snapshot_room.h"
-#include "timemachine_linux/snapshot_thinning.h"
+#include "timemachine_linux/snapshot_removal.h"
 #include "timemachine_linux/tree_removal.h"
 
 namespace norvane {
@@ -45,7 +44,8 @@ ResultCode BackupWorker::run() {
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
     bool recorded = record(result);
-    if (result.code == ResultCode::success && thin())
+    if (result.code == ResultCode::success &&
+        SnapshotRemoval(store_, around_.stop, around_.status, notes_).thin(around_.clock.now()))
         recorded = record(result);
     destinationLock_.reset();
     return result.code == ResultCode::success && !recorded ? ResultCode::failed : result.code;
@@ -214,78 +214,6 @@ void BackupWorker::noteSubvolumes(const std::vector<std::string>& otherFileSyste
                              " is a subvolume of its own, which can be added to the folders to back up");
 }
 
-/// The oldest go first, and only where that helps: what the newest shares with them stays on the disk. The
-/// newest whole snapshot stays: the copy builds on it, and it may be all there is.
-void BackupWorker::makeRoom(std::int64_t bytes) {
-    std::vector<Snapshot> old = store_.list();
-    if (!old.empty())
-        old.pop_back();
-    old.resize(superfluous(old, bytes));
-    for (const Snapshot& snapshot : old) {
-        if (around_.stop.requested() || missingRoom(comfortable(bytes)) <= 0 || !remove(snapshot))
-            return;
-        notes_.push_back("Removed the oldest backup to make room: " + snapshot.name);
-        // Some file systems count freed room only then. By a descriptor of its own: each hears of an error
-        // once.
-        const FileDescriptor folder(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        (void)::syncfs(folder.get());
-    }
-}
-
-/// How many of these must go for the backup: with room to spare where that can be had.
-std::size_t BackupWorker::superfluous(const std::vector<Snapshot>& snapshots, std::int64_t bytes) {
-    std::vector<std::string> folders;
-    folders.reserve(snapshots.size());
-    for (const Snapshot& snapshot : snapshots)
-        folders.push_back(store_.pathOf(snapshot.name));
-    for (const std::int64_t wanted : {comfortable(bytes), bytes}) {
-        const std::int64_t missing = missingRoom(wanted);
-        if (missing <= 0)
-            return 0;
-        around_.status.enter(phase::thinningBefore);
-        if (const auto count = snapshotsHolding(missing, folders, [&] { return around_.stop.requested(); }))
-            return *count;
-    }
-    notes_.emplace_back("Removing old backups would not make enough room");
-    return 0;
-}
-
-/// Folders are not counted, files take whole blocks and grow meanwhile.
-std::int64_t BackupWorker::comfortable(std::int64_t bytes) const {
-    const auto space = spaceOf(store_.folder());
-    return bytes + bytes / 10 + (space ? space->availableBytes + space->usedBytes : 0) / 100;
-}
-
-std::int64_t BackupWorker::missingRoom(std::int64_t bytes) const {
-    const auto space = spaceOf(store_.folder());
-    return space ? bytes - space->availableBytes : 0;
-}
-
-/// True: snapshots have gone.
-bool BackupWorker::thin() {
-    bool gone = false;
-    for (const Snapshot& snapshot : supersededSnapshots(store_.list(), around_.clock.now())) {
-        if (around_.stop.requested())
-            break;
-        around_.status.enter(phase::thinningAfter);
-        gone = remove(snapshot) || gone;
-    }
-    return gone;
-}
-
-/// First its name, then what is in it: a snapshot that has its name is whole. What a killed worker leaves of
-/// it is removed by the next one, like every unfinished backup.
-bool BackupWorker::remove(const Snapshot& snapshot) {
-    const auto unfinished = store_.withdraw(snapshot);
-    if (!unfinished) {
-        notes_.push_back("Cannot remove the old backup " + snapshot.name + ": " + std::strerror(errno));
-        return false;
-    }
-    if (!removeTree(store_.pathOf(*unfinished)))
-        notes_.push_back("Cannot remove all of the old backup " + snapshot.name);
-    return true;
-}
-
 BackupWorker::Failure BackupWorker::copy() {
     const std::vector<Snapshot> snapshots = store_.list();
     job_.target = store_.pathOf(unfinishedName_);
@@ -297,7 +225,7 @@ BackupWorker::Failure BackupWorker::copy() {
         notes_.emplace_back("The destination cannot hold access control lists");
     if (!job_.abilities.extendedAttributes)
         notes_.emplace_back("The destination cannot hold extended attributes");
-    makeRoom(countTotals().bytes);
+    SnapshotRemoval(store_, around_.stop, around_.status, notes_).makeRoom(countTotals().bytes);
     if (around_.stop.requested())
         return stopped();
     around_.status.enter(phase::copying);

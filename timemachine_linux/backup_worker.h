@@ -60,12 +60,6 @@ private:
     Failure copyVolumeFolders();
     Failure runCopy(const std::vector<std::string>& arguments);
     Failure finish();
-    void makeRoom(std::int64_t bytes);
-    [[nodiscard]] std::size_t superfluous(const std::vector<Snapshot>& snapshots, std::int64_t bytes);
-    [[nodiscard]] std::int64_t comfortable(std::int64_t bytes) const;
-    [[nodiscard]] std::int64_t missingRoom(std::int64_t bytes) const;
-    bool thin();
-    [[nodiscard]] bool remove(const Snapshot& snapshot);
 
     bool resume(const std::string& name);
     void keepLeftover(ResultCode code);
