@@ -5,7 +5,7 @@
 
 #include "controller/backup_controller.h"
 #include "controller/planning.h"
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 
 namespace norvane {
 

@@ -1,5 +1,5 @@
 #include "fuzz/fuzz.h"
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

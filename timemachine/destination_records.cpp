@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

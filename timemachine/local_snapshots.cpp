@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "platform/digit_pattern.h"
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

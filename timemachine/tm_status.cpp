@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "timemachine/text_values.h"
+#include "timemachine/number_text.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

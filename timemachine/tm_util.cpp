@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 
 namespace norvane {
 

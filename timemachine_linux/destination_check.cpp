@@ -13,7 +13,7 @@
 #include <set>
 
 #include "platform/linux/mount_table.h"
-#include "timemachine/text_values.h"
+#include "platform/white_space.h"
 #include "timemachine_linux/backup_place.h"
 #include "timemachine_linux/file_system_probe.h"
 #include "timemachine_linux/mounted_paths.h"

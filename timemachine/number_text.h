@@ -1,4 +1,4 @@
-// Reading single values out of the tools' text.
+// Reading numbers out of the tools' text.
 #pragma once
 
 #include <optional>
@@ -7,12 +7,6 @@
 #include "platform/property_list.h"
 
 namespace norvane {
-
-/// The text without spaces, tabs and other horizontal white space (Unicode category Zs) at both ends.
-[[nodiscard]] std::string_view trimHorizontal(std::string_view text);
-
-/// The text without white space and line breaks at both ends.
-[[nodiscard]] std::string_view trimWhitespace(std::string_view text);
 
 /// The number that the whole text is, in the syntax of strtod(3) in the C locale; none when anything precedes
 /// or follows it, white space included.
