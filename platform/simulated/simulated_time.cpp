@@ -92,7 +92,7 @@ bool SimulatedTime::step() {
     const Event event = std::move(events_.back());
     events_.pop_back();
     elapsed_ = std::max(elapsed_, event.due);
-    std::visit([this](const auto& what) { run(what); }, event.what);
+    std::visit([this](const auto& what) { this->run(what); }, event.what);
     return true;
 }
 
