@@ -18,7 +18,6 @@
 #include "timemachine_linux/rsync_process.h"
 #include "timemachine_linux/rsync_progress.h"
 #include "timemachine_linux/snapshot_name.h"
-#include "timemachine_linux/snapshot_removal.h"
 #include "timemachine_linux/tree_removal.h"
 
 namespace norvane {
@@ -44,8 +43,7 @@ ResultCode BackupWorker::run() {
     if (result.code != ResultCode::success)
         keepLeftover(result.code);
     bool recorded = record(result);
-    if (result.code == ResultCode::success &&
-        SnapshotRemoval(store_, around_.stop, around_.status, notes_).thin(around_.clock.now()))
+    if (result.code == ResultCode::success && removal().thin(around_.clock.now()))
         recorded = record(result);
     destinationLock_.reset();
     return result.code == ResultCode::success && !recorded ? ResultCode::failed : result.code;
@@ -85,7 +83,8 @@ BackupWorker::Failure BackupWorker::openDestination() {
         return destinationFailure("opening the folder of this machine", errno);
     if (Failure failure = lockDestination())
         return failure;
-    if (const int error = probeWriting(store_.folder()); error != 0)
+    // On a full one, room may still be made.
+    if (const int error = probeWriting(store_.folder()); error != 0 && !isFull(error))
         return destinationFailure("writing", error);
     return std::nullopt;
 }
@@ -169,6 +168,8 @@ BackupWorker::Failure BackupWorker::prepareFolder() {
     for (const std::string& name : leftovers)
         if (!(job_.resuming && name == newest) && !removeTree(store_.pathOf(name)))
             notes_.push_back("Cannot remove the unfinished backup " + name);
+    if (Failure failure = makeWritable())
+        return failure;
     const std::string name = snapshotName(around_.clock.now()) + std::string(inProgressSuffix);
     unfinishedName_ = job_.resuming ? newest : name;
     // Before the folder, so that no folder can be taken for one that an earlier note vouches for.
@@ -179,6 +180,17 @@ BackupWorker::Failure BackupWorker::prepareFolder() {
     unfinishedName_.clear(); // whatever has the name is not ours to vouch for
     ::unlink(around_.files.leftover.c_str());
     return destinationFailure("making the backup's folder", error);
+}
+
+/// A disk that is full to the last byte takes not even the folder of a backup, nor tells what it can hold.
+BackupWorker::Failure BackupWorker::makeWritable() {
+    constexpr std::int64_t roomToBegin = 1 << 20;
+    int error = probeWriting(store_.folder());
+    if (isFull(error)) {
+        removal().makeRoom(roomToBegin);
+        error = probeWriting(store_.folder());
+    }
+    return error == 0 ? std::nullopt : Failure(destinationFailure("writing", error));
 }
 
 bool BackupWorker::resume(const std::string& name) {
@@ -225,7 +237,7 @@ BackupWorker::Failure BackupWorker::copy() {
         notes_.emplace_back("The destination cannot hold access control lists");
     if (!job_.abilities.extendedAttributes)
         notes_.emplace_back("The destination cannot hold extended attributes");
-    SnapshotRemoval(store_, around_.stop, around_.status, notes_).makeRoom(countTotals().bytes);
+    removal().makeRoom(countTotals().bytes);
     if (around_.stop.requested())
         return stopped();
     around_.status.enter(phase::copying);
@@ -343,6 +355,8 @@ void BackupWorker::writeLog(const BackupResult& result) const {
         text += printable(note) + "\n";
     replaceFile(around_.files.log, text);
 }
+
+SnapshotRemoval BackupWorker::removal() { return {store_, around_.stop, around_.status, notes_}; }
 
 BackupResult BackupWorker::destinationFailure(const std::string& step, int error) const {
     const std::string message = destination_.path + ": " + step + ": " + std::strerror(error);

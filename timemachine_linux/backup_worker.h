@@ -14,6 +14,7 @@
 #include "timemachine_linux/rsync_command.h"
 #include "timemachine_linux/rsync_outcome.h"
 #include "timemachine_linux/session_status_file.h"
+#include "timemachine_linux/snapshot_removal.h"
 #include "timemachine_linux/snapshot_store.h"
 #include "timemachine_linux/source_selection.h"
 #include "timemachine_linux/source_view.h"
@@ -51,6 +52,7 @@ private:
     Failure chooseSources();
     Failure chooseView();
     Failure prepareFolder();
+    Failure makeWritable();
     void leaveOutOtherFileSystems();
     void removeLocalSnapshots(ResultCode code);
     [[nodiscard]] ChangeTotals countTotals();
@@ -65,6 +67,7 @@ private:
     void keepLeftover(ResultCode code);
     [[nodiscard]] bool record(const BackupResult& result);
     void writeLog(const BackupResult& result) const;
+    [[nodiscard]] SnapshotRemoval removal();
     [[nodiscard]] BackupResult destinationFailure(const std::string& step, int error) const;
     [[nodiscard]] static BackupResult stopped();
 

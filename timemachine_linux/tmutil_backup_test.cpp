@@ -170,7 +170,7 @@ TEST_F(Tmutil, OldBackupsMakeWayAndAKillHarmsNone) {
     const auto makeOlder = [&](int daysAgo, int second) {
         const Instant date = Instant(std::chrono::seconds(::time(nullptr))) - std::chrono::days(daysAgo) +
                              std::chrono::seconds(second);
-        const std::string copy = first.parent_path() / snapshotName(date);
+        std::string copy = first.parent_path() / snapshotName(date);
         const std::string stamp = "@" + std::to_string(date.time_since_epoch().count() / 1'000'000);
         EXPECT_EQ(box.run({"cp", "-al", first, copy}).exitCode, 0);
         EXPECT_EQ(box.run({"touch", "-d", stamp, copy}).exitCode, 0);
@@ -225,6 +225,23 @@ TEST_F(Tmutil, OldBackupsStayWhereTheirRemovalMakesNoRoom) {
     EXPECT_EQ(box.snapshots().size(), 3U);
     EXPECT_EQ(*box.recorded("MessageParameters").array()->front().string(),
               "Removed the oldest backup to make room: " + fs::path(before.front()).filename().string());
+    EXPECT_EQ(box.run({"umount", box.destination()}).exitCode, 0);
+}
+
+TEST_F(Tmutil, OldBackupsMakeWayOnADiskFullToTheLastByte) {
+    if (box.run({"mount", "-t", "tmpfs", "-o", "size=40m", "none", box.destination()}).exitCode != 0)
+        GTEST_SKIP() << "needs root";
+    useDestination();
+    writeFile(box.tree() + "/replaced", std::string(std::size_t{8} << 20, 'x'));
+    backUp();
+    const std::string oldest = fs::path(box.snapshots().front()).filename();
+    writeFile(box.tree() + "/replaced", "small");
+    backUp();
+    EXPECT_NE(box.run({"dd", "if=/dev/zero", "of=" + box.destination() + "/others"}).exitCode, 0);
+    backUp();
+    EXPECT_EQ(box.snapshots().size(), 2U);
+    EXPECT_EQ(*box.recorded("MessageParameters").array()->front().string(),
+              "Removed the oldest backup to make room: " + oldest);
     EXPECT_EQ(box.run({"umount", box.destination()}).exitCode, 0);
 }
 
