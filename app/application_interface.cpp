@@ -7,6 +7,8 @@
 #include <QVariantMap>
 #include <utility>
 
+#include "platform/linux/activation_token.h"
+
 namespace norvane {
 
 class ApplicationInterface::Object final : public QObject, protected QDBusContext {
@@ -21,23 +23,29 @@ public:
     ~Object() override { QDBusConnection::sessionBus().unregisterObject(applicationObjectPath); }
 
 public Q_SLOTS: // the names are the interface's
-    void Activate(const QVariantMap& /*platformData*/) { later(actions_.activate); }
+    void Activate(const QVariantMap& platformData) { later(actions_.activate, platformData); }
 
-    void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { later(actions_.activate); }
+    void Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
+        later(actions_.activate, platformData);
+    }
 
     void ActivateAction(const QString& name, const QVariantList& /*parameter*/,
-                        const QVariantMap& /*platformData*/) {
+                        const QVariantMap& platformData) {
         const auto action = actions_.named.find(name.toStdString());
         if (action != actions_.named.end())
-            later(action->second);
+            later(action->second, platformData);
         else if (calledFromDBus())
             sendErrorReply(QDBusError::InvalidArgs, "There is no action " + name);
     }
 
 private:
     /// The caller gets its answer first.
-    void later(const std::function<void()>& action) {
-        QMetaObject::invokeMethod(this, action, Qt::QueuedConnection);
+    void later(const std::function<void()>& action, const QVariantMap& platformData) {
+        const auto perform = [action, token = activationTokenOf(platformData)] {
+            const ActivationScope scope(token);
+            action();
+        };
+        QMetaObject::invokeMethod(this, perform, Qt::QueuedConnection);
     }
 
     const ApplicationActions actions_;

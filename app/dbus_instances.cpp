@@ -4,8 +4,10 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <utility>
 
 #include "app/application_interface.h"
+#include "platform/linux/activation_token.h"
 
 namespace norvane {
 
@@ -22,7 +24,8 @@ QDBusMessage busCall(const char* method, const QString& argument) {
 
 } // namespace
 
-DBusInstances::DBusInstances() : bus_(QDBusConnection::sessionBus()) {
+DBusInstances::DBusInstances(QString activationToken)
+    : activationToken_(std::move(activationToken)), bus_(QDBusConnection::sessionBus()) {
     if (!bus_.isConnected())
         return;
     const auto reply =
@@ -56,17 +59,22 @@ std::vector<DBusInstances::Owner> DBusInstances::otherOwners() const {
     return owners;
 }
 
-void DBusInstances::activate(std::int64_t processId) {
+void DBusInstances::leave() {
+    if (identified_)
+        bus_.interface()->unregisterService(applicationBusName);
+}
+
+bool DBusInstances::activate(std::int64_t processId) {
     for (const Owner& owner : otherOwners()) {
         if (owner.processId != processId)
             continue;
         QDBusMessage call = QDBusMessage::createMethodCall(owner.uniqueName, applicationObjectPath,
                                                            "org.freedesktop.Application", "Activate");
-        call.setArguments({QVariantMap()});
+        call.setArguments({platformDataWith(activationToken_)});
         // Waited for: this process ends right after, and an unsent message with it.
-        bus_.call(call, QDBus::Block, callTimeoutMilliseconds);
-        return;
+        return bus_.call(call, QDBus::Block, callTimeoutMilliseconds).type() == QDBusMessage::ReplyMessage;
     }
+    return false;
 }
 
 } // namespace norvane

@@ -11,13 +11,15 @@ namespace norvane {
 /// dies.
 class DBusInstances final : public ProgramInstances {
 public:
-    /// Queues this process for the name.
-    DBusInstances();
+    /// Queues this process for the name. The token goes to the instance that is activated.
+    explicit DBusInstances(QString activationToken);
 
     [[nodiscard]] bool identified() const override { return identified_; }
     [[nodiscard]] std::int64_t ownProcessId() const override;
     [[nodiscard]] std::vector<std::int64_t> others() const override;
-    void activate(std::int64_t processId) override;
+    bool activate(std::int64_t processId) override;
+    /// This process is an instance no more.
+    void leave();
 
 private:
     struct Owner {
@@ -26,6 +28,7 @@ private:
     };
     [[nodiscard]] std::vector<Owner> otherOwners() const;
 
+    const QString activationToken_;
     QDBusConnection bus_;
     bool identified_ = false;
 };

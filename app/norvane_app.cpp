@@ -25,7 +25,10 @@ constexpr auto defaultsDomain = "org.norvane.Norvane";
 constexpr auto updateMatter = "update";
 
 /// Empty: this build looks for no updates.
-std::string updateHost() { return QUrl(NORVANE_UPDATE_FEED).host().toStdString(); }
+std::string updateHost() {
+    const QUrl feed(NORVANE_UPDATE_FEED, QUrl::StrictMode);
+    return feed.scheme() == "https" ? feed.host().toStdString() : "";
+}
 
 bool hasDisplay() { return QGuiApplication::platformName() != "offscreen"; }
 
@@ -63,9 +66,10 @@ void chooseLanguage() {
 }
 
 NorvaneApp::NorvaneApp(const ProgramFolders& folders)
-    : files_(homeFolder()), defaults_(preferencesFile(defaultsDomain)), logFile_(folders.logFile()),
-      eventLog_(clock_, logFile_), network_(openSystemBus),
-      tmUtil_(runner_, chooseTools(files_, programFolder()), network_, workspace_),
+    : files_(homeFolder()), logFile_(folders.logFile()), eventLog_(clock_, logFile_),
+      defaults_(preferencesFile(defaultsDomain),
+                [this] { eventLog_.log("Settings can't be stored — keeping them until Norvane quits"); }),
+      network_(openSystemBus), tmUtil_(runner_, chooseTools(files_, programFolder()), network_, workspace_),
       emailComposer_(QDBusConnection::sessionBus()),
       crashReporter_(defaults_, files_, clock_, emailComposer_, folders.crashReports(),
                      NORVANE_SUPPORT_ADDRESS),
@@ -73,9 +77,9 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       // Outside of a sandbox the services themselves can be asked.
       power_(systemBus_, insideFlatpak() ? &sessionBus_ : nullptr, "/sys/class/power_supply"),
       notifications_(makeNotifications(sessionBus_)), loginItem_(makeLoginItem(defaults_, sessionBus_)),
-      appearance_(QDBusConnection::sessionBus(), hasDisplay()), systemEvents_(systemBus_, appearance_),
-      timeZoneWatch_("/etc", adoptSystemTimeZone), controller_(services()),
-      updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
+      appearance_(QDBusConnection::sessionBus(), hasDisplay()),
+      systemEvents_(systemBus_, wakeDetector_, appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
+      controller_(services()), updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
       settings_(uiEngine_, notificationCenter_, settingsServices(), factsOf(folders), settingsActions()),
       trayPresenter_(controller_, trayItem_, clock_, formats_, texts_), interface_(actions()) {
     trayItem_.onActivate([this](int x, int y) {
@@ -88,6 +92,16 @@ void NorvaneApp::reopened() {
     eventLog_.log("Reopened from Finder/Dock — opening Health window");
     health_.open();
 }
+
+bool NorvaneApp::settle() {
+    for (const bool kill : {false, true}) {
+        if (background_.waitForDone())
+            return true;
+        runner_.endAll(kill);
+    }
+    return background_.waitForDone();
+}
+
 void NorvaneApp::performStartupAction() {
     if (hasDisplay() && !SettingsStore(defaults_).onboardingDone())
         openOnboardingWindow();
@@ -162,8 +176,8 @@ void NorvaneApp::tellOfUpdate(const UpdateResult& result, bool askedByUser) {
     if (askedByUser)
         return updateAlert_.show(result);
     updatePage_ = result.page;
-    notifications_->post({fillIn(texts_.translate("Norvane %@ is available"), {result.version}), result.page,
-                          updateMatter, ""});
+    controller_.postAlert({fillIn(texts_.translate("Norvane %@ is available"), {result.version}), result.page,
+                           updateMatter, ""});
 }
 
 NotificationAnswers NorvaneApp::answers() {

@@ -15,6 +15,7 @@
 #include "platform/linux/desktop_workspace.h"
 #include "platform/linux/https_update_service.h"
 #include "platform/linux/icu_formats.h"
+#include "platform/linux/kept_user_defaults.h"
 #include "platform/linux/linux_measurements.h"
 #include "platform/linux/linux_process_activity.h"
 #include "platform/linux/linux_system_events.h"
@@ -28,6 +29,7 @@
 #include "platform/linux/tcp_network_probe.h"
 #include "platform/linux/time_zone_watch.h"
 #include "platform/linux/user_defaults_file.h"
+#include "platform/linux/wake_detector.h"
 #include "ui/english_texts.h"
 #include "ui/health_window.h"
 #include "ui/local_snapshots_window.h"
@@ -69,9 +71,9 @@ public:
     /// The user opened the running program again.
     void reopened();
 
-    /// Waits a moment for background work. False: some of it still runs, and the process should end without
-    /// it.
-    [[nodiscard]] bool settle() { return background_.waitForDone(); }
+    /// Waits a moment for background work, and ends tools that hang. False: some of it still runs, and the
+    /// process should end without it.
+    [[nodiscard]] bool settle();
 
 private:
     [[nodiscard]] ControllerServices services();
@@ -88,9 +90,9 @@ private:
 
     const SystemClock clock_;
     const PosixFileSystem files_;
-    UserDefaultsFile defaults_;
     PosixLogFile logFile_;
     const EventLog eventLog_;
+    KeptUserDefaults defaults_;
     const ChildCommandRunner runner_;
     const TcpNetworkProbe network_;
     DesktopWorkspace workspace_{
@@ -98,7 +100,9 @@ private:
     const TMUtil tmUtil_;
     DesktopEmailComposer emailComposer_;
     const CrashReporter crashReporter_;
-    QtTimers timers_;
+    WakeDetector wakeDetector_;
+    // What a wake means is decided before anything that fell due is done.
+    QtTimers timers_{[this] { wakeDetector_.lookAtClocks(); }};
     BusLink systemBus_;
     BusLink sessionBus_;
     DesktopPower power_;
@@ -133,7 +137,7 @@ private:
         uiEngine_,
         {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},
         {[this] { health_.open(); }, [this] { settings_.open(); }, [] { QCoreApplication::quit(); }}};
-    StatusNotifierItem trayItem_;
+    StatusNotifierItem trayItem_{ownIconsFolder(programFolder())};
     TrayPresenter trayPresenter_;
     ApplicationInterface interface_;
 };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace norvane {
@@ -17,12 +18,20 @@ public:
     [[nodiscard]] virtual std::int64_t ownProcessId() const = 0;
     /// Process ids of the other instances that run now.
     [[nodiscard]] virtual std::vector<std::int64_t> others() const = 0;
-    /// Brings the other instance to the front.
-    virtual void activate(std::int64_t processId) = 0;
+    /// Brings the other instance to the front. False: it does not answer.
+    virtual bool activate(std::int64_t processId) = 0;
 };
 
-/// Waits up to 2 s for other instances to go away. True: this one may run. False: an older one does and was
-/// activated, so this process must end with status 0. `sleep` blocks for the seconds given.
-[[nodiscard]] bool becomesTheInstance(ProgramInstances& instances, const std::function<void(double)>& sleep);
+struct OlderInstance {
+    std::int64_t processId = 0;
+    bool answers = true;
+
+    bool operator==(const OlderInstance&) const = default;
+};
+
+/// Waits up to 2 s for other instances to go away. None: this one may run. Else an older one, which was
+/// activated: this process must end with status 0. `sleep` blocks for the seconds given.
+[[nodiscard]] std::optional<OlderInstance> olderInstance(ProgramInstances& instances,
+                                                         const std::function<void(double)>& sleep);
 
 } // namespace norvane

@@ -111,12 +111,31 @@ void BackupController::checkStatus() {
 void BackupController::refreshDestination() {
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
                  [this](const TMUtil::DestinationSummary& summary) {
-                     publish(&ControllerState::destinationName, summary.name);
-                     destinationMountPoint_.reset();
-                     if (summary.kind == "Local" && summary.mountPoint)
-                         destinationMountPoint_ = destinationFolderAt(*summary.mountPoint, services_.files);
+                     takeDestination(summary);
                      refreshAutoBackupFlag();
                  });
+}
+
+/// Another disk may have been chosen since. A tool that fails tells nothing, and what was known stays known.
+void BackupController::relearnDestination(std::function<void()> learned) {
+    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
+                 [this, learned = std::move(learned)](const TMUtil::DestinationSummary& summary) {
+                     if (summary.name && summary.kind)
+                         takeDestination(summary);
+                     learned();
+                 });
+}
+
+void BackupController::takeDestination(const TMUtil::DestinationSummary& summary) {
+    const bool local = summary.kind == "Local";
+    const bool away = local && !summary.mountPoint && summary.name == state_.destinationName;
+    publish(&ControllerState::destinationName, summary.name);
+    if (away)
+        return; // the same disk, and where it belongs is still known
+    destinationMountPoint_ =
+        local && summary.mountPoint
+            ? std::optional(destinationFolderAt(*summary.mountPoint, services_.files, destinationMountPoint_))
+            : std::nullopt;
 }
 
 void BackupController::refreshAutoBackupFlag() {
@@ -125,11 +144,19 @@ void BackupController::refreshAutoBackupFlag() {
 }
 
 void BackupController::handleWake() {
+    const auto catchUpFromNow = [this] { return plusSeconds(now(), wakeCatchUpMinutes * 60); };
+    const bool sleptThrough = armedFor_ && *armedFor_ <= now();
+    if (sleptThrough) {
+        // Disk and network are still on their way, and so may be a new time: neither a timer that falls due
+        // nor a new plan may take the catch-up's place.
+        fireTimer_.reset();
+        catchUpAt_ = catchUpFromNow();
+    }
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
-                 [this](const TMStatus& status) {
+                 [this, sleptThrough, catchUpFromNow](const TMStatus& status) {
                      applyStatus(status);
-                     if (armedFor_ && *armedFor_ <= now()) {
-                         catchUpAt_ = plusSeconds(now(), wakeCatchUpMinutes * 60);
+                     if ((sleptThrough && catchUpAt_) || (armedFor_ && *armedFor_ <= now())) {
+                         catchUpAt_ = catchUpFromNow();
                          log("Woke past scheduled fire — catching up in " +
                              std::to_string(wakeCatchUpMinutes) + " min");
                      }

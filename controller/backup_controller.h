@@ -97,6 +97,8 @@ public:
     void refreshAutoBackupFlag();
     /// Learns anew where backups go, and then what refreshAutoBackupFlag() learns.
     void refreshDestination();
+    /// Posts one notification; every one of the program goes this way.
+    void postAlert(const Notification& alert);
     /// The user sent or dismissed the crash report.
     void clearPendingCrashReport();
     /// The user chose whether to use the program's own accent colour: every view takes it up.
@@ -114,11 +116,14 @@ private:
     void checkCrashReports();
     void checkStatus();
     void handleWake();
+    void relearnDestination(std::function<void()> learned);
+    void takeDestination(const TMUtil::DestinationSummary& summary);
 
     // Planning, firing and deferral (firing.cpp).
     void reschedule();
     void armFireTimer();
     bool deferIfBlocked();
+    void startUnlessProblem(bool scheduled);
     void clearDeferral();
     void clearSkipAndCatchUp();
 
@@ -146,7 +151,6 @@ private:
     void updateHealth();
     void assessHealthData(const HealthData& data);
     [[nodiscard]] bool shouldAlert(const std::string& key);
-    void postAlert(const Notification& alert);
     void postFailureAlert(const std::string& message, Instant retryAt);
 
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
@@ -194,6 +198,9 @@ private:
     std::optional<Instant> catchUpAt_;
 
     // The backup on its way.
+    std::uint64_t requests_ = 0;             // so far
+    bool dueBackupWithdrawn_ = false;        // since the last request
+    bool manualRequestLooks_ = false;        // for its disk
     std::optional<Instant> awaitingStart_;   // requested then, not yet seen running
     std::optional<Instant> backupStartedAt_; // first seen running; kept after the end
     std::optional<Instant> stopRequestedAt_;

@@ -1,10 +1,19 @@
 #include "controller/condition_probes.h"
 
+#include <algorithm>
+
 #include "platform/translator.h"
 
 namespace norvane {
 
 namespace {
+
+/// A name as one line, because each event is one line of the log.
+std::string onOneLine(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](char character) { return character == '\n' || character == '\r'; }, ' ');
+    return name;
+}
 
 constexpr int maxApplicationReasons = 3;
 
@@ -57,7 +66,7 @@ void ConditionProbes::addApplicationReasons(const std::vector<BlockedApp>& apps,
     for (const BlockedApp& app : apps) {
         if (!running.contains(app.bundleID))
             continue;
-        reasons.push_back(app.name + " is running");
+        reasons.push_back(onOneLine(app.name) + " is running");
         if (++added == maxApplicationReasons)
             return;
     }

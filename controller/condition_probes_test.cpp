@@ -27,17 +27,22 @@ TEST(ConditionProbes, MeasuresNothingThatIsSwitchedOff) {
 
 TEST(ConditionProbes, PowerReasonsInOrder) {
     Machine machine;
-    machine.conditions.requireAC = true;
-    machine.conditions.minBatteryPercent = 20;
+    machine.measurements.power = {false, 19, true};
     machine.conditions.deferInLowPowerMode = true;
-    EXPECT_TRUE(machine.reasons().empty()) << "no battery";
-    machine.measurements.power = {true, 15, false};
+    EXPECT_EQ(machine.reasons(), Reasons{"Low Power Mode is on"});
+    machine.conditions.deferInLowPowerMode = false;
+    machine.conditions.minBatteryPercent = 20;
+    EXPECT_EQ(machine.reasons(), Reasons{"battery below 20%"});
+    machine.measurements.power = {true, 19, true};
     EXPECT_EQ(machine.reasons(), Reasons{"battery below 20%"}) << "the adapter does not lift it";
-    machine.measurements.power = {false, 10, true};
+    machine.conditions.requireAC = machine.conditions.deferInLowPowerMode = true;
+    machine.measurements.power = {false, 19, true};
     EXPECT_EQ(machine.reasons(),
               (Reasons{"running on battery power", "battery below 20%", "Low Power Mode is on"}));
     machine.measurements.power = {false, 20, false};
     EXPECT_EQ(machine.reasons(), Reasons{"running on battery power"});
+    machine.measurements.power = {};
+    EXPECT_TRUE(machine.reasons().empty()) << "no battery";
 }
 
 TEST(ConditionProbes, OnlyTheFirstActivityCounts) {

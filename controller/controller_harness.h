@@ -23,6 +23,12 @@ struct ControllerHarness : SimulatedMachine, SimulatedProgram {
         logFile.text.clear();
     }
 
+    [[nodiscard]] int pollsOfAMinute() {
+        const int before = timeMachine.statusQueries;
+        time.advance(60);
+        return timeMachine.statusQueries - before;
+    }
+
     [[nodiscard]] bool logged(const std::string& message) const { return countLogged(message) > 0; }
     [[nodiscard]] std::ptrdiff_t countLogged(const std::string& message) const {
         const auto messages = loggedMessages();

@@ -15,8 +15,15 @@ struct DestinationFolder {
     std::optional<std::string> mountedAt;
 };
 
-[[nodiscard]] inline DestinationFolder destinationFolderAt(const std::string& path, const FileSystem& files) {
-    return {path, files.mountPointOf(path)};
+/// `known` is what was learned before: of the same folder, it may have seen a disk that is away now.
+[[nodiscard]] inline DestinationFolder
+destinationFolderAt(const std::string& path, const FileSystem& files,
+                    const std::optional<DestinationFolder>& known = std::nullopt) {
+    DestinationFolder folder{path, files.mountPointOf(path)};
+    if (known && known->path == path &&
+        known->mountedAt.value_or("").size() > folder.mountedAt.value_or("").size())
+        folder.mountedAt = known->mountedAt;
+    return folder;
 }
 
 /// A folder that was learned while its disk was away counts as there, before and after the disk comes.

@@ -22,8 +22,7 @@ std::string joined(const std::vector<std::string>& texts) {
 
 /// The number without its fraction; a double, because stored hours may exceed every integer type.
 std::string withoutFraction(double number) {
-    const std::string text = std::to_string(std::trunc(number));
-    return text.substr(0, text.find_first_not_of("-0123456789"));
+    return fillIn("%.0f", {std::trunc(number) + 0.0}); // which turns -0 into 0
 }
 
 } // namespace
@@ -68,6 +67,11 @@ void BackupController::armFireTimer() {
 }
 
 void BackupController::requestBackup(bool scheduled) {
+    if (scheduled && manualRequestLooks_)
+        return; // which comes to a backup, or tells why not
+    ++requests_;
+    dueBackupWithdrawn_ = false;
+    manualRequestLooks_ = false;
     clearSkipAndCatchUp();
     if (state_.status.running) {
         clearDeferral();
@@ -77,6 +81,24 @@ void BackupController::requestBackup(bool scheduled) {
     }
     if (scheduled && state_.conditions.hasAnyCondition() && deferIfBlocked())
         return;
+    if (!destinationVanished())
+        return startUnlessProblem(scheduled);
+    // Maybe another disk was chosen since. Until that is known the user may change the plan, or ask again.
+    manualRequestLooks_ = !scheduled;
+    relearnDestination([this, scheduled, request = requests_] {
+        if (request != requests_)
+            return; // overtaken
+        manualRequestLooks_ = false;
+        if (state_.status.running)
+            return;
+        if (!scheduled)
+            startUnlessProblem(false);
+        else if (!dueBackupWithdrawn_)
+            destinationVanished() ? startUnlessProblem(true) : requestBackup(true);
+    });
+}
+
+void BackupController::startUnlessProblem(bool scheduled) {
     clearDeferral();
     if (const auto problem = preflightProblem()) {
         recordFailure(*problem);
@@ -116,6 +138,7 @@ bool BackupController::deferIfBlocked() {
 }
 
 void BackupController::clearDeferral() {
+    dueBackupWithdrawn_ = true;
     recheckTimer_.reset();
     publish(&ControllerState::deferral, std::nullopt);
 }

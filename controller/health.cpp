@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "controller/backup_controller.h"
-#include "platform/utf8.h"
+#include "platform/letter_case.h"
 
 namespace norvane {
 

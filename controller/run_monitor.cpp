@@ -98,6 +98,7 @@ void BackupController::pollTick() {
     lastTickAt_ = current;
     if (!pollingFast_ && ++slowTickCount_ % slowTicksPerRefresh == 0) {
         refreshAutoBackupFlag();
+        relearnDestination([] {});
         refreshHealthData();
     }
     if (state_.pausedUntil && *state_.pausedUntil <= current) {

@@ -20,7 +20,7 @@ TEST(Starting, EveryWayItFailsIsTold) {
          "Startup disk is nearly full (10.0 GB free) — Time Machine needs room to stage backups. Free up "
          "space",
          false},
-        {"disk not mounted", [](auto& h) { h.files.paths.clear(); }, 0,
+        {"disk not mounted", [](auto& h) { h.files.paths.clear(); }, 1,
          "Backup disk \"Backup Disk\" isn't mounted", false},
         {"tool fails",
          [](auto& h) {
@@ -38,13 +38,13 @@ TEST(Starting, EveryWayItFailsIsTold) {
          },
          1,
          "Backup drive \"Backup Disk\" isn't responding on the network — it may be asleep, off, or on a "
-         "different "
-         "network",
+         "different network",
          true},
     };
     for (const Case& c : cases) {
         ControllerHarness h;
         h.startSettled();
+        h.time.advanceTo(plusSeconds(minute(240), -20)); // shortly before the planned one
         c.arrange(h);
         h.controller->requestBackup(false);
         h.time.advance(c.withinSeconds);
@@ -52,98 +52,187 @@ TEST(Starting, EveryWayItFailsIsTold) {
         EXPECT_EQ(h.logged("Manual backup requested"), c.pollsFast) << c.what;
         EXPECT_EQ(h.store.failureStreak(), 1) << c.what;
         EXPECT_GE(secondsBetween(h.time.now(), *h.state().nextFire), 890) << c.what;
+        EXPECT_EQ(h.pollsOfAMinute(), 2) << c.what;
+        EXPECT_EQ(h.store.failureStreak(), 1) << c.what << ", told once";
+        EXPECT_FALSE(h.logged("Scheduled backup requested")) << c.what;
     }
+}
+
+/// Learned when it is missed, or before that with the other facts that change by themselves.
+TEST(Starting, AnotherBackupDiskIsTakenUp) {
+    enum class Learned { beforeABackup, meanwhile };
+    for (const Learned learned : {Learned::beforeABackup, Learned::meanwhile}) {
+        ControllerHarness h;
+        h.startSettled();
+        h.files.paths = {"/Volumes/Other"};
+        h.timeMachine.mountPoint = "/Volumes/Other";
+        h.timeMachine.name = "Other Disk";
+        if (learned == Learned::meanwhile) {
+            h.time.advance(301);
+            EXPECT_EQ(h.state().destinationName, "Other Disk");
+            h.timeMachine.mounted = false; // away: what is known stays known
+            h.files.paths.clear();
+            h.time.advance(301);
+            h.timeMachine.toolsMissing = true;
+            h.time.advance(301);
+            EXPECT_EQ(h.state().destinationName, "Other Disk");
+            h.timeMachine.toolsMissing = false;
+            h.controller->requestBackup(false);
+            h.time.advance(1);
+            EXPECT_EQ(h.state().lastEvent, "Backup disk \"Other Disk\" isn't mounted");
+            h.timeMachine.name = "Third Disk"; // nobody knows where it would be
+            h.controller->requestBackup(false);
+            h.time.advance(1);
+            EXPECT_TRUE(h.state().status.running);
+            continue;
+        }
+        h.controller->requestBackup(false);
+        h.time.advance(400);
+        EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
+        EXPECT_EQ(h.store.failureStreak(), 0);
+    }
+}
+
+/// Looking for the disk takes a moment, in which the user may change their mind.
+TEST(Starting, APauseOvertakesADueBackupThatLooksForItsDisk) {
+    ControllerHarness h;
+    h.startSettled();
+    h.files.paths.clear();
+    h.time.disturb([] { return 1.0; }, 1);
+    h.time.advanceTo(minute(240));
+    h.time.advance(0.5);
+    h.controller->pause(minute(600));
+    h.time.advance(60);
+    EXPECT_EQ(h.store.failureStreak(), 0);
+    EXPECT_EQ(h.state().nextFire, minute(600));
+    h.controller->requestBackup(false);
+    h.controller->requestBackup(false);
+    h.controller->pause(minute(700));
+    h.time.advance(60);
+    EXPECT_EQ(h.store.failureStreak(), 1) << "what the user asks for goes on, once";
+}
+
+TEST(Starting, ABackUpNowThatLooksForItsDiskIsNotLostToADueOne) {
+    ControllerHarness h;
+    ConditionsConfig conditions;
+    conditions.requireAC = true;
+    h.store.setConditions(conditions);
+    h.measurements.power.onAC = false;
+    h.startSettled();
+    h.files.paths.clear();
+    h.time.disturb([] { return 1.0; }, 5);
+    h.time.advanceTo(minute(239.95));
+    h.controller->requestBackup(false);
+    h.time.advance(60);
+    EXPECT_TRUE(h.logged("Backup disk \"Backup Disk\" isn't mounted"));
 }
 
 TEST(Starting, ANetworkDestinationIsTriedPortByPort) {
     ControllerHarness h;
+    h.startSettled();
     h.timeMachine.kind = "Network";
     h.timeMachine.url = "smb://nas.local/TM";
-    h.timeMachine.mountPoint = "";
     h.network.answeringHosts = {"nas.local:548"};
-    h.startSettled();
+    h.controller->refreshDestination();
+    h.time.advance(1);
+    h.files.paths.clear(); // a share is mounted when it is needed
     h.controller->requestBackup(false);
     h.time.advance(5);
     EXPECT_TRUE(h.logged("Backup started"));
     EXPECT_EQ(h.network.tried,
               (std::vector<NetworkEndpoint>{HostEndpoint{"nas.local", 445}, HostEndpoint{"nas.local", 548}}));
+    EXPECT_EQ(h.network.timeout, 5);
 }
 
-TEST(Starting, FreeBytesAreJudgedToTheByte) {
+TEST(Starting, NeedsTenGigabytesAndOfALocalDestinationNoNetwork) {
     ControllerHarness h;
     h.startSettled();
     h.files.homeAvailableBytes = 10'000'000'000;
+    h.timeMachine.url = "smb://nas.local/TM";
     h.controller->requestBackup(false);
-    EXPECT_EQ(h.state().lastEvent, "Manual backup requested");
+    EXPECT_EQ(h.state().nextFire, std::nullopt);
+    h.time.advance(1);
+    EXPECT_EQ(h.state().lastEvent, "Backup started");
 }
 
 TEST(Running, AStalledCopyIsToldOnceAndItsEndToo) {
-    ControllerHarness h;
-    h.startSettled();
-    h.timeMachine.stallsAt = 300'000'000;
-    h.controller->requestBackup(false);
-    h.time.advance(1500);
-    EXPECT_TRUE(h.state().stalled);
-    EXPECT_EQ(h.countLogged("Backup appears stalled — no progress in 10 min"), 1);
-    ASSERT_EQ(h.notifications.posted.size(), 1U);
-    EXPECT_EQ(h.notifications.posted[0].title, "Backup appears stalled");
-    EXPECT_TRUE(h.notifications.posted[0].body.starts_with("Time Machine hasn't made progress"));
-    h.timeMachine.backupSeconds = 3000;
-    h.timeMachine.stallsAt.reset();
-    h.time.advance(4);
-    EXPECT_FALSE(h.state().stalled);
-    EXPECT_TRUE(h.logged("Backup progress resumed"));
+    for (const auto& [diskGone, reason] : {std::pair{false, "Time Machine hasn't made progress in a while. "},
+                                           {true, "Your backup disk seems to have disconnected — "}}) {
+        ControllerHarness h;
+        h.startSettled();
+        h.timeMachine.stallsAt = 100'000'000; // reached in 30 s
+        h.controller->requestBackup(false);
+        h.time.advance(60);
+        h.timeMachine.stallsAt = 200'000'000;
+        h.time.advance(598);
+        EXPECT_FALSE(h.state().stalled) << "the wait counts from the last byte";
+        if (diskGone)
+            h.files.paths.clear();
+        h.time.advance(850);
+        EXPECT_TRUE(h.state().stalled);
+        EXPECT_EQ(h.countLogged("Backup appears stalled — no progress in 10 min"), 1);
+        ASSERT_EQ(h.notifications.posted.size(), 1U);
+        EXPECT_EQ(h.notifications.posted[0].title, "Backup appears stalled");
+        EXPECT_TRUE(h.notifications.posted[0].body.starts_with(reason));
+        h.timeMachine.backupSeconds = 3000;
+        h.timeMachine.stallsAt.reset();
+        h.time.advance(4);
+        EXPECT_FALSE(h.state().stalled);
+        EXPECT_TRUE(h.logged("Backup progress resumed"));
+        h.timeMachine.phase = "Finishing";
+        h.timeMachine.stallsAt = 1000;
+        h.time.advance(700);
+        EXPECT_FALSE(h.state().stalled) << "only a copy is expected to go on";
+    }
 }
 
-TEST(Running, AStallWithTheDiskGoneSaysSo) {
+TEST(Ending, AnEndWithinThreeMinutesOfTheStopIsNotVerified) {
+    for (const auto& [stopSeconds, verified] : {std::pair{0.0, false}, {177.0, false}, {179.0, true}}) {
+        ControllerHarness h;
+        h.startSettled();
+        h.timeMachine.backupSeconds = 1000;
+        h.timeMachine.stopSeconds = stopSeconds;
+        h.controller->requestBackup(false);
+        h.time.advance(30.02); // the answers of later polls come exactly some seconds after the stop
+        h.controller->stopBackup();
+        h.time.advance(181);
+        EXPECT_EQ(h.logged("Backup stopped"), !verified) << stopSeconds;
+        EXPECT_EQ(h.logged("Verifying backup…"), verified) << stopSeconds;
+        h.time.advance(30);
+        EXPECT_EQ(h.store.failureStreak(), verified ? 1 : 0) << stopSeconds;
+        EXPECT_TRUE(h.state().nextFire) << stopSeconds;
+        EXPECT_EQ(h.pollsOfAMinute(), 2) << stopSeconds;
+    }
+}
+
+TEST(Ending, AStopIsForOneBackup) {
     ControllerHarness h;
     h.startSettled();
-    h.timeMachine.stallsAt = 1000;
+    h.timeMachine.backupSeconds = 60;
     h.controller->requestBackup(false);
     h.time.advance(10);
-    h.files.paths.clear();
-    h.time.advance(620);
-    ASSERT_EQ(h.notifications.posted.size(), 1U);
-    EXPECT_EQ(h.notifications.posted[0].body,
-              "Your backup disk seems to have disconnected — no progress in a while.");
-}
-
-TEST(Ending, AStopWithinThreeMinutesIsNoFailure) {
-    ControllerHarness h;
-    h.startSettled();
-    h.controller->requestBackup(false);
-    h.time.advance(30);
     h.controller->stopBackup();
-    h.time.advance(5);
-    EXPECT_TRUE(h.logged("Backup stopped"));
-    EXPECT_FALSE(h.logged("Verifying backup…"));
-    EXPECT_EQ(h.store.failureStreak(), 0);
-    EXPECT_TRUE(h.state().nextFire);
-}
-
-TEST(Ending, AnEndLongAfterTheStopIsVerified) {
-    ControllerHarness h;
-    h.startSettled();
-    h.timeMachine.ignoresStop = true;
+    h.time.advance(4);
     h.controller->requestBackup(false);
-    h.time.advance(30);
-    h.controller->stopBackup();
-    h.time.advance(300);
+    h.time.advance(70);
     EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
 }
 
 TEST(Verification, LooksFiveTimesThenReportsWhatTimeMachineSays) {
     ControllerHarness h;
     h.timeMachine.leavesSnapshots = false;
-    h.timeMachine.result = 19;
     h.timeMachine.messageParameters = {"Documents", "Photos"};
     h.startSettled();
-    h.controller->requestBackup(false);
-    h.time.advance(300 + 19); // the end is seen at once, the first look follows, the fifth 20 s later
-    EXPECT_EQ(h.state().lastEvent, "Verifying backup…");
-    h.time.advance(4);
-    EXPECT_EQ(h.state().lastEvent,
-              noSnapshot + " — Time Machine reported error 19 — while processing: Documents, Photos");
+    for (const auto& [result, report] :
+         {std::pair{0, ""},
+          {19, " — Time Machine reported error 19 — while processing: Documents, Photos"}}) {
+        h.timeMachine.result = result;
+        h.controller->requestBackup(false);
+        h.time.advance(300 + 19); // the end is seen at once, the first look follows, the fifth 20 s later
+        EXPECT_EQ(h.state().lastEvent, "Verifying backup…");
+        h.time.advance(4);
+        EXPECT_EQ(h.state().lastEvent, noSnapshot + report);
+    }
 }
 
 TEST(Verification, ALateSnapshotCounts) {
@@ -156,19 +245,21 @@ TEST(Verification, ALateSnapshotCounts) {
     h.timeMachine.snapshotDates.push_back(h.time.now());
     h.time.advance(6);
     EXPECT_EQ(h.state().lastEvent, "Backup finished — snapshot verified");
+    EXPECT_EQ(h.state().healthData->backupCount, 1) << "the history is read anew";
     EXPECT_EQ(h.store.lastBackupDate(), h.state().lastBackupDate);
 }
 
 TEST(Verification, SnapshotsCountUpTo120SecondsBeforeTheStart) {
-    for (const auto& [age, counts] : {std::pair{119.0, true}, std::pair{121.0, false}}) {
+    for (const auto& [age, counts] : {std::pair{120.0, true}, std::pair{121.0, false}}) {
         ControllerHarness h;
         h.timeMachine.leavesSnapshots = false;
         h.startSettled();
         h.timeMachine.begin();
+        h.time.advance(0.94);
         h.controller->requestBackup(false);
-        h.time.advance(0.2);
+        h.time.advance(0.06); // three answers later: the records have whole seconds
         ASSERT_TRUE(h.state().status.running);
-        h.timeMachine.snapshotDates = {plusSeconds(h.time.now(), -age - 0.1)};
+        h.timeMachine.snapshotDates = {plusSeconds(h.time.now(), -age)};
         h.time.advance(330);
         EXPECT_EQ(h.logged("Backup finished — snapshot verified"), counts) << age;
     }
@@ -180,14 +271,15 @@ TEST(Verification, WithoutRecordsABackupCountsAsFinished) {
     h.startSettled();
     h.controller->requestBackup(false);
     h.time.advance(100);
-    h.timeMachine.preferencesReadable = false;
-    h.time.advance(220);
+    h.timeMachine.toolsMissing = true;
+    h.time.advance(4);
     EXPECT_EQ(h.state().lastEvent, "Backup finished (snapshot verification unavailable)");
     EXPECT_EQ(h.store.failureStreak(), 0);
 }
 
 TEST(Failure, RetriesWaitLongerAndSurviveARestart) {
     ControllerHarness h;
+    h.store.setSchedule({{DailyTimesRule{{TimeOfDay(10, 45)}}}, {}});
     h.startSettled();
     h.timeMachine.startsWith = CommandResult{1, "", "busy"};
     h.controller->requestBackup(false);
@@ -202,13 +294,24 @@ TEST(Failure, RetriesWaitLongerAndSurviveARestart) {
     h.time.advance(1);
     EXPECT_EQ(h.store.failureStreak(), 3);
     EXPECT_EQ(h.notifications.posted.back().title, "Backups are failing (3 in a row)");
+    EXPECT_TRUE(h.notifications.posted.back().body.ends_with("Next attempt around T11:05."));
     EXPECT_EQ(h.notifications.posted.back().matter, "failure") << "takes the place of the first two";
     EXPECT_EQ(h.state().health, BackupHealth::critical);
     h.timeMachine.startsWith.reset();
     h.controller->requestBackup(false);
-    h.time.advance(400);
+    h.time.advance(305);
     EXPECT_EQ(h.store.failureStreak(), 0);
     EXPECT_EQ(h.state().health, BackupHealth::ok);
+    EXPECT_EQ(h.state().nextFire, minute(45)) << "nothing is to be retried";
+}
+
+TEST(Polling, AsksOnceAtATime) {
+    ControllerHarness h;
+    h.startSettled();
+    h.controller->requestBackup(false);
+    h.time.advance(10);
+    h.time.disturb([] { return 1.0; }, 5); // each answer takes ten seconds
+    EXPECT_NEAR(h.pollsOfAMinute(), 5, 1);
 }
 
 TEST(Polling, AGapBetweenTicksIsLogged) {
@@ -219,16 +322,10 @@ TEST(Polling, AGapBetweenTicksIsLogged) {
     h.time.advance(30);
     EXPECT_TRUE(
         h.logged("Timer gap: 2030s between polls (expected ~30s) — sleep, system throttling, or a stall"));
-}
-
-TEST(Polling, AFailingStatusEndsTheBackupAndVerificationDecides) {
-    ControllerHarness h;
-    h.startSettled();
-    h.controller->requestBackup(false);
-    h.time.advance(250);
-    h.timeMachine.toolsMissing = true;
-    h.time.advance(4);
-    EXPECT_EQ(h.state().lastEvent, "Backup finished (snapshot verification unavailable)");
+    h.timeMachine.begin();
+    h.systemEvents.handlers->didWake();
+    h.time.advance(1);
+    EXPECT_TRUE(h.state().status.running) << "a wake looks by itself";
 }
 
 } // namespace

@@ -32,9 +32,11 @@ void checkHealth(const std::vector<TMUtil::DestinationStatus>& statuses, Instant
 void fuzz(std::string_view input) {
     const auto statuses = TMUtil::parseDestinationStatuses(input);
     if (const auto list = parsePropertyList(input)) {
-        // XML has no form for a zero byte, which the text format can spell; the file then is refused whole.
-        const auto stored = TMUtil::parseDestinationStatuses(writeXmlPropertyList(*list));
-        check(stored == statuses || stored.empty(), "The records are the same from a stored file.");
+        // U+FFFD may stand for a control character, which XML has no place for.
+        const std::string written = writeXmlPropertyList(*list);
+        check(TMUtil::parseDestinationStatuses(written) == statuses ||
+                  written.find("\xEF\xBF\xBD") != std::string::npos,
+              "The records are the same from a stored file.");
     }
     if (statuses.empty())
         return;

@@ -12,7 +12,10 @@ void fuzz(std::string_view input) {
     const auto again = parseXmlPropertyList(written);
     check(again.has_value(), "What is written can be read.");
     check(writeXmlPropertyList(*again) == written, "What was read back is written the same.");
-    check(*again == *list || written.find("nan</real>") != std::string::npos, "What is written reads back.");
+    // U+FFFD may stand for a control character, which XML has no place for.
+    const bool changes =
+        written.find("nan</real>") != std::string::npos || written.find("\xEF\xBF\xBD") != std::string::npos;
+    check(*again == *list || changes, "What is written reads back.");
     check(parseXmlPropertyList(writeXmlPropertyList(*list, PlistDatePrecision::wholeSeconds)).has_value(),
           "Whole seconds can be read.");
 

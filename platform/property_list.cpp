@@ -6,16 +6,14 @@
 
 #include "platform/property_list_text.h"
 #include "platform/property_list_xml.h"
+#include "platform/truncation.h"
 
 namespace norvane {
 
 namespace {
 
 std::optional<std::int64_t> wholeReal(double real) {
-    constexpr double limit = 9223372036854775808.0; // 2^63, the first double past the range
-    if (!(real >= -limit && real < limit) || real != std::trunc(real))
-        return std::nullopt;
-    return static_cast<std::int64_t>(real);
+    return real == std::trunc(real) ? truncated(real) : std::nullopt;
 }
 
 } // namespace
@@ -46,6 +44,13 @@ std::optional<std::int64_t> PropertyList::exactInteger() const {
     return std::nullopt;
 }
 
+std::optional<std::int64_t> PropertyList::truncatedInteger() const {
+    if (const auto exact = exactInteger())
+        return exact;
+    const auto real = number();
+    return real ? truncated(*real) : std::nullopt;
+}
+
 const PropertyList* PropertyList::find(std::string_view key) const {
     const Dictionary* const entries = dictionary();
     if (!entries)
@@ -64,7 +69,7 @@ std::optional<PropertyList> parsePropertyList(std::string_view text) {
     // An old-style text may begin with "<" as well: with data, whose digits are hexadecimal.
     const std::string_view content = text.substr(start);
     if (content.starts_with("<?") || content.starts_with("<!") || content.starts_with("<p"))
-        return parseXmlPropertyList(content);
+        return parseXmlPropertyList(text); // whole: where it starts matters
     return parseTextPropertyList(content);
 }
 

@@ -47,6 +47,10 @@ struct PropertyList {
     /// The value of an integer, boolean or whole real that is exactly representable; none otherwise.
     [[nodiscard]] std::optional<std::int64_t> exactInteger() const;
 
+    /// The value of an integer, real or boolean without its fraction; none when that does not fit, and for
+    /// every other type.
+    [[nodiscard]] std::optional<std::int64_t> truncatedInteger() const;
+
     /// The entry of a dictionary; null when this is no dictionary or the key is missing.
     [[nodiscard]] const PropertyList* find(std::string_view key) const;
 };

@@ -15,6 +15,7 @@ namespace norvane {
 
 namespace {
 
+constexpr char32_t replacementCharacter = 0xFFFD; // for an escape that stands for no character
 constexpr std::string_view letterEscapes = "abfnrtv";
 constexpr std::string_view letterEscapeValues = "\a\b\f\n\r\t\v";
 
@@ -185,55 +186,59 @@ private:
         const char character = text_[position_++];
         if (const auto index = letterEscapes.find(character); index != std::string_view::npos)
             string += letterEscapeValues[index];
-        else if (std::string_view("\"'\\\n").find(character) != std::string_view::npos)
-            string += character;
         else if (character == 'U')
-            return readUnicodeEscape(string);
+            readUnicodeEscape(string);
         else if (character >= '0' && character <= '7')
-            return readOctalEscape(string, static_cast<unsigned>(character - '0'));
+            readOctalEscape(string, static_cast<unsigned>(character - '0'));
         else
-            return false;
+            string += character; // one odd byte of a name must not cost the whole text
         return true;
     }
 
     /// One to three octal digits, taken as Latin-1.
-    bool readOctalEscape(std::string& string, unsigned number) {
+    void readOctalEscape(std::string& string, unsigned number) {
         for (int digits = 1; digits < 3 && !atEnd() && peek() >= '0' && peek() <= '7'; ++digits)
             number = number * 8 + static_cast<unsigned>(text_[position_++] - '0');
-        if (number > 0xFF)
-            return false;
-        appendUtf8(string, number);
-        return true;
+        appendUtf8(string, number <= 0xFF ? number : replacementCharacter);
     }
 
-    std::optional<unsigned> readCodeUnit() {
+    /// Takes four hexadecimal digits, or nothing.
+    std::optional<unsigned> takeCodeUnit() {
+        constexpr std::size_t length = 4;
         unsigned unit = 0;
-        for (int digits = 0; digits < 4; ++digits) {
-            const auto digit = atEnd() ? std::nullopt : hexDigit(text_[position_++]);
+        for (std::size_t digits = 0; digits < length; ++digits) {
+            const std::size_t place = position_ + digits;
+            const auto digit = place < text_.size() ? hexDigit(text_[place]) : std::nullopt;
             if (!digit)
                 return std::nullopt;
             unit = unit << 4 | *digit;
         }
+        position_ += length;
         return unit;
     }
 
     /// A code unit of UTF-16; a character past U+FFFF takes two such escapes in a row.
-    bool readUnicodeEscape(std::string& string) {
-        const auto unit = readCodeUnit();
-        if (!unit || U16_IS_TRAIL(*unit))
-            return false;
-        if (!U16_IS_LEAD(*unit)) {
-            appendUtf8(string, *unit);
-            return true;
+    void readUnicodeEscape(std::string& string) {
+        const auto unit = takeCodeUnit();
+        if (!unit) {
+            string += 'U';
+            return;
         }
-        if (!text_.substr(position_).starts_with("\\U"))
-            return false;
-        position_ += 2;
-        const auto trail = readCodeUnit();
-        if (!trail || !U16_IS_TRAIL(*trail))
-            return false;
-        appendUtf8(string, static_cast<char32_t>(U16_GET_SUPPLEMENTARY(*unit, *trail)));
-        return true;
+        if (!U16_IS_SURROGATE(*unit)) {
+            appendUtf8(string, *unit);
+            return;
+        }
+        const std::size_t afterFirst = position_;
+        if (U16_IS_LEAD(*unit) && text_.substr(position_).starts_with("\\U")) {
+            position_ += 2;
+            const auto trail = takeCodeUnit();
+            if (trail && U16_IS_TRAIL(*trail)) {
+                appendUtf8(string, static_cast<char32_t>(U16_GET_SUPPLEMENTARY(*unit, *trail)));
+                return;
+            }
+        }
+        position_ = afterFirst;
+        appendUtf8(string, replacementCharacter);
     }
 
     const std::string_view text_;

@@ -15,6 +15,8 @@ namespace norvane {
 
 namespace {
 
+constexpr char32_t replacementCharacter = 0xFFFD; // for what cannot be written
+
 // ---- Reading.
 
 constexpr bool isXmlSpace(char character) {
@@ -80,13 +82,22 @@ bool readText(const pugi::xml_node& element, std::string& text) {
     return true;
 }
 
+bool hasDoubledAttribute(const pugi::xml_node& element) {
+    for (auto attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+        // attribute() finds the first of this name.
+        if (element.attribute(attribute.name()) != attribute)
+            return true;
+    }
+    return false;
+}
+
 /// Hands each element inside an element to `read` until that returns false. False: it did, or there is any
 /// other text than white space.
 template <class Read>
 bool readElements(const pugi::xml_node& parent, Read read) {
     for (auto child = parent.first_child(); child; child = child.next_sibling()) {
         const bool good = child.type() == pugi::node_element
-                              ? read(child)
+                              ? !hasDoubledAttribute(child) && read(child)
                               : child.type() == pugi::node_pcdata && trimmed(child.value()).empty();
         if (!good)
             return false;
@@ -196,6 +207,23 @@ bool readElement(const pugi::xml_node& element, PropertyList& list, int depth) {
     return readText(element, text) && readScalar(name, std::move(text), list);
 }
 
+/// Takes what may stand before the one element of a document out of it: a declaration at the very start, and
+/// one document type. What is left of either stands in a wrong place.
+void removeProlog(pugi::xml_document& document, std::string_view text) {
+    constexpr std::string_view declaration = "<?xml";
+    if (text.starts_with(declaration) && text.size() > declaration.size() &&
+        isXmlSpace(text[declaration.size()]))
+        document.remove_child(
+            document.find_child([](const auto& child) { return child.type() == pugi::node_declaration; }));
+    for (auto child = document.first_child(); child && child.type() != pugi::node_element;
+         child = child.next_sibling()) {
+        if (child.type() != pugi::node_doctype)
+            continue;
+        document.remove_child(child);
+        return;
+    }
+}
+
 // ---- Writing.
 
 void appendEscaped(std::string& out, std::string_view text) {
@@ -211,10 +239,12 @@ void appendEscaped(std::string& out, std::string_view text) {
             out += "&gt;";
             break;
         default:
-            // A bare carriage return would read back as a line feed; other control characters are no XML
-            // text.
-            if (static_cast<unsigned char>(character) < 0x20 && character != '\t' && character != '\n')
-                out += "&#" + std::to_string(static_cast<int>(character)) + ";";
+            // A bare carriage return would read back as a line feed. XML knows no other control characters
+            // (Extensible Markup Language 1.0, section 2.2), not even by number.
+            if (character == '\r')
+                out += "&#13;";
+            else if (static_cast<unsigned char>(character) < 0x20 && character != '\t' && character != '\n')
+                appendUtf8(out, replacementCharacter);
             else
                 out += character;
         }
@@ -321,11 +351,12 @@ std::optional<PropertyList> parseXmlPropertyList(std::string_view text) {
         return std::nullopt;
     // As a fragment, so that text around the root and a second root are seen and refused. Entities stay as
     // they are written: textOf() is stricter with them than the parser.
-    constexpr unsigned options =
-        pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata | pugi::parse_fragment;
+    constexpr unsigned options = pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata |
+                                 pugi::parse_fragment | pugi::parse_declaration | pugi::parse_doctype;
     pugi::xml_document document;
     if (!document.load_buffer(text.data(), text.size(), options, pugi::encoding_utf8))
         return std::nullopt;
+    removeProlog(document, text);
     const auto root = onlyElement(document);
     const auto value = onlyElement(root);
     std::optional<PropertyList> list(std::in_place);

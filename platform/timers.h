@@ -13,7 +13,9 @@ public:
     virtual ~Timer() = default;
 };
 
-/// Main thread only; actions run on the main thread, never from within the call that makes the timer.
+/// Main thread only; actions run on the main thread, never from within the call that makes the timer. While
+/// the machine sleeps, timers stand still; the wake (platform/system_events.h) is told before any action that
+/// falls due after it.
 class Timers {
 public:
     virtual ~Timers() = default;

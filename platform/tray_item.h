@@ -16,10 +16,13 @@ struct TrayImage {
 };
 
 struct TrayAppearance {
-    std::string title;             ///< Bold first line of the tooltip.
-    std::string subtitle;          ///< Second line of the tooltip.
-    std::string text;              ///< Beside the image, where trays show text; empty: none.
-    std::vector<TrayImage> images; ///< The same picture in several sizes.
+    std::string title;    ///< Bold first line of the tooltip.
+    std::string subtitle; ///< Second line of the tooltip.
+    std::string text;     ///< Beside the image, where trays show text; empty: none.
+    /// A symbolic drawing in the program's icon theme, which trays show in their own foreground, so that it
+    /// suits a light tray and a dark one; empty: the picture has colours of its own.
+    std::string iconName;
+    std::vector<TrayImage> images; ///< The same picture in several sizes; for trays without icon themes, too.
     std::string imageDescription;  ///< What the picture says, for those who cannot see it.
 
     bool operator==(const TrayAppearance&) const = default;

@@ -1,21 +1,9 @@
 #include "platform/user_defaults.h"
 
-#include <cmath>
-
 #include "platform/property_list_scalars.h"
+#include "platform/truncation.h"
 
 namespace norvane {
-
-namespace {
-
-/// The number without its fraction; 0 when that does not fit.
-std::int64_t truncated(const PropertyList& list) {
-    if (const auto exact = list.exactInteger())
-        return *exact;
-    return PropertyList{std::trunc(list.number().value_or(0))}.exactInteger().value_or(0);
-}
-
-} // namespace
 
 std::optional<std::string> UserDefaults::data(const std::string& key) const {
     const auto value = object(key);
@@ -37,10 +25,10 @@ std::int64_t UserDefaults::integer(const std::string& key) const {
         return 0;
     const std::string* const text = value->string();
     if (!text)
-        return truncated(*value);
+        return value->truncatedInteger().value_or(0);
     if (const auto integer = parseIntegerText(*text))
-        return truncated(*integer);
-    return truncated(PropertyList{parseRealText(*text).value_or(0)});
+        return integer->truncatedInteger().value_or(0);
+    return truncated(parseRealText(*text).value_or(0)).value_or(0);
 }
 
 bool UserDefaults::boolean(const std::string& key) const {

@@ -47,12 +47,6 @@ void appendUtf8(std::string& text, char32_t codePoint) {
     text.append(bytes.data(), length);
 }
 
-std::string capitalized(std::string text) {
-    if (!text.empty() && text.front() >= 'a' && text.front() <= 'z')
-        text.front() = static_cast<char>(text.front() - 'a' + 'A');
-    return text;
-}
-
 char32_t nextCodePoint(std::string_view text, std::size_t& index) {
     const UChar32 codePoint = decode(text, index);
     return codePoint < 0 ? U'\uFFFD' : static_cast<char32_t>(codePoint);

@@ -13,9 +13,6 @@ namespace norvane {
 /// Adds a code point; surrogates and numbers past U+10FFFF are not allowed.
 void appendUtf8(std::string& text, char32_t codePoint);
 
-/// The text with its first letter in upper case, if that is an ASCII letter.
-[[nodiscard]] std::string capitalized(std::string text);
-
 /// The code point at `index`, which moves behind it; U+FFFD for bytes that are not UTF-8. `index` is inside
 /// the text.
 [[nodiscard]] char32_t nextCodePoint(std::string_view text, std::size_t& index);

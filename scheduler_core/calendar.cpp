@@ -2,10 +2,11 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <string>
 
-#include <date/date.h>
-#include <date/tz.h>
+#include <cctz/civil_time.h>
 
 namespace norvane {
 
@@ -13,13 +14,14 @@ namespace {
 
 using std::chrono::microseconds;
 using std::chrono::seconds;
+using WholeSeconds = cctz::time_point<cctz::seconds>;
 
 constexpr std::int64_t microsecondsPerSecond = 1'000'000;
-constexpr seconds wholeDay = date::days(1);
+constexpr seconds wholeDay = std::chrono::hours(24);
 
 // Whole seconds and the rest apart: in seconds nothing that starts from an Instant can overflow.
 struct SplitInstant {
-    date::sys_seconds whole;
+    WholeSeconds whole;
     microseconds rest; // 0 up to a second
 };
 
@@ -29,10 +31,10 @@ SplitInstant split(Instant instant) {
         ((count % microsecondsPerSecond) + microsecondsPerSecond) % microsecondsPerSecond;
     const std::int64_t whole =
         (count / microsecondsPerSecond) - ((count % microsecondsPerSecond) < 0 ? 1 : 0);
-    return {date::sys_seconds(seconds(whole)), microseconds(rest)};
+    return {WholeSeconds(seconds(whole)), microseconds(rest)};
 }
 
-std::optional<Instant> join(date::sys_seconds whole, microseconds rest) {
+std::optional<Instant> join(WholeSeconds whole, microseconds rest) {
     constexpr seconds first = std::chrono::ceil<seconds>(Instant::min().time_since_epoch());
     constexpr seconds last = std::chrono::floor<seconds>(Instant::max().time_since_epoch()) - seconds(1);
     if (whole.time_since_epoch() < first || whole.time_since_epoch() > last)
@@ -40,79 +42,69 @@ std::optional<Instant> join(date::sys_seconds whole, microseconds rest) {
     return Instant(whole) + rest;
 }
 
-date::local_seconds localTime(const date::time_zone* zone, date::sys_seconds time) {
-    const seconds offset = zone ? zone->get_info(time).offset : seconds(0);
-    return date::local_seconds(time.time_since_epoch() + offset);
-}
-
-date::local_info localInfo(const date::time_zone* zone, date::local_seconds wallTime) {
-    return zone ? zone->get_info(wallTime) : date::local_info{};
-}
-
 // The one place that decides what skipped and repeated wall times mean. `rest` is the fraction of a second.
-std::optional<Instant> resolve(const date::local_info& info, date::local_seconds wallTime,
-                               microseconds rest) {
-    if (info.result == date::local_info::nonexistent)
-        return join(info.first.end, microseconds(0));
-    return join(date::sys_seconds(wallTime.time_since_epoch() - info.first.offset), rest);
+std::optional<Instant> resolve(const cctz::time_zone::civil_lookup& found, microseconds rest) {
+    if (found.kind == cctz::time_zone::civil_lookup::SKIPPED)
+        return join(found.trans, microseconds(0));
+    return join(found.pre, rest);
 }
 
-std::optional<Instant> resolve(const date::time_zone* zone, date::local_seconds wallTime) {
-    return resolve(localInfo(zone, wallTime), wallTime, microseconds(0));
+std::optional<Instant> resolve(const cctz::time_zone& zone, const cctz::civil_second& wallTime) {
+    return resolve(zone.lookup(wallTime), microseconds(0));
 }
 
-date::local_days localDay(const date::time_zone* zone, Instant instant) {
-    return date::floor<date::days>(localTime(zone, split(instant).whole));
+cctz::civil_day localDay(const cctz::time_zone& zone, Instant instant) {
+    return cctz::civil_day(cctz::convert(split(instant).whole, zone));
 }
 
-const date::time_zone* locate(std::string_view name) {
-    try {
-        const date::time_zone* zone = date::locate_zone(name);
-        static_cast<void>(zone->get_info(date::sys_seconds())); // the file is read at the first question
-        return zone;
-    } catch (const std::exception&) {
-        return nullptr;
-    }
+std::optional<cctz::time_zone> locate(const std::string& name) {
+    cctz::time_zone zone;
+    return cctz::load_time_zone(name, &zone) ? std::optional(zone) : std::nullopt;
+}
+
+/// The name of a zone that a path such as /usr/share/zoneinfo/Europe/Berlin stands for; else the path.
+std::string zoneName(const std::string& path) {
+    constexpr std::string_view folder = "/zoneinfo/";
+    const auto position = path.starts_with('/') ? path.find(folder) : std::string::npos;
+    return position == std::string::npos ? path : path.substr(position + folder.size());
 }
 
 // tzset(3): a colon may stand before the name, and the name may be a file's path.
-const date::time_zone* zoneOfEnvironment() {
+std::optional<cctz::time_zone> zoneOfEnvironment() {
     const char* value = std::getenv("TZ");
     if (!value)
-        return nullptr;
-    std::string_view name = value;
-    if (name.starts_with(':'))
-        name.remove_prefix(1);
-    constexpr std::string_view folder = "/zoneinfo/";
-    if (const auto position = name.find(folder); name.starts_with('/') && position != std::string_view::npos)
-        name.remove_prefix(position + folder.size());
-    return locate(name);
+        return std::nullopt;
+    return locate(zoneName(*value == ':' ? value + 1 : value));
 }
 
-const date::time_zone* zoneOfSystem() {
-    try {
-        return locate(date::current_zone()->name());
-    } catch (const std::exception&) {
-        return nullptr;
-    }
+// localtime(5). Read anew each time, because zones that were loaded once are kept by their names.
+std::optional<cctz::time_zone> zoneOfSystem() {
+    const std::string file = "/etc/localtime";
+    std::error_code error;
+    const std::string path = std::filesystem::canonical(file, error).string();
+    std::string name = zoneName(path);
+    if (name == file) // a copy, which does not tell its name
+        std::getline(std::ifstream("/etc/timezone"), name);
+    const auto zone = error ? std::nullopt : locate(name);
+    return zone || error ? zone : locate(path);
 }
 
 } // namespace
 
 Calendar Calendar::current() {
-    if (const date::time_zone* zone = zoneOfEnvironment())
-        return Calendar(zone);
-    return Calendar(zoneOfSystem());
+    if (const auto zone = zoneOfEnvironment())
+        return Calendar(*zone);
+    return Calendar(zoneOfSystem().value_or(cctz::utc_time_zone()));
 }
 
 std::optional<Calendar> Calendar::inZone(std::string_view name) {
-    if (const date::time_zone* zone = locate(name))
-        return Calendar(zone);
+    if (const auto zone = locate(std::string(name)))
+        return Calendar(*zone);
     return std::nullopt;
 }
 
 Instant Calendar::startOfDay(Instant instant) const {
-    return resolve(zone_, localDay(zone_, instant)).value_or(instant);
+    return resolve(zone_, cctz::civil_second(localDay(zone_, instant))).value_or(instant);
 }
 
 std::optional<Instant> Calendar::addingDays(std::int64_t days, Instant instant) const {
@@ -122,14 +114,14 @@ std::optional<Instant> Calendar::addingDays(std::int64_t days, Instant instant) 
     if (days == 0)
         return instant; // also where the wall-clock time occurs twice
     const auto [whole, rest] = split(instant);
-    const date::local_seconds target = localTime(zone_, whole) + days * wholeDay;
-    const date::local_info info = localInfo(zone_, target);
-    if (info.result == date::local_info::nonexistent && days < 0) {
-        const seconds gap = info.second.offset - info.first.offset;
+    const cctz::civil_second target = cctz::convert(whole, zone_) + days * wholeDay.count();
+    const cctz::time_zone::civil_lookup found = zone_.lookup(target);
+    if (found.kind == cctz::time_zone::civil_lookup::SKIPPED && days < 0) {
+        const seconds gap = found.pre - found.post;
         if (gap >= wholeDay)
-            return resolve(localInfo(zone_, target - gap), target - gap, rest);
+            return resolve(zone_.lookup(target - gap.count()), rest);
     }
-    return resolve(info, target, rest);
+    return resolve(found, rest);
 }
 
 std::optional<Instant> Calendar::addingMinutes(std::int64_t minutes, Instant instant) const {
@@ -142,26 +134,28 @@ std::optional<Instant> Calendar::addingMinutes(std::int64_t minutes, Instant ins
 }
 
 int Calendar::weekday(Instant instant) const {
-    return static_cast<int>(date::weekday(localDay(zone_, instant)).c_encoding()) + 1;
+    constexpr int daysInWeek = 7;
+    const int sinceMonday = static_cast<int>(cctz::get_weekday(localDay(zone_, instant)));
+    return (sinceMonday + 1) % daysInWeek + 1;
 }
 
 std::optional<Instant> Calendar::settingTime(std::int64_t hour, std::int64_t minute, Instant instant) const {
     if (hour < 0 || hour > 23 || minute < 0 || minute > 59)
         return std::nullopt;
-    return resolve(zone_, localDay(zone_, instant) + std::chrono::hours(hour) + std::chrono::minutes(minute));
+    const cctz::civil_day day = localDay(zone_, instant);
+    return resolve(zone_, cctz::civil_second(day.year(), day.month(), day.day(), hour, minute));
 }
 
 std::optional<Instant> Calendar::instantAt(const WallTime& wallTime) const {
-    const auto inside = [](int value, int least, int most) { return value >= least && value <= most; };
-    if (!inside(wallTime.year, -9999, 9999) || !inside(wallTime.month, 1, 12) ||
-        !inside(wallTime.day, 1, 31) || !inside(wallTime.hour, 0, 23) || !inside(wallTime.minute, 0, 59) ||
-        !inside(wallTime.second, 0, 59))
+    constexpr int lastYear = 9999;
+    const cctz::civil_second second(wallTime.year, wallTime.month, wallTime.day, wallTime.hour,
+                                    wallTime.minute, wallTime.second);
+    const bool exists = second.month() == wallTime.month && second.day() == wallTime.day &&
+                        second.hour() == wallTime.hour && second.minute() == wallTime.minute &&
+                        second.second() == wallTime.second; // what does not exist has become another time
+    if (!exists || wallTime.year < -lastYear || wallTime.year > lastYear)
         return std::nullopt;
-    const auto date = date::year(wallTime.year) / wallTime.month / wallTime.day;
-    if (!date.ok())
-        return std::nullopt;
-    return resolve(zone_, date::local_days(date) + std::chrono::hours(wallTime.hour) +
-                              std::chrono::minutes(wallTime.minute) + seconds(wallTime.second));
+    return resolve(zone_, second);
 }
 
 } // namespace norvane

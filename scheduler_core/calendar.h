@@ -1,19 +1,16 @@
 // The calendar of one time zone: what wall-clock times mean as instants.
 //
-// Gregorian days and weekday numbers, the zone rules of the system's time-zone files (tzfile(5)). The library
-// that reads them stops at their last listed clock change, so instants after 2037 are computed in standard
-// time.
+// Gregorian days and weekday numbers, the zone rules of the system's time-zone files (tzfile(5)); after the
+// last listed clock change by the rule at the end of the file.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-#include "platform/instant.h"
+#include <cctz/time_zone.h>
 
-namespace date {
-class time_zone;
-}
+#include "platform/instant.h"
 
 namespace norvane {
 
@@ -60,9 +57,9 @@ public:
     [[nodiscard]] std::optional<Instant> instantAt(const WallTime& wallTime) const;
 
 private:
-    explicit Calendar(const date::time_zone* zone) : zone_(zone) {}
+    explicit Calendar(cctz::time_zone zone) : zone_(zone) {}
 
-    const date::time_zone* zone_; // lives as long as the process; null: UTC without a file
+    cctz::time_zone zone_; // a handle; what it stands for lives as long as the process
 };
 
 } // namespace norvane

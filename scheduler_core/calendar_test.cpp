@@ -31,6 +31,10 @@ TEST(Calendar, SetsWallTimes) {
         {"America/Toronto", "2024-11-03 10:00:00", 1, 30, "2024-11-03 05:30:00"},
         {"America/Sao_Paulo", "2018-02-17 12:00:00", 23, 30, "2018-02-18 01:30:00"},
         {"America/St_Johns", "2010-11-07 12:00:00", 0, 0, "2010-11-07 02:30:00"},
+        // By the rule at the end of the file, behind its last listed change.
+        {"Europe/Berlin", "2050-07-01 10:00:00", 12, 0, "2050-07-01 10:00:00"},
+        {"America/Nuuk", "2050-07-01 10:00:00", 12, 0, "2050-07-01 13:00:00"},
+        {"Australia/Lord_Howe", "2444-01-01 10:00:00", 12, 0, "2444-01-01 01:00:00"},
         // Out of range.
         {"UTC", "2024-01-02 10:00:00", 24, 0, "none"},
         {"UTC", "2024-01-02 10:00:00", 12, 60, "none"},

@@ -1,8 +1,11 @@
 #include "scheduler_core/json_reader.h"
 
 #include <cmath>
+#include <limits>
 #include <set>
 #include <vector>
+
+#include "platform/truncation.h"
 
 namespace norvane::json_reader {
 
@@ -17,10 +20,7 @@ const Json& expect(bool isRightType, const char* typeName, const Json& value) {
 // Refuses during parsing what the finished value would no longer show.
 class StructureCheck {
 public:
-    void operator()(int depth, Json::parse_event_t event, const Json& parsed) {
-        constexpr int maxDepth = 64;
-        if (depth > maxDepth)
-            throw Error("The document is nested too deeply.");
+    void operator()(Json::parse_event_t event, const Json& parsed) {
         if (event == Json::parse_event_t::object_start)
             openObjects_.emplace_back();
         else if (event == Json::parse_event_t::object_end)
@@ -39,8 +39,10 @@ Json parse(std::string_view text) {
     if (text.starts_with("\xEF\xBB\xBF"))
         throw Error("The document starts with a byte order mark.");
     StructureCheck check;
-    return Json::parse(text, [&check](int depth, Json::parse_event_t event, const Json& parsed) {
-        check(depth, event, parsed);
+    if (text.find('\0') != std::string_view::npos) // which the parser takes for the end
+        throw Error("The document has a zero byte.");
+    return Json::parse(text, [&check](int /*depth*/, Json::parse_event_t event, const Json& parsed) {
+        check(event, parsed);
         return true;
     });
 }
@@ -58,12 +60,13 @@ std::string string(const Json& value) {
 double number(const Json& value) { return expect(value.is_number(), "a number", value).get<double>(); }
 
 std::int64_t integer(const Json& value) {
-    constexpr double limit = 9223372036854775808.0; // 2^63
     if (value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX)
         throw Error("The number " + value.dump() + " is too large.");
     if (value.is_number_float()) {
         const auto real = value.get<double>();
-        if (real != std::trunc(real) || real < -limit || real >= limit)
+        const auto whole = truncated(real);
+        // Integers below the range, rounded, look like its least one.
+        if (!whole || *whole == std::numeric_limits<std::int64_t>::min() || real != std::trunc(real))
             throw Error("Expected a whole number, found " + value.dump() + ".");
     }
     return expect(value.is_number(), "a whole number", value).get<std::int64_t>();

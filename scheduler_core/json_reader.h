@@ -21,8 +21,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// One JSON text without byte order mark, with unique keys in every object (as in I-JSON, RFC 7493) and
-/// nested no deeper than 64 levels.
+/// One JSON text without byte order mark or zero byte, with unique keys in every object (as in I-JSON, RFC
+/// 7493). The parser keeps its own stack, so that deep nesting does no harm.
 [[nodiscard]] Json parse(std::string_view text);
 
 [[nodiscard]] const Json& object(const Json& value);

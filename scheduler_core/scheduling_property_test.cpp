@@ -41,8 +41,8 @@ constexpr std::pair<const char*, const char*> clockChanges[] = {
     {"Australia/Lord_Howe", "2024-10-06"},
     {"Australia/Lord_Howe", "2025-04-06"},
     {"Pacific/Apia", "2011-12-30"},
-    {"America/St_Johns", "2010-11-07"},
     {"America/Nuuk", "2024-03-31"},
+    {"Europe/Berlin", "2061-03-27"},
 };
 
 struct Case {

@@ -3,27 +3,26 @@
 
 #include <chrono>
 #include <optional>
-#include <sstream>
+#include <stdexcept>
 #include <string>
-
-#include <date/tz.h>
 
 #include "platform/instant.h"
 #include "scheduler_core/calendar.h"
 
 namespace norvane {
 
+constexpr const char* wallTimeFormat = "%Y-%m-%d %H:%M:%E*S";
+
 /// An instant written in UTC, "2024-01-02 10:00:00", with a fraction of a second if wanted.
 inline Instant utc(const std::string& text) {
-    std::istringstream stream(text);
     Instant instant;
-    stream >> date::parse("%F %T", instant);
-    return stream.fail() ? throw std::invalid_argument(text) : instant;
+    const bool read = cctz::parse(wallTimeFormat, text, cctz::utc_time_zone(), &instant);
+    return read ? instant : throw std::invalid_argument(text);
 }
 
 /// The UTC notation of an instant, whole seconds; "none" for none.
 inline std::string utcText(std::optional<Instant> instant) {
-    return instant ? date::format("%F %T", date::floor<std::chrono::seconds>(*instant)) : "none";
+    return instant ? cctz::format("%Y-%m-%d %H:%M:%S", *instant, cctz::utc_time_zone()) : "none";
 }
 
 inline Calendar zone(const char* name) { return Calendar::inZone(name).value(); }

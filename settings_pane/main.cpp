@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/language_override.h"
+#include "platform/linux/activation_token.h"
 #include "platform/linux/bus_probe.h"
 #include "platform/linux/child_command_runner.h"
 #include "platform/linux/desktop_workspace.h"
@@ -50,6 +51,8 @@ struct Pane {
 
 int main(int argc, char** argv) {
     std::signal(SIGCHLD, SIG_DFL); // some launchers hand it down ignored
+    surviveLostBuses();
+    const QVariantMap started = platformDataWith(takeActivationToken());
     setProcessLanguage(languageOverride(UserDefaultsFile(preferencesFile("org.norvane.Norvane"))));
     QGuiApplication::setApplicationName("Time Machine");
     QGuiApplication::setDesktopFileName("org.norvane.TimeMachineSettings");
@@ -57,15 +60,19 @@ int main(int argc, char** argv) {
     std::optional<SessionBusGuard> guard(sessionBusLimit);
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false); // what the user has changed is finished first
-    PaneInstance instance;                             // opens the session bus
+    PaneInstance instance(started);                    // opens the session bus
     guard.reset();
     if (instance.handedOver())
         return EXIT_SUCCESS;
     makeFolder(preferencesFolder());
     std::optional<Pane> pane(std::in_place);
     QObject::connect(&pane->window, &PaneWindow::done, &application, &QGuiApplication::quit);
-    QObject::connect(&instance, &PaneInstance::activated, &pane->window, &PaneWindow::open);
-    const int status = pane->window.open() ? QGuiApplication::exec() : EXIT_FAILURE;
+    const auto open = [&pane](const QVariantMap& platformData) {
+        const ActivationScope scope(activationTokenOf(platformData));
+        return pane->window.open();
+    };
+    QObject::connect(&instance, &PaneInstance::activated, &pane->window, open);
+    const int status = open(started) ? QGuiApplication::exec() : EXIT_FAILURE;
     instance.retire();
     // All that still runs only reads, and may wait for a disk that never answers.
     if (!pane->background.waitForDone())

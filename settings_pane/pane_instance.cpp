@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <utility>
 
 namespace norvane {
 
@@ -11,17 +12,17 @@ namespace {
 constexpr auto busName = "org.norvane.TimeMachineSettings";
 constexpr auto objectPath = "/org/norvane/TimeMachineSettings";
 
-bool activateTheOther(const QDBusConnection& bus) {
+bool activateTheOther(const QDBusConnection& bus, const QVariantMap& platformData) {
     constexpr int milliseconds = 5000; // it may have just begun
     QDBusMessage call =
         QDBusMessage::createMethodCall(busName, objectPath, "org.freedesktop.Application", "Activate");
-    call.setArguments({QVariantMap()});
+    call.setArguments({platformData});
     return bus.call(call, QDBus::Block, milliseconds).type() == QDBusMessage::ReplyMessage;
 }
 
 } // namespace
 
-PaneInstance::PaneInstance() {
+PaneInstance::PaneInstance(QVariantMap platformData) : platformData_(std::move(platformData)) {
     // Before the name: whoever finds that finds the object, too.
     QDBusConnection::sessionBus().registerObject(objectPath, this, QDBusConnection::ExportAllSlots);
 }
@@ -33,7 +34,7 @@ bool PaneInstance::handedOver() {
         if (bus.interface()->registerService(busName).value() !=
             QDBusConnectionInterface::ServiceNotRegistered)
             return false;
-        if (activateTheOther(bus))
+        if (activateTheOther(bus, platformData_))
             return true;
     }
     return false;
@@ -47,10 +48,10 @@ void PaneInstance::retire() {
     QDBusConnection::sessionBus().send(call);
 }
 
-void PaneInstance::Activate(const QVariantMap& /*platformData*/) { Q_EMIT activated(); }
+void PaneInstance::Activate(const QVariantMap& platformData) { Q_EMIT activated(platformData); }
 
-void PaneInstance::Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) {
-    Q_EMIT activated();
+void PaneInstance::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
+    Q_EMIT activated(platformData);
 }
 
 } // namespace norvane

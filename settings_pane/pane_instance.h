@@ -12,8 +12,9 @@ class PaneInstance : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// Calls that come before the event loop runs are kept for it.
-    PaneInstance();
+    /// Calls that come before the event loop runs are kept for it. `platformData`: what a pane that is there
+    /// already is activated with.
+    explicit PaneInstance(QVariantMap platformData);
 
     /// True: another pane is there and was brought to the front, so this process should end.
     [[nodiscard]] bool handedOver();
@@ -21,11 +22,14 @@ public:
     void retire();
 
 Q_SIGNALS:
-    void activated(); ///< The user opened the pane again.
+    void activated(const QVariantMap& platformData); ///< The user opened the pane again.
 
 public Q_SLOTS: // the names are the interface's
     void Activate(const QVariantMap& platformData);
     void Open(const QStringList& uris, const QVariantMap& platformData);
+
+private:
+    const QVariantMap platformData_;
 };
 
 } // namespace norvane

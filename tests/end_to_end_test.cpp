@@ -249,13 +249,16 @@ TEST(Norvane, QuitsWithoutWaitingForAToolThatHangs) {
     std::filesystem::copy(NORVANE_BIN_DIR "/norvane", user.path("other/bin/norvane"));
     const std::string tool = user.path("other/libexec/norvane/tmutil");
     const std::string called = user.path("called");
-    std::ofstream(tool) << "#!/bin/sh\ntouch '" << called << "'\nexec sleep 12\n";
+    std::ofstream(tool) << "#!/bin/sh\ntrap '' TERM\necho $$ >'" << called << "'\nexec sleep 12\n";
     std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
     const pid_t program = user.start(user.path("other/bin/norvane"));
-    user.shell("timeout 10 sh -c 'until test -e " + called + "; do sleep 0.05; done'");
+    user.shell("timeout 10 sh -c 'until test -s " + called + "; do sleep 0.05; done'");
     ASSERT_TRUE(std::filesystem::exists(called));
+    const pid_t next = user.start();
     user.action("quit");
     EXPECT_EQ(user.waitForExit(program, 5), 0); // the tool's own time limit is three times as long
+    EXPECT_EQ(user.shell("ps -o stat= -p $(cat " + called + ") | grep -v Z"), "") << "the tool is gone, too";
+    EXPECT_TRUE(user.running(next)) << "it need not wait for the other's end";
 }
 
 } // namespace

@@ -59,6 +59,8 @@ esac
         return user.defaults("read /Library/Preferences/com.apple.TimeMachine.plist AutoBackup");
     }
 
+    int titleHeight = 0;
+
     void openOptions() {
         press("Options…");
         ASSERT_TRUE(shows("push button", "Done"));
@@ -87,6 +89,9 @@ esac
             },
             60);
     }
+    [[nodiscard]] int heightOf(const std::string& title) const {
+        return driver->find("heading", title)->place.top();
+    }
     [[nodiscard]] bool paneRuns() const {
         return user.shell("gdbus call --session --dest org.freedesktop.DBus --object-path / --method "
                           "org.freedesktop.DBus.NameHasOwner org.norvane.TimeMachineSettings")
@@ -109,8 +114,10 @@ esac
         user.start(NORVANE_BIN_DIR "/norvane", variables);
         ASSERT_TRUE(shows("heading", "Welcome to Norvane")) << describe(driver->elements());
         EXPECT_FALSE(driver->find("push button", "Back"));
+        titleHeight = heightOf("Welcome to Norvane");
         driver->type("Return");
         ASSERT_TRUE(shows("heading", "Turn off Apple's automatic schedule"));
+        EXPECT_EQ(heightOf("Turn off Apple's automatic schedule"), titleHeight);
         EXPECT_TRUE(shows("label",
                           "Apple's automatic backups are still ON — set the frequency to “Manually” below."));
         EXPECT_TRUE(
@@ -158,6 +165,7 @@ esac
     void finishTheGuide() {
         press("Continue");
         ASSERT_TRUE(shows("heading", "Stay covered"));
+        EXPECT_EQ(heightOf("Stay covered"), titleHeight);
         press("Launch Norvane at login", "check box");
         press("Enable failure alerts");
         EXPECT_TRUE(shows("label", "Failure alerts enabled"));
@@ -166,6 +174,7 @@ esac
         }));
         press("Continue");
         ASSERT_TRUE(shows("heading", "You're set"));
+        EXPECT_EQ(heightOf("You're set"), titleHeight);
         EXPECT_TRUE(shows("label", "Norvane controls your backup timing."));
         press("Finish");
         EXPECT_TRUE(driver->waitUntilGone("heading", "You're set"));
@@ -203,7 +212,19 @@ TEST_F(FirstStart, TheGuideComesAgainUntilItIsFinished) {
     ASSERT_TRUE(shows("push button", "Continue"));
     driver->type("Return");
     ASSERT_TRUE(shows("push button", "Back"));
-    driver->type("alt+F4");
+    ASSERT_TRUE(driver->tabTo("Back"));
+    driver->type("Return");
+    ASSERT_TRUE(shows("heading", "Welcome to Norvane"))
+        << "Return presses the button that the keyboard is on";
+    driver->type("Return");
+    ASSERT_TRUE(shows("push button", "Back"));
+    driver->type("Return");
+    ASSERT_TRUE(driver->tabTo("Enable failure alerts"));
+    driver->type("Return");
+    ASSERT_TRUE(shows("label", "Failure alerts enabled"));
+    driver->type("Return"); // the button is gone
+    ASSERT_TRUE(shows("push button", "Finish"));
+    driver->type("Escape");
     ASSERT_TRUE(driver->waitUntilGone("push button", "Back"));
     user.action("onboarding");
     ASSERT_TRUE(shows("push button", "Back")) << "opened again, it shows its last state";
@@ -211,6 +232,21 @@ TEST_F(FirstStart, TheGuideComesAgainUntilItIsFinished) {
     ASSERT_EQ(user.waitForExit(program, 15), 0);
     user.start(NORVANE_BIN_DIR "/norvane", variables);
     EXPECT_TRUE(shows("heading", "Welcome to Norvane"));
+}
+
+TEST_F(FirstStart, ThePaneWorksByKeyboardAlone) {
+    const pid_t pane = user.start(NORVANE_BIN_DIR "/norvane-timemachine-settings", variables);
+    ASSERT_TRUE(shows("push button", "Browse Backups"));
+    for (const auto& [button, first] :
+         {std::pair{"Options…", "Back up frequency"}, {"Change Backup Disk…", "Choose Folder…"}}) {
+        ASSERT_TRUE(driver->tabTo(button));
+        driver->type("Return");
+        EXPECT_TRUE(driver->ringIsOn(first));
+        driver->type("Escape");
+        EXPECT_TRUE(driver->ringIsOn(button)) << "back where it came from";
+    }
+    driver->type("Escape");
+    EXPECT_EQ(user.waitForExit(pane, 15), 0);
 }
 
 TEST_F(FirstStart, ADiskImageLeavesOneWayOn) {

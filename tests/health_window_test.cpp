@@ -26,8 +26,8 @@ TEST_F(HealthWindow, ReadsInOrder) {
                 "label \"Startup disk: 500 GB free, 10 GB minimum to stage backups\"",
                 "label \"Backups stored: 7, oldest Mar 3, 2026\"",
                 "label \"Typical duration: 5 min, median of recent backups\"",
-                "heading \"RECENT BACKUPS — DURATION\"", "chart \"RECENT BACKUPS — DURATION\"",
-                "label \"Minutes\"", "graphic \"Mar 3, 2026, 10:02 PM, 8 min\"",
+                "heading \"RECENT BACKUPS — DURATION\"", "label \"Minutes\"",
+                "chart \"RECENT BACKUPS — DURATION\"", "graphic \"Mar 3, 2026, 10:02 PM, 8 min\"",
                 "graphic \"Mar 3, 2026, 11:05 PM, 5 min\"", "graphic \"Mar 3, 2026, 11:44 PM, 26 min\"",
                 "graphic \"Mar 4, 2026, 1:06 AM, 4 min\"", "graphic \"Mar 4, 2026, 2:05 AM, 5 min\"",
                 "graphic \"Mar 4, 2026, 2:58 AM, 12 min\"", "graphic \"Mar 4, 2026, 4:07 AM, 3 min\"",
@@ -39,7 +39,6 @@ TEST_F(HealthWindow, ReadsInOrder) {
             "label \"Startup disk: —, 10 GB minimum to stage backups\"", "label \"Backups stored: 0\"",
             "label \"Typical duration: —, median of recent backups\"",
             "heading \"RECENT BACKUPS — DURATION\"", "label \"No attempts recorded yet\"",
-            "heading \"LATEST ATTEMPTS\"",
             "label \"Data from Time Machine's own records — no special permissions needed.\"",
             "push button \"Activity…\"", "push button \"Local Snapshots…\"", "push button \"Refresh\""}}}) {
         const PeerProcess program = show(c.state);
@@ -72,6 +71,18 @@ TEST_F(HealthWindow, TheKeyboardReadsTheChartAndTheList) {
     ASSERT_TRUE(focusIsOn("LATEST ATTEMPTS"));
     EXPECT_TRUE(user().waitFor("list item", "Mar 4, 2026, 1:06 AM, 4 min")) << "it has scrolled to the end";
     EXPECT_TRUE(user().waitUntilGone("tool tip", "Mar 3, 2026, 10:02 PM, 8 min"));
+    user().type("Escape");
+    EXPECT_TRUE(user().waitUntilGone("frame", "Backup Health"));
+}
+
+TEST_F(HealthWindow, ShowsTheLatestAttemptsWithoutScrolling) {
+    const PeerProcess program = show("health-ok");
+    ASSERT_TRUE(waitForFigures()) << program.output();
+    const auto second = user().find("list item", "Mar 4, 2026, 2:03 PM, 6 min");
+    const auto footer = user().find("push button", "Norvane has verified 63 backups for you ☕");
+    ASSERT_TRUE(second && footer) << describe(user().elements());
+    constexpr int padding = 12;
+    EXPECT_LE(second->place.bottom(), footer->place.top() - padding);
 }
 
 TEST_F(HealthWindow, EveryButtonHasItsEffect) {

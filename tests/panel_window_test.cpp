@@ -246,6 +246,17 @@ TEST_F(PanelWindow, AsksBeforeItQuits) {
     EXPECT_EQ(program.waitForExit(), 0);
 }
 
+TEST_F(PanelWindow, WhatIsCutOffIsToldByATip) {
+    const PeerProcess program = show("failing");
+    const std::string reason = "Backup ended without a new snapshot on any destination";
+    const auto cut = user().waitFor("label", reason);
+    ASSERT_TRUE(cut) << program.output();
+    user().moveTo(cut->place.center());
+    EXPECT_TRUE(user().waitFor("tool tip", reason, 10)) << describe(user().elements());
+    user().moveTo(user().find("label", "Destination: Backup Disk")->place.center());
+    EXPECT_TRUE(user().waitUntilGone("tool tip", reason, 10)) << "and nothing else is";
+}
+
 TEST_F(PanelWindow, WorksByKeyboardAlone) {
     const PeerProcess program = show("scheduled");
     ASSERT_TRUE(waitForPanel());

@@ -1,4 +1,5 @@
 // The settings in the running program: what each control shows, stores and plans.
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "tests/program_fixture.h"
@@ -43,8 +44,20 @@ protected:
         return bytes;
     }
 
+    void closeAndOpenOn(const std::string& tab) const {
+        driver->type("ctrl+w");
+        ASSERT_TRUE(driver->waitUntilGone("page tab list", "Settings")) << "Ctrl+W closes the window";
+        openOn(tab);
+    }
+
+    [[nodiscard]] std::vector<Element> all(const std::string& role, const std::string& name) const {
+        std::vector<Element> found = driver->elements();
+        std::erase_if(found, [&](const Element& e) { return e.role != role || e.name != name; });
+        return found;
+    }
+
     /// "role:name" presses a control as an assistive program does, "click:role:name" with the pointer,
-    /// "key:name" types, and "scroll" goes to the tab's end.
+    /// "wheel:role:name" turns the wheel over it, "key:name" types, and "scroll" goes to the tab's end.
     void perform(const std::string& step) const {
         const std::size_t colon = step.find(':');
         const std::string first = step.substr(0, colon), rest = step.substr(colon + 1);
@@ -52,11 +65,12 @@ protected:
             return driver->scrollDown(driver->find("frame", "Settings – Norvane")->place.center());
         if (first == "key")
             return driver->type(rest);
-        if (first == "click") {
+        if (first == "click" || first == "wheel") {
             const std::size_t next = rest.find(':');
             const auto element = driver->waitFor(rest.substr(0, next), rest.substr(next + 1), 5);
             ASSERT_TRUE(element) << step << "\n" << describe(driver->elements());
-            return driver->click(element->place.center());
+            return first == "click" ? driver->click(element->place.center())
+                                    : driver->scrollDown(element->place.center());
         }
         ASSERT_TRUE(driver->waitFor(first, rest, 5)) << step << "\n" << describe(driver->elements());
         EXPECT_TRUE(driver->press(first, rest)) << step;
@@ -166,6 +180,128 @@ TEST_F(SettingsWindow, EveryControlStoresWhatItShows) {
     }
 }
 
+TEST_F(SettingsWindow, TimePickersShowWhatIsStored) {
+    const std::string hours = "spin box:Back up daily at, hours", first = "click:" + hours;
+    const auto daily = [](const std::vector<int>& times) {
+        std::string list;
+        for (const int time : times)
+            list += (list.empty() ? "" : ",") + std::string(R"({"hour":)") + std::to_string(time / 100) +
+                    R"(,"minute":)" + std::to_string(time % 100) + "}";
+        return R"("rules":[{"dailyTimes":{"_0":[)" + list + "]}}]";
+    };
+    openOn("schedule");
+    for (const char* step : {"radio button:Daily Times", "push button:Add Time"})
+        perform(step);
+    ASSERT_TRUE(eventually([&] {
+        return stored("schedule.v1").find(daily({900, 1200})) != std::string::npos;
+    }));
+    struct Case {
+        const char* what;
+        Lines steps;
+        std::vector<int> times; ///< That are stored then, e.g. 930.
+    };
+    const std::string minutes = "click:spin box:Back up daily at, minutes";
+    for (const Case& c :
+         {Case{"typed, in the other half, stepped",
+               {first, "key:0", "key:8", "push button:AM", "key:Up"},
+               {1200, 2100}},
+          {"in the order of the day when it is shown again", {first, "key:Up"}, {1300, 2100}},
+          {"emptied", {first, "key:BackSpace", "key:Tab", "key:Up"}, {1301, 2100}},
+          {"what no clock has", {minutes, "key:7", "key:7", "key:Up"}, {1302, 2100}},
+          {"under the wheel", {first, "wheel:" + hours, "key:Right", "key:Up"}, {1303, 2100}},
+          {"half typed, and another one is clicked", {minutes, "key:5", first, "key:Up"}, {1405, 2100}},
+          {"half typed, and stepped", {first, "key:3", "key:Up"}, {1605, 2100}},
+          {"its row is removed while it is typed", {first, "key:3", "push button:Remove"}, {2100}}}) {
+        SCOPED_TRACE(c.what);
+        ASSERT_NO_FATAL_FAILURE(closeAndOpenOn("schedule"));
+        for (const std::string& step : c.steps)
+            perform(step);
+        EXPECT_TRUE(eventually([&] {
+            return stored("schedule.v1").find(daily(c.times)) != std::string::npos;
+        })) << stored("schedule.v1");
+        std::vector<int> shown;
+        for (const Element& element : all("spin box", "Back up daily at, hours"))
+            shown.push_back(static_cast<int>(element.value.value_or(-1)));
+        std::vector<int> expected;
+        for (const int time : c.times)
+            expected.push_back(time / 100);
+        std::sort(shown.begin(), shown.end());
+        EXPECT_EQ(shown, expected);
+    }
+}
+
+TEST_F(SettingsWindow, WorksByKeyboardAlone) {
+    openOn("schedule");
+    perform("radio button:Weekly");
+    driver->type("ctrl+Tab");
+    EXPECT_TRUE(driver->ringIsOn("Blackouts"));
+    driver->type("Left");
+    EXPECT_TRUE(driver->ringIsOn("Schedule"));
+    driver->type("ctrl+shift+Tab");
+    EXPECT_TRUE(driver->ringIsOn("General"));
+    driver->type("ctrl+Tab");
+    ASSERT_TRUE(driver->ringIsOn("Schedule"));
+    EXPECT_EQ(driver->tabStops(), (Lines{"Weekly", "Sunday", "Back up at, hours", "Back up at, minutes", "PM",
+                                         "Remove", "Add Time", "Schedule"}));
+
+    ASSERT_TRUE(driver->tabTo("Sunday"));
+    driver->type("Right");
+    EXPECT_TRUE(driver->ringIsOn("Monday"));
+    driver->type("space");
+    EXPECT_TRUE(eventually([&] { return !driver->find("check box", "Monday")->checked; }));
+    EXPECT_TRUE(driver->focusIsOn("Monday"));
+
+    ASSERT_TRUE(driver->tabTo("Add Time"));
+    driver->type("Return");
+    ASSERT_TRUE(eventually([&] { return all("push button", "Remove").size() == 2; }));
+    ASSERT_TRUE(driver->tabTo("Remove"));
+    driver->type("Return");
+    EXPECT_TRUE(eventually([&] { return all("push button", "Remove").size() == 1; }));
+    EXPECT_TRUE(driver->ringIsOn("Remove")) << "the one that is left";
+    driver->type("Return");
+    EXPECT_TRUE(driver->ringIsOn("Add Time"));
+
+    for (const char* tab : {"conditions", "general"}) {
+        openOn(tab);
+        const std::string heading = tab == std::string("general") ? "Language" : "Meetings & recording";
+        const auto height = [&] {
+            const auto element = driver->find("heading", heading);
+            return element ? element->place.y() : 0;
+        };
+        ASSERT_TRUE(driver->waitFor("heading", heading, 5));
+        const int unscrolled = height();
+        for (const auto& [away, back] : {std::pair{"Down", "Up"}, {"Next", "Prior"}, {"End", "Home"}}) {
+            driver->type(away);
+            EXPECT_TRUE(eventually([&] { return height() != unscrolled; }, 3)) << tab << away;
+            driver->type(back);
+            EXPECT_TRUE(eventually([&] { return height() == unscrolled; }, 3)) << tab << back;
+        }
+    }
+    const std::string grace = "Wait after launch before catching up";
+    ASSERT_TRUE(driver->tabTo(grace));
+    for (const char* key : {"End", "Home", "Down"})
+        driver->type(key);
+    ASSERT_TRUE(driver->waitFor("list item", "30 minutes", 5));
+    driver->type("Down");
+    driver->type("Escape");
+    ASSERT_TRUE(driver->waitUntilGone("list item", "30 minutes", 5));
+    EXPECT_EQ(driver->find("combo box", grace).value_or(Element{}).description, "5 minutes")
+        << "only what was chosen counts";
+}
+
+TEST_F(SettingsWindow, ScrollsToABlackoutThatIsAdded) {
+    openOn("blackouts");
+    const std::string add = "Add Blackout Window";
+    for (int i = 0; i < 4; ++i)
+        perform("push button:" + add);
+    constexpr int statusBar = 28;
+    const int lowest = driver->find("frame", "Settings – Norvane")->place.bottom() - statusBar;
+    EXPECT_TRUE(eventually([&] {
+        const auto button = driver->find("push button", add);
+        return button && button->place.bottom() < lowest;
+    })) << describe(driver->elements());
+}
+
 TEST_F(SettingsWindow, TogglesTheLoginItemAndTellsWhyNot) {
     const std::string toggle = "Launch Norvane at login", folder = user.path("config/autostart");
     openOn("general");
@@ -184,6 +320,12 @@ TEST_F(SettingsWindow, TogglesTheLoginItemAndTellsWhyNot) {
         return describe(driver->elements()).find("autostart") != std::string::npos;
     })) << describe(driver->elements());
     EXPECT_FALSE(driver->find("check box", toggle)->checked) << "it shows what is so, not what was wished";
+    openOn("about");
+    openOn("general");
+    EXPECT_TRUE(eventually([&] {
+        const std::string now = describe(driver->elements());
+        return now.find(toggle) != std::string::npos && now.find("autostart") == std::string::npos;
+    })) << "what went wrong is past";
 }
 
 TEST_F(SettingsWindow, RelaunchesInTheChosenLanguage) {

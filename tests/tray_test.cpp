@@ -58,6 +58,14 @@ protected:
                        .find("StatusNotifierItem") != std::string::npos;
         });
     }
+    [[nodiscard]] std::string itemProperty(const std::string& name) const {
+        const std::string answer = user.bus().gdbus(
+            {"call", "--session", "--dest", "org.kde.StatusNotifierItem-" + std::to_string(itself) + "-1",
+             "--object-path", "/StatusNotifierItem", "--method", "org.freedesktop.DBus.Properties.Get",
+             "org.kde.StatusNotifierItem", name});
+        const std::size_t begin = answer.find('\'') + 1; // "(<'value'>,)"
+        return answer.substr(begin, answer.rfind('\'') - begin);
+    }
     void clickItem() const { driver->click({25, 685}); }
     /// Whether the panel comes, and is ready to be left.
     [[nodiscard]] bool opens() const {
@@ -73,15 +81,20 @@ protected:
     std::optional<UiDriver> driver;
     Words variables;
     std::optional<PeerProcess> daemon;
+    pid_t itself = 0;
 };
 
 TEST_F(Tray, ShowsTheItemThatOpensThePanel) {
     configureHost();
-    user.start(NORVANE_BIN_DIR "/norvane", driver->variables());
+    itself = user.start(NORVANE_BIN_DIR "/norvane", driver->variables());
     ASSERT_TRUE(user.waitForLog("Next backup scheduled for", 15));
     auto host = startHost(); // after the program
     ASSERT_TRUE(itemArrives()) << host->output();
     std::this_thread::sleep_for(std::chrono::seconds(2)); // until it is drawn
+
+    const std::string icon =
+        itemProperty("IconThemePath") + "/hicolor/symbolic/apps/" + itemProperty("IconName");
+    EXPECT_TRUE(std::filesystem::exists(icon + ".svg")) << icon;
 
     clickItem();
     ASSERT_TRUE(opens());

@@ -195,7 +195,7 @@ void UiDriver::collect(const QString& service, const QString& path, int depth,
     element.checked = has(state, checkedBit);
     element.focusable = has(state, focusableBit);
     element.focused = has(state, focusedBit);
-    if (element.role == "slider" || element.role == "spin button")
+    if (element.role == "slider" || element.role == "spin box")
         element.value =
             property(accessibility_, service, path, "org.a11y.atspi.Value", "CurrentValue").toDouble();
     element.place = placeOf(accessibility_, service, path);
@@ -220,6 +220,67 @@ std::optional<Element> UiDriver::focused() const {
         if (element.focused)
             innermost = element;
     return innermost;
+}
+
+bool UiDriver::focusIsOn(const std::string& name) const {
+    return eventually([&] {
+        const auto now = focused();
+        return now && now->name == name;
+    });
+}
+
+bool UiDriver::ringIsOn(const std::string& name) const {
+    return focusIsOn(name) && eventually([&] {
+               const auto now = focused();
+               return now && now->name == name && hasRing(now->place);
+           });
+}
+
+bool UiDriver::hasRing(const QRect& place) const {
+    constexpr int widest = 6; // how far from the edge
+    for (int x = place.left() - widest; x <= place.left() + widest; ++x) {
+        const std::uint32_t color = display_.pixel(std::max(0, x), place.center().y());
+        const std::uint32_t red = color >> 16U, green = color >> 8U & 0xFFU, blue = color & 0xFFU;
+        if (red > 230 && green > 120 && green < 170 && blue > 50 && blue < 130)
+            return true;
+    }
+    return false;
+}
+
+std::optional<Element> UiDriver::tab() const {
+    const auto before = focused();
+    std::optional<Element> now;
+    type("Tab");
+    (void)eventually(
+        [&] {
+            now = focused();
+            return now && (!before || before->path != now->path);
+        },
+        1);
+    return now;
+}
+
+std::vector<std::string> UiDriver::tabStops() const {
+    std::vector<std::string> names;
+    QString first;
+    for (int i = 0; i < 20; ++i) {
+        const auto element = tab();
+        if (!element || element->path == first)
+            break;
+        if (names.empty())
+            first = element->path;
+        names.push_back(element->name);
+    }
+    return names;
+}
+
+bool UiDriver::tabTo(const std::string& name) const {
+    for (int i = 0; i < 20; ++i) {
+        const auto element = tab();
+        if (element && element->name == name)
+            return true;
+    }
+    return false;
 }
 
 std::optional<Element> UiDriver::waitFor(const std::string& role, const std::string& name,

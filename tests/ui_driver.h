@@ -55,6 +55,14 @@ public:
     [[nodiscard]] std::vector<Element> elements() const;
     [[nodiscard]] std::optional<Element> find(const std::string& role, const std::string& name) const;
     [[nodiscard]] std::optional<Element> focused() const;
+    /// Whether the keyboard's focus comes to be there.
+    [[nodiscard]] bool focusIsOn(const std::string& name) const;
+    /// The same, and a ring shows it: in the brand's colour, around the control or inside its edge.
+    [[nodiscard]] bool ringIsOn(const std::string& name) const;
+    /// Presses Tab until the focus is where it began; the names of what had it.
+    [[nodiscard]] std::vector<std::string> tabStops() const;
+    /// Presses Tab until the focus is there. False: it never was.
+    [[nodiscard]] bool tabTo(const std::string& name) const;
     /// As `find`, but waits until it shows.
     [[nodiscard]] std::optional<Element> waitFor(const std::string& role, const std::string& name,
                                                  double seconds = 60) const;
@@ -72,6 +80,8 @@ public:
 
 private:
     void run(const std::vector<std::string>& words) const;
+    std::optional<Element> tab() const;
+    [[nodiscard]] bool hasRing(const QRect& place) const;
     void collect(const QString& service, const QString& path, int depth, std::vector<Element>& found) const;
 
     ScratchFolder runtimeFolder_;

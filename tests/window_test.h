@@ -38,37 +38,10 @@ protected:
         return PeerProcess({NORVANE_BIN_DIR "/tests/show_state", state}, user().variables());
     }
 
-    /// Whether the keyboard's focus comes to be there.
-    static bool focusIsOn(const std::string& name) {
-        return eventually([&] {
-            const auto now = user().focused();
-            return now && now->name == name;
-        });
-    }
-
-    /// Presses Tab until the focus is where it began; the names of what had it.
-    static Lines tabStops() {
-        Lines names;
-        QString first;
-        for (int i = 0; i < 20; ++i) {
-            const auto before = user().focused();
-            user().type("Tab");
-            (void)eventually([&] { return differs(before, user().focused()); }, 1);
-            const auto element = user().focused();
-            if (!element || element->path == first)
-                break;
-            if (names.empty())
-                first = element->path;
-            names.push_back(element->name);
-        }
-        return names;
-    }
+    static bool focusIsOn(const std::string& name) { return user().focusIsOn(name); }
+    static Lines tabStops() { return user().tabStops(); }
 
 private:
-    static bool differs(const std::optional<Element>& a, const std::optional<Element>& b) {
-        return b && (!a || a->path != b->path);
-    }
-
     static inline std::optional<PrivateBus> bus_;
     static inline std::optional<UiDriver> driver_;
 };

@@ -1,7 +1,6 @@
 // Destinations: reading what `tmutil destinationinfo` and Time Machine's preferences say of them.
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 
 #include "platform/white_space.h"
 #include "timemachine/tm_util.h"
@@ -45,14 +44,8 @@ std::optional<std::int64_t> exactIntegerFrom(const PropertyList* value) {
     return value ? value->exactInteger() : std::nullopt;
 }
 
-/// The number without its fraction.
 std::optional<std::int64_t> integerFrom(const PropertyList* value) {
-    const std::optional<double> number = value ? value->number() : std::nullopt;
-    if (!number)
-        return std::nullopt;
-    if (const auto exact = value->exactInteger())
-        return exact;
-    return PropertyList{std::trunc(*number)}.exactInteger();
+    return value ? value->truncatedInteger() : std::nullopt;
 }
 
 std::vector<std::string> stringsFrom(const PropertyList* value) {

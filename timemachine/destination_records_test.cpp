@@ -40,8 +40,8 @@ TEST(Endpoints, OfADestinationUrl) {
     };
     const std::pair<const char*, Endpoints> cases[] = {
         {"smb://nas.local/TM", hosts("nas.local", 445, 548)},
-        {"smb://user;x:pw@nas.local:4450/TM", hosts("nas.local", 445, 548)},
-        {"afp://nas.local/TM", hosts("nas.local", 548, 445)},
+        {"smb://user@home;x:pw@nas.local:4450/TM", hosts("nas.local", 445, 548)},
+        {"sftp://nas.local/TM", hosts("nas.local", 548, 445)},
         {"SMB://nas.local/TM", hosts("nas.local", 548, 445)},
         {"smb://[fe80::1]/TM", hosts("fe80::1", 445, 548)},
         {"smb://Office%20NAS._smb._tcp.local./TM", {ServiceEndpoint{"Office NAS", "_smb._tcp", "local"}}},
@@ -52,7 +52,7 @@ TEST(Endpoints, OfADestinationUrl) {
         {"/Volumes/TM", {}},
         {"", {}},
         {"://host", {}},
-        {"smb://bad%zz", hosts("bad%zz", 445, 548)},
+        {"smb://bad%zz%41", hosts("bad%zzA", 445, 548)},
     };
     for (const auto& [url, expected] : cases)
         EXPECT_EQ(TMUtil::endpoints(url), expected) << url;

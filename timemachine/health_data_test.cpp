@@ -53,7 +53,7 @@ TEST(HealthData, KeepsTheNewestTwentyAttemptsOfThirtyDays) {
     EXPECT_TRUE(assembled(attempts, {}).attempts.empty());
     attempts.push_back(plusSeconds(now, -30 * 86400.0 + 1));
     EXPECT_EQ(assembled(attempts, {}).attempts.size(), 1U);
-    for (int i = 25; i > 0; --i)
+    for (int i = 1; i <= 25; ++i)
         attempts.push_back(at(-i * 3600.0));
     const HealthData data = assembled(attempts, {});
     ASSERT_EQ(data.attempts.size(), 20U);

@@ -39,6 +39,7 @@ struct LocalSnapshotsModelTest : testing::Test {
     void SetUp() override {
         machine.timeMachine.localSnapshots = {"2024-05-01-101500", "2024-05-01-111500", "2024-05-01-201500"};
         machine.timeMachine.snapshotDates = {plusSeconds(morning, 8 * 3600)}; // 17:00
+        machine.timeMachine.secondSnapshotDates = {{plusSeconds(morning, 2 * 3600)}};
     }
     void refresh() {
         model.refresh();

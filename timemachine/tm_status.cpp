@@ -1,9 +1,9 @@
 #include "timemachine/tm_status.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
+#include "platform/truncation.h"
 #include "timemachine/number_text.h"
 #include "timemachine/tm_util.h"
 
@@ -25,13 +25,6 @@ std::optional<double> fractionFrom(const PropertyList* value) {
     if (!number || !(*number >= 0))
         return std::nullopt;
     return std::min(*number, 1.0);
-}
-
-std::optional<std::int64_t> truncated(double number) {
-    constexpr double limit = 9223372036854775808.0; // 2^63
-    if (!(number >= -limit && number < limit))
-        return std::nullopt;
-    return static_cast<std::int64_t>(number);
 }
 
 std::optional<BackupProgress> progressFrom(const PropertyList* value) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_services.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {
@@ -51,16 +50,31 @@ TEST(ParseStatus, RunningMeansExactlyOne) {
 }
 
 TEST(ParseStatus, FractionsAreWholeNumbersInTextClampedToOne) {
-    const std::pair<const char*, std::optional<double>> cases[] = {
-        {"-1", std::nullopt},   {"0", 0.0},
-        {"1.7", 1.0},           {" 0.5", std::nullopt},
-        {"0.5x", std::nullopt}, {"0.5 ", std::nullopt},
-        {"", std::nullopt},     {"+0.5", 0.5},
-        {"nan", std::nullopt},  {"inf", 1.0},
-        {"0x1p-1", 0.5},        {"1e999", 1.0},
-        {"1e-999", 0.0},        {"-0", -0.0},
-        {"5e-1", 0.5},          {"0,5", std::nullopt},
-        {"+-1", std::nullopt},  {"0x", std::nullopt}};
+    const std::pair<const char*, std::optional<double>> cases[] = {{"-1", std::nullopt},
+                                                                   {"0", 0.0},
+                                                                   {"1.7", 1.0},
+                                                                   {" 0.5", std::nullopt},
+                                                                   {"0.5x", std::nullopt},
+                                                                   {"0.5 ", std::nullopt},
+                                                                   {"", std::nullopt},
+                                                                   {"+0.5", 0.5},
+                                                                   {"nan", std::nullopt},
+                                                                   {"inf", 1.0},
+                                                                   {"0x1p-1", 0.5},
+                                                                   {"1e999", 1.0},
+                                                                   {"1e-999", 0.0},
+                                                                   {"-0", -0.0},
+                                                                   {"5e-1", 0.5},
+                                                                   {"0,5", std::nullopt},
+                                                                   {"+-1", std::nullopt},
+                                                                   {"0x", std::nullopt},
+                                                                   {"0x-2000", std::nullopt},
+                                                                   {"0xinf", std::nullopt},
+                                                                   {"nan(1)", std::nullopt},
+                                                                   {"0x1e-1", std::nullopt},
+                                                                   {"infinity", 1.0}};
+    const std::string tiny = "0." + std::string(400, '0') + "1";
+    EXPECT_EQ(TMUtil::parseStatus(withKeys("Percent = \"" + tiny + "\";")).percent, 0.0);
     for (const auto& [text, expected] : cases) {
         const TMStatus status = TMUtil::parseStatus(
             withKeys("Percent = \"" + std::string(text) + "\"; FractionOfProgressBar = \"" + text + "\";"));
@@ -86,15 +100,6 @@ TEST(ParseStatus, ProgressNeedsBytesAndAPositiveTotal) {
         EXPECT_EQ(TMUtil::parseStatus(withKeys("Progress = {" + std::string(keys) + "};")).progress, expected)
             << keys;
     EXPECT_EQ(TMUtil::parseStatus(withKeys("Progress = 5;")).progress, std::nullopt);
-}
-
-TEST(TMStatus, SaysHowMuchWasCopied) {
-    const SimulatedFormats formats;
-    const UntranslatedText texts;
-    TMStatus status;
-    EXPECT_EQ(status.copiedText(formats, texts), std::nullopt);
-    status.progress = BackupProgress{5119561728, 12151853056, 0, 0, std::nullopt};
-    EXPECT_EQ(status.copiedText(formats, texts), "5119561728 bytes copied");
 }
 
 } // namespace

@@ -56,11 +56,13 @@ TEST_F(TMUtilTest, RunsExactlyTheseCommands) {
 }
 
 TEST_F(TMUtilTest, AFailingToolGivesTheNeutralValue) {
-    for (const auto& answer :
-         {std::optional<CommandResult>{}, std::optional(CommandResult{1, "{Running=1;}", ""})}) {
+    const std::string output = "/*\ncom.apple.TimeMachine.2024-05-01-101500.local\n*/"
+                               "{Running=1;Destinations=({});}";
+    for (const auto& answer : {std::optional<CommandResult>{}, std::optional(CommandResult{1, output, ""})}) {
         runner.answer = answer;
         EXPECT_EQ(tmUtil.status(), TMStatus::idle());
         EXPECT_TRUE(tmUtil.destinationStatuses().empty());
+        EXPECT_TRUE(tmUtil.listLocalSnapshots("/", *Calendar::inZone("UTC")).empty());
         EXPECT_EQ(tmUtil.autoBackupEnabled(), std::nullopt);
         EXPECT_EQ(tmUtil.startBackup(), answer);
         EXPECT_FALSE(tmUtil.deleteLocalSnapshot("2024-05-01-101500"));
@@ -76,12 +78,6 @@ TEST_F(TMUtilTest, AutoBackupIsOnOnlyForOne) {
         runner.answer = CommandResult{0, output, ""};
         EXPECT_EQ(tmUtil.autoBackupEnabled(), enabled) << output;
     }
-}
-
-TEST_F(TMUtilTest, OpensTheSettingsPane) {
-    tmUtil.openTimeMachineSettings();
-    EXPECT_EQ(workspace.opened, std::vector<std::string>{
-                                    "x-apple.systempreferences:com.apple.Time-Machine-Settings.extension"});
 }
 
 } // namespace

@@ -29,6 +29,7 @@ GeneralSettings::~GeneralSettings() { services_.updater.onChange({}); }
 
 void GeneralSettings::load() {
     launchAtLogin_ = services_.loginItem.enabled();
+    loginItemError_.clear();
     launchGrace_ = store_.launchGraceMinutes();
     alwaysBrand_ = store_.alwaysBrandAccent();
     language_ = languageOverride(services_.defaults);
@@ -107,7 +108,7 @@ void GeneralSettings::setAutomaticallyChecks(bool automatically) {
 }
 
 QString GeneralSettings::updatesFooter() const {
-    if (updateHost_.empty())
+    if (!looksForUpdates())
         return text("This build of Norvane does not check for new versions.");
     return text("Norvane checks ") + viewText(updateHost_) +
            text(" for new versions. No usage data or system information is sent.");

@@ -36,6 +36,7 @@ class GeneralSettings : public QObject {
     Q_PROPERTY(QVariantList languageChoices READ languageChoices CONSTANT)
     Q_PROPERTY(bool languageChanged READ languageChanged NOTIFY changed)
     Q_PROPERTY(bool alwaysBrand READ alwaysBrand WRITE setAlwaysBrand NOTIFY changed)
+    Q_PROPERTY(bool looksForUpdates READ looksForUpdates CONSTANT) ///< At all, as this build was made.
     Q_PROPERTY(bool automaticallyChecks READ automaticallyChecks WRITE setAutomaticallyChecks NOTIFY changed)
     Q_PROPERTY(bool canCheckForUpdates READ canCheckForUpdates NOTIFY changed)
     Q_PROPERTY(QString updatesFooter READ updatesFooter CONSTANT)
@@ -63,7 +64,10 @@ public:
     [[nodiscard]] bool languageChanged() const { return languageChanged_; }
     [[nodiscard]] bool alwaysBrand() const { return alwaysBrand_; }
     void setAlwaysBrand(bool always);
-    [[nodiscard]] bool automaticallyChecks() const { return services_.updater.automaticallyChecks(); }
+    [[nodiscard]] bool looksForUpdates() const { return !updateHost_.empty(); }
+    [[nodiscard]] bool automaticallyChecks() const {
+        return looksForUpdates() && services_.updater.automaticallyChecks();
+    }
     void setAutomaticallyChecks(bool automatically);
     [[nodiscard]] bool canCheckForUpdates() const { return services_.updater.canCheckForUpdates(); }
     [[nodiscard]] QString updatesFooter() const;

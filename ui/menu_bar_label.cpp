@@ -3,20 +3,26 @@
 namespace norvane {
 
 MenuBarLabel menuBarLabel(const ControllerState& state) {
+    const auto uncolored = [](const char* symbol, const std::string& icon) -> MenuBarLabel {
+        return {symbol, LabelColor::template_, "", "org.norvane.Norvane-" + icon + "-symbolic"};
+    };
     if (state.status.running) {
+        const auto* const symbol = "arrow.triangle.2.circlepath";
         const std::optional<double> percent = state.status.percent;
-        return {"arrow.triangle.2.circlepath", LabelColor::template_,
-                percent ? std::to_string(static_cast<int>(*percent * 100)) + "%" : ""};
+        if (!percent)
+            return uncolored(symbol, "running");
+        return {symbol, LabelColor::template_, std::to_string(static_cast<int>(*percent * 100)) + "%", ""};
     }
     switch (state.health) {
     case BackupHealth::critical:
-        return {"clock.badge.exclamationmark", LabelColor::red, ""};
+        return {"clock.badge.exclamationmark", LabelColor::red, "", ""};
     case BackupHealth::stale:
-        return {"clock.badge.exclamationmark", LabelColor::orange, ""};
+        return {"clock.badge.exclamationmark", LabelColor::orange, "", ""};
     case BackupHealth::ok:
         break;
     }
-    return {state.pausedUntil ? "pause.circle" : "clock.badge.checkmark", LabelColor::template_, ""};
+    return state.pausedUntil ? uncolored("pause.circle", "paused")
+                             : uncolored("clock.badge.checkmark", "scheduled");
 }
 
 } // namespace norvane

@@ -17,6 +17,9 @@ struct MenuBarLabel {
     std::string symbol; ///< Name of a drawing in ui/symbols.
     LabelColor color = LabelColor::template_;
     std::string text; ///< "42%" while a backup runs and the percentage is known; else empty.
+    /// Of the drawing in ui/icon/symbolic that looks like the symbol, for trays that draw in their own
+    /// colour; empty where the symbol has one or the text has to be in the picture.
+    std::string iconName;
 
     bool operator==(const MenuBarLabel&) const = default;
 };

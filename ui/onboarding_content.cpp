@@ -52,7 +52,7 @@ OnboardingContent onboardingContent(const ControllerState& state, const Translat
 
 QString styledText(std::string_view marked) {
     QString styled = viewText(marked).toHtmlEscaped();
-    styled.replace("  ", QString(2, QChar::Nbsp));
+    styled.replace("  ", "&nbsp;&nbsp;"); // Qt joins spaces in a row, the character for a fixed one included
     bool bold = false;
     for (qsizetype at = styled.indexOf(boldMark); at >= 0; at = styled.indexOf(boldMark, at)) {
         bold = !bold;

@@ -1,5 +1,7 @@
 #include "ui/onboarding_view_model.h"
 
+#include <utility>
+
 #include "ui/view_values.h"
 
 namespace norvane {
@@ -37,6 +39,8 @@ void OnboardingViewModel::closed() {
     pollTimer_.reset();
     subscription_.reset();
     soon_.reset();
+    if (std::exchange(done_, false))
+        goTo(0);
 }
 
 QString OnboardingViewModel::position() const {
@@ -74,6 +78,7 @@ void OnboardingViewModel::forward() {
     if (!isLast())
         return goTo(step_ + 1);
     store_.setOnboardingDone(true);
+    done_ = true;
     Q_EMIT finished();
 }
 

@@ -43,6 +43,7 @@ public:
     /// While the window is shown, it follows the controller, and on the step about the automatic schedule it
     /// looks every 2 seconds whether the user has turned that off, and which backup disk was chosen.
     void opened();
+    /// A guide that was finished begins anew the next time; another one goes on where it was.
     void closed();
 
     [[nodiscard]] int step() const { return step_; }
@@ -76,6 +77,7 @@ private:
     const OnboardingServices services_;
     SettingsStore store_;
     int step_ = 0;
+    bool done_ = false; // finished since the window was opened
     OnboardingContent content_;
     bool launchAtLogin_;
     bool alertsRequested_ = false;

@@ -8,7 +8,7 @@
 
 namespace norvane {
 
-/// Main thread only. Made when it is first shown, and kept with all that was done in it.
+/// Main thread only. Made when it is first shown, and kept.
 class OnboardingWindow {
 public:
     OnboardingWindow(UiEngine& engine, const OnboardingServices& services)

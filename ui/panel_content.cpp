@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/letter_case.h"
 #include "platform/utf8.h"
 #include "ui/schedule_summary.h"
 #include "ui/status_line.h"
@@ -16,8 +17,9 @@ using Tint = PanelContent::Tint;
 /// Makes the texts of one moment.
 class Writer {
 public:
-    Writer(const ControllerState& state, Instant now, const Formats& formats, const Translator& texts)
-        : state_(state), now_(now), formats_(formats), texts_(texts) {}
+    Writer(const ControllerState& state, Instant now, const Formats& formats, const Translator& texts,
+           TimeGrain grain)
+        : state_(state), now_(now), formats_(formats), texts_(texts), grain_(grain) {}
 
     PanelContent write() const {
         PanelContent content;
@@ -125,17 +127,21 @@ private:
     /// "ThinningPostBackup" as words.
     static std::string prettified(const std::string& phase) {
         std::string words;
-        for (const char character : phase) {
-            if (character >= 'A' && character <= 'Z' && !words.empty())
+        for (std::size_t next = 0; next < phase.size();) {
+            const std::size_t start = next;
+            if (isUpperCase(nextCodePoint(phase, next)) && !words.empty())
                 words += ' ';
-            words += character;
+            words.append(phase, start, next - start);
         }
         return words;
     }
 
     /// The distance in time, either way.
     std::string relative(Instant instant) const {
-        return formats_.elapsedTime(std::abs(secondsBetween(now_, instant)));
+        constexpr double minute = 60;
+        const double distance = std::abs(secondsBetween(now_, instant));
+        return formats_.elapsedTime(grain_ == TimeGrain::minute ? std::ceil(distance / minute) * minute
+                                                                : distance);
     }
 
     std::string text(std::string_view english) const { return texts_.translate(english); }
@@ -145,13 +151,14 @@ private:
     const Instant now_;
     const Formats& formats_;
     const Translator& texts_;
+    const TimeGrain grain_;
 };
 
 } // namespace
 
 PanelContent panelContent(const ControllerState& state, Instant now, const Formats& formats,
-                          const Translator& texts) {
-    return Writer(state, now, formats, texts).write();
+                          const Translator& texts, TimeGrain grain) {
+    return Writer(state, now, formats, texts, grain).write();
 }
 
 QString quitMessage(const ControllerState& state, const Translator& texts) {

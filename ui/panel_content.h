@@ -72,9 +72,13 @@ public:
     bool operator==(const PanelContent&) const = default;
 };
 
+/// How finely relative times are told: to the second where they are seen passing, or in begun minutes where
+/// a text stays as it is for a while.
+enum class TimeGrain { second, minute };
+
 /// Relative times are those at `now`.
 [[nodiscard]] PanelContent panelContent(const ControllerState& state, Instant now, const Formats& formats,
-                                        const Translator& texts);
+                                        const Translator& texts, TimeGrain grain = TimeGrain::second);
 
 /// What happens to backups when the program quits.
 [[nodiscard]] QString quitMessage(const ControllerState& state, const Translator& texts);

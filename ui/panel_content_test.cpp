@@ -17,6 +17,16 @@ PanelContent contentOf(const ControllerState& state) {
     return panelContent(state, now, SimulatedFormats(), UntranslatedText());
 }
 
+TEST(PanelContent, WhatIsNotSeenPassingIsToldInBegunMinutes) {
+    ControllerState state;
+    state.nextFire = plusSeconds(now, 200);
+    for (const auto& [passed, told] : {std::pair{0, "240 s"}, {19, "240 s"}, {20, "180 s"}, {199, "60 s"}})
+        EXPECT_EQ(panelContent(state, plusSeconds(now, passed), SimulatedFormats(), UntranslatedText(),
+                               TimeGrain::minute)
+                      .subtitle,
+                  QString("Next backup in ") + told + "  (T10:03)");
+}
+
 TEST(PanelContent, TheHeaderFollowsThePrecedence) {
     // Each state keeps what came before it, so that each shows who wins.
     struct Case {
@@ -50,8 +60,8 @@ TEST(PanelContent, TheHeaderFollowsThePrecedence) {
                   Tint::red, "Backups are failing", " — next check 360 s"},
              Case{[](ControllerState& s) { s.status.running = true; }, "arrow.triangle.2.circlepath",
                   Tint::accent, "Backing Up…", "In progress"},
-             Case{[](ControllerState& s) { s.status.phase = "ThinningPostBackup"; },
-                  "arrow.triangle.2.circlepath", Tint::accent, "Backing Up…", "Thinning Post Backup"},
+             Case{[](ControllerState& s) { s.status.phase = "ThinningÄltereBackups"; },
+                  "arrow.triangle.2.circlepath", Tint::accent, "Backing Up…", "Thinning Ältere Backups"},
          }) {
         c.change(state);
         const PanelContent content = contentOf(state);
@@ -129,7 +139,7 @@ TEST(ScheduleSummary, DescribesTheFirstRule) {
         {{IntervalRule{24}}, "Every 24 hours"},
         {{IntervalRule{1.5}}, "Every 1.5 hours"},
         {{DailyTimesRule{}}, "No times set"},
-        {{DailyTimesRule{{{14, 30}, {9, 5}}}}, "Daily at 9:05, 14:30"},
+        {{DailyTimesRule{{{14, 30}, {9, 5}, TimeOfDay::unclamped(8, 99)}}}, "Daily at 8:99, 9:05, 14:30"},
         {{WeekdayTimesRule{{{Weekday::monday, {}}}}}, "No times set"},
         {{WeekdayTimesRule{
              {{Weekday::monday, {{9, 0}, {12, 0}}}, {Weekday::friday, {{9, 0}, {10, 0}, {11, 0}}}}}},

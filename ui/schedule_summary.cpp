@@ -9,11 +9,7 @@ namespace norvane {
 
 namespace {
 
-std::string hoursText(double hours) {
-    std::array<char, 400> text{}; // a stored number may have 300 digits
-    std::snprintf(text.data(), text.size(), hours == std::trunc(hours) ? "%.0f" : "%.1f", hours);
-    return text.data();
-}
+std::string hoursText(double hours) { return fillIn(hours == std::trunc(hours) ? "%.0f" : "%.1f", {hours}); }
 
 std::string timeText(const TimeOfDay& time) {
     std::array<char, 48> text{};
@@ -35,7 +31,10 @@ struct Summary {
         if (rule.times.empty())
             return texts.translate("No times set");
         std::vector<TimeOfDay> times = rule.times;
-        std::sort(times.begin(), times.end());
+        // Stored times may have more than 59 minutes.
+        std::sort(times.begin(), times.end(), [](const TimeOfDay& one, const TimeOfDay& other) {
+            return std::pair(one.hour, one.minute) < std::pair(other.hour, other.minute);
+        });
         std::string list;
         for (const TimeOfDay& time : times)
             list += (list.empty() ? "" : ", ") + timeText(time);

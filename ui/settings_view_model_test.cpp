@@ -18,7 +18,7 @@ struct Settings {
                 SettingsServices{*program.controller, machine.time, machine.time, machine.time,
                                  machine.formats, machine.texts, machine.defaults, machine.loginItem, updater,
                                  machine.applications, machine.logFile, machine.workspace},
-                ProgramFacts{"", "https://norvane.example", "updates.example", "/log/Norvane.log"},
+                ProgramFacts{"", "https://norvane.example", updateHost, "/log/Norvane.log"},
                 SettingsActions{
                     {[this] { launched = machine.time.now(); }, [this] { quit = machine.time.now(); }},
                     [] {}});
@@ -37,6 +37,7 @@ struct Settings {
     SimulatedProgram program{machine, machine.timeMachine, machine.defaults};
     SimulatedUpdateService::State updates;
     UpdaterViewModel updater{std::make_unique<SimulatedUpdateService>(updates)};
+    std::string updateHost = "updates.example";
     std::optional<Instant> launched;
     std::optional<Instant> quit;
     std::unique_ptr<SettingsViewModel> made;
@@ -202,6 +203,10 @@ TEST(GeneralSettings, EveryChangeCountsAtOnce) {
     tab.setLaunchAtLogin(false);
     EXPECT_TRUE(tab.launchAtLogin()) << "as the desktop reports";
     EXPECT_EQ(tab.loginItemError(), "not allowed");
+    s.model().select(SettingsTab::about);
+    s.model().select(SettingsTab::general);
+    EXPECT_EQ(tab.loginItemError(), "") << "of an attempt that is past";
+    tab.setLaunchAtLogin(false);
     s.machine.loginItem.error.clear();
     tab.setLaunchAtLogin(false);
     EXPECT_EQ(tab.loginItemError(), "");
@@ -218,6 +223,17 @@ TEST(GeneralSettings, EveryChangeCountsAtOnce) {
         tab.updatesFooter(),
         "Norvane checks updates.example for new versions. No usage data or system information is sent.");
     EXPECT_EQ(s.model().version(), "dev");
+}
+
+TEST(GeneralSettings, ABuildWithoutAFeedPromisesNoChecks) {
+    for (const char* host : {"updates.example", ""}) {
+        Settings s;
+        s.updateHost = host;
+        GeneralSettings& tab = *s.openOn(SettingsTab::general).general();
+        tab.setAutomaticallyChecks(true);
+        EXPECT_EQ(tab.looksForUpdates(), !s.updateHost.empty());
+        EXPECT_EQ(tab.automaticallyChecks(), !s.updateHost.empty());
+    }
 }
 
 TEST(GeneralSettings, ALanguageNeedsARelaunch) {

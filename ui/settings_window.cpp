@@ -20,9 +20,7 @@ void SettingsWindow::open() {
         connect(window_.get(), &QWindow::visibleChanged, this, &SettingsWindow::visibleChanged);
     }
     selectPending();
-    window_->show();
-    window_->raise();
-    window_->requestActivate();
+    bringToFront(*window_);
 }
 
 void SettingsWindow::openOn(SettingsTab tab) {

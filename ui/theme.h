@@ -20,7 +20,10 @@ class Theme : public QObject {
     Q_PROPERTY(QColor onTint READ onTint CONSTANT)           ///< Text on any other coloured surface; a knob.
     Q_PROPERTY(QColor shade READ shade CONSTANT)             ///< What darkens a surface, faded.
     Q_PROPERTY(QColor window READ window NOTIFY changed)
-    Q_PROPERTY(QColor control READ control NOTIFY changed) ///< A bordered button, a menu.
+    Q_PROPERTY(QColor control READ control NOTIFY changed)   ///< A bordered button, a menu.
+    Q_PROPERTY(QColor backdrop READ backdrop NOTIFY changed) ///< Around a sheet; hides what lies below it.
+    Q_PROPERTY(QColor tip READ tip NOTIFY changed) ///< A tooltip: light in dark windows, dark in light ones.
+    Q_PROPERTY(QColor onTip READ onTip NOTIFY changed) ///< Text on it.
     Q_PROPERTY(QColor primary READ primary NOTIFY changed)
     Q_PROPERTY(QColor secondary READ secondary NOTIFY changed)
     Q_PROPERTY(QColor tertiary READ tertiary NOTIFY changed)
@@ -64,6 +67,11 @@ public:
     [[nodiscard]] QColor control() const {
         return dark_ ? QColor(0x46, 0x46, 0x49) : QColor(0xff, 0xff, 0xff);
     }
+    [[nodiscard]] QColor backdrop() const {
+        return dark_ ? QColor(0x19, 0x19, 0x1a) : QColor(0xd8, 0xd8, 0xda);
+    }
+    [[nodiscard]] QColor tip() const { return dark_ ? QColor(0xe6, 0xe6, 0xe8) : QColor(0x3a, 0x3a, 0x3d); }
+    [[nodiscard]] QColor onTip() const { return dark_ ? Qt::black : Qt::white; }
     [[nodiscard]] QColor primary() const { return ink(dark_ ? 0.92 : 0.88); }
     [[nodiscard]] QColor secondary() const { return ink(dark_ ? 0.62 : 0.58); }
     [[nodiscard]] QColor tertiary() const { return ink(0.44); }

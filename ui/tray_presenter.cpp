@@ -23,8 +23,8 @@ QColor colorOf(LabelColor color) {
     case LabelColor::template_:
         break;
     }
-    // Trays do not tell their colour: this grey stands out from black and from white alike (WCAG 2.1: by more
-    // than 3 to 1).
+    // For trays that do not draw symbolic icons in their own colour: this grey stands out from black and from
+    // white alike (WCAG 2.1: by more than 3 to 1).
     return QColor(0x80, 0x80, 0x80);
 }
 
@@ -76,9 +76,13 @@ TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const
 void TrayPresenter::present() {
     const ControllerState& state = controller_.state();
     const MenuBarLabel label = menuBarLabel(state);
-    const PanelContent content = panelContent(state, clock_.now(), formats_, translator_);
-    TrayAppearance appearance{content.title.toStdString(), content.subtitle.toStdString(), label.text,
-                              appearance_.images, content.title.toStdString()};
+    const PanelContent content = panelContent(state, clock_.now(), formats_, translator_, TimeGrain::minute);
+    TrayAppearance appearance{.title = content.title.toStdString(),
+                              .subtitle = content.subtitle.toStdString(),
+                              .text = label.text,
+                              .iconName = label.iconName,
+                              .images = appearance_.images,
+                              .imageDescription = content.title.toStdString()};
     if (label.color != LabelColor::template_)
         appearance.imageDescription = translator_.translate("Backups need attention");
     if (drawn_ != label) {

@@ -36,6 +36,7 @@ QQmlEngine& UiEngine::engine() {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qmlRegisterSingletonInstance(uri, 1, 0, "Theme", &theme_);
         qmlRegisterSingletonInstance(uri, 1, 0, "Texts", &texts_);
+        qmlRegisterSingletonInstance(uri, 1, 0, "ClockDigits", &clockDigits_);
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImageProvider("symbol", new SymbolProvider); // which the engine owns
         engine_->addImageProvider("application", new ApplicationIconProvider);

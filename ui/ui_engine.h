@@ -8,6 +8,7 @@
 
 #include "platform/translator.h"
 #include "ui/theme.h"
+#include "ui/ui_clock_digits.h"
 #include "ui/ui_texts.h"
 
 namespace norvane {
@@ -31,6 +32,7 @@ private:
 
     Theme& theme_;
     UiTexts texts_;
+    UiClockDigits clockDigits_;
     std::unique_ptr<QQmlEngine> engine_;
 };
 

@@ -101,14 +101,35 @@ KeyFile newEntry() {
     return entry;
 }
 
+/// For whoever wanted the login items changed.
+std::string whyNot(int error, const std::string& folder) {
+    const std::string quotedFolder = "“" + folder + "”";
+    switch (static_cast<GFileError>(error)) {
+    case G_FILE_ERROR_EXIST:
+    case G_FILE_ERROR_NOTDIR:
+        return "Couldn't change your login items: " + quotedFolder + " should be a folder, but is not.";
+    case G_FILE_ERROR_ACCES:
+    case G_FILE_ERROR_PERM:
+    case G_FILE_ERROR_ROFS:
+        return "Couldn't change your login items: you are not allowed to change the folder " + quotedFolder +
+               ".";
+    case G_FILE_ERROR_NOSPC:
+        return "Couldn't change your login items: the disk is full.";
+    default:
+        return "Couldn't change your login items in the folder " + quotedFolder + ".";
+    }
+}
+
+std::string whyNotNow(const std::string& folder) { return whyNot(g_file_error_from_errno(errno), folder); }
+
 /// Replaces the file at once. The error text; empty when it is written.
 std::string write(const KeyFile& entry, const std::string& folder, const std::string& file) {
     if (!makeFolder(folder))
-        return folder + ": " + g_strerror(errno);
+        return whyNotNow(folder);
     GError* error = nullptr;
     if (g_key_file_save_to_file(entry.get(), file.c_str(), &error))
         return {};
-    std::string text = error->message;
+    std::string text = whyNot(error->code, folder);
     g_error_free(error);
     return text;
 }
@@ -132,7 +153,7 @@ bool AutostartFile::enabled() const {
 void AutostartFile::enable(const Done& done) {
     // The key wants it doubled, but systemd and GLib look for such a program under the doubled name.
     if (program_.find('%') != std::string::npos)
-        return done(program_ + ": cannot be started at login because of the % in its path");
+        return done("“" + program_ + "” can't be started at login, because there is a % in its name.");
     const KeyFile entry = newEntry();
     g_key_file_set_string(entry.get(), group, "Icon", "org.norvane.Norvane");
     g_key_file_set_string(entry.get(), group, "Exec", quoted(program_).c_str());
@@ -150,7 +171,7 @@ void AutostartFile::disable(const Done& done) {
     } else if (unlink(userFile_.c_str()) == 0 || errno == ENOENT) {
         done({});
     } else {
-        done(userFile_ + ": " + g_strerror(errno));
+        done(whyNotNow(folders_.user));
     }
 }
 

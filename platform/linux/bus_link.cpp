@@ -63,7 +63,7 @@ void BusLink::lost() {
 }
 
 void BusLink::noticeLoss() {
-    // The connection itself sends this (D-Bus Specification, "org.freedesktop.DBus.Local").
+    // The connection itself sends this (the D-Bus reference, "org.freedesktop.DBus.Local").
     connection_.connect("", "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", this,
                         SLOT(lost()));
 }

@@ -9,13 +9,17 @@
 
 namespace norvane {
 
-/// As clients choose them (D-Bus Specification, "Well-known Message Bus Instances").
+/// As clients choose them (the D-Bus reference, "Well-known Message Bus Instances").
 [[nodiscard]] std::string sessionBusAddress();
 [[nodiscard]] std::string systemBusAddress();
 
-/// Whether the bus at this address (D-Bus Specification, "Server Addresses") speaks to a new client in time.
+/// Whether the bus at this address (the D-Bus reference, "Server Addresses") speaks to a new client in time.
 /// Only Unix sockets are asked; what listens anywhere else is taken to answer. Any thread.
 [[nodiscard]] bool busAnswers(std::string_view address, std::chrono::milliseconds limit);
+
+/// A bus may end while Qt asks it something, which libdbus takes for a fault of the program and ends it with
+/// SIGABRT; after this it only prints a line. To be called before any bus is opened.
+void surviveLostBuses();
 
 /// Hides a session bus that does not answer from the process. Made before the QGuiApplication, whose plugins
 /// open the bus, too, and ended once Qt has tried: what Qt could not open stays closed. Main thread.

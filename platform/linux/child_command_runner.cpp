@@ -116,6 +116,13 @@ bool stillRuns(pid_t child) {
            info.si_pid == 0;
 }
 
+/// Leaves it to be reaped.
+void waitForEnd(pid_t child) {
+    siginfo_t info{};
+    while (waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+    }
+}
+
 /// Waits until the child has ended and both streams are closed, or the watchdog gives up on the streams.
 void follow(pid_t child, Watchdog& watchdog, Stream& output, Stream& error) {
     constexpr int lookMilliseconds = 50; // where the system gives no descriptor for a process
@@ -155,9 +162,44 @@ std::string validText(std::string bytes) { return isValidUtf8(bytes) ? std::move
 
 } // namespace
 
+/// A child that endAll() knows of.
+class ChildCommandRunner::Running {
+public:
+    Running(const ChildCommandRunner& runner, pid_t child) : runner_(runner), child_(child) {
+        const std::lock_guard guard(runner_.mutex_);
+        runner_.running_.insert(child_);
+        if (runner_.ending_)
+            kill(child_, SIGKILL); // started while endAll() looked at the others
+    }
+    ~Running() {
+        const std::lock_guard guard(runner_.mutex_);
+        runner_.running_.erase(child_);
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+private:
+    const ChildCommandRunner& runner_;
+    const pid_t child_;
+};
+
+void ChildCommandRunner::endAll(bool kill) const {
+    const std::lock_guard guard(mutex_);
+    ending_ = true;
+    for (const pid_t child : running_)
+        ::kill(child, kill ? SIGKILL : SIGTERM);
+}
+
+bool ChildCommandRunner::isEnding() const {
+    const std::lock_guard guard(mutex_);
+    return ending_;
+}
+
 std::optional<CommandResult> ChildCommandRunner::run(const std::string& executablePath,
                                                      const std::vector<std::string>& arguments,
                                                      double timeoutSeconds) const {
+    if (isEnding())
+        return std::nullopt;
     auto outputPipe = makePipe();
     auto errorPipe = makePipe();
     if (!outputPipe || !errorPipe)
@@ -167,10 +209,13 @@ std::optional<CommandResult> ChildCommandRunner::run(const std::string& executab
     errorPipe->writing.reset();
     if (!child)
         return std::nullopt;
+    std::optional<Running> running(std::in_place, *this, *child);
     Watchdog watchdog(*child, timeoutSeconds);
     Stream output{std::move(outputPipe->reading), {}};
     Stream error{std::move(errorPipe->reading), {}};
     follow(*child, watchdog, output, error);
+    waitForEnd(*child);
+    running.reset();
     const auto exitCode = reap(*child);
     if (!exitCode)
         return std::nullopt;

@@ -1,6 +1,10 @@
 // Running commands as child processes (posix_spawn(3), pidfd_open(2)).
 #pragma once
 
+#include <mutex>
+#include <set>
+#include <sys/types.h>
+
 #include "platform/command_runner.h"
 
 namespace norvane {
@@ -14,6 +18,18 @@ public:
     [[nodiscard]] std::optional<CommandResult> run(const std::string& executablePath,
                                                    const std::vector<std::string>& arguments,
                                                    double timeoutSeconds) const override;
+
+    /// Before the process itself ends: asks whatever still runs to end (SIGTERM), or kills it, and starts
+    /// nothing more. Any thread.
+    void endAll(bool kill) const;
+
+private:
+    class Running;
+    [[nodiscard]] bool isEnding() const;
+
+    mutable std::mutex mutex_;
+    mutable std::set<pid_t> running_; ///< Not reaped yet, so that these numbers are nobody else's.
+    mutable bool ending_ = false;
 };
 
 } // namespace norvane

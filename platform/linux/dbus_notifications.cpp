@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/activation_token.h"
+
 namespace norvane {
 
 namespace {
@@ -63,12 +65,17 @@ public:
     void onAnswer(NotificationAnswers answers) { answers_ = std::move(answers); }
 
 private Q_SLOTS:
+    /// Comes before the action that it belongs to.
+    void activationToken(uint id, const QString& token) { activationToken_ = {id, token}; }
+
     void actionInvoked(uint id, const QString& action) {
         // The signal is sent for every program's notifications.
         const auto shown = std::find_if(shown_.begin(), shown_.end(),
                                         [id](const auto& entry) { return entry.second == id; });
         if (shown == shown_.end())
             return;
+        const auto [invoked, token] = std::exchange(activationToken_, {});
+        const ActivationScope scope(invoked == id ? token : QString());
         if (action == backupAction && answers_.backupRequested)
             answers_.backupRequested();
         else if (action == openAction && answers_.opened)
@@ -86,6 +93,8 @@ private:
             daemonWatcher_.setConnection(bus_.connection());
         bus_.subscribe(service, objectPath, service, "ActionInvoked", this,
                        SLOT(actionInvoked(uint, QString)));
+        bus_.subscribe(service, objectPath, service, "ActivationToken", this,
+                       SLOT(activationToken(uint, QString)));
         bus_.subscribe(service, objectPath, service, "NotificationClosed", this, SLOT(closed(uint, uint)));
         forgetDaemon();
     }
@@ -154,10 +163,11 @@ private:
     BusLink& bus_;
     QDBusServiceWatcher daemonWatcher_;
     NotificationAnswers answers_;
-    int daemon_ = 0;                          // counts the daemons that came and went
-    std::optional<QStringList> capabilities_; // of the running daemon; none: not asked yet
-    std::map<std::string, uint> shown_;       // the id of the notification on screen, by its matter
-    std::deque<Notification> waiting_;        // at most one about a matter
+    int daemon_ = 0;                           // counts the daemons that came and went
+    std::optional<QStringList> capabilities_;  // of the running daemon; none: not asked yet
+    std::map<std::string, uint> shown_;        // the id of the notification on screen, by its matter
+    std::pair<uint, QString> activationToken_; // told of last, and of which notification
+    std::deque<Notification> waiting_;         // at most one about a matter
     bool calling_ = false;
 };
 

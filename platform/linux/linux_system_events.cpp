@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/linux/file_descriptor.h"
-#include "platform/linux/wake_detector.h"
 
 namespace norvane {
 
@@ -25,31 +24,34 @@ std::int64_t nanosecondsOf(clockid_t clock) {
 
 std::int64_t wallMinusBootTime() { return nanosecondsOf(CLOCK_REALTIME) - nanosecondsOf(CLOCK_BOOTTIME); }
 
-std::int64_t timeAsleep() { return nanosecondsOf(CLOCK_BOOTTIME) - nanosecondsOf(CLOCK_MONOTONIC); }
-
 class LinuxObservation final : public QObject, public SystemEvents::Observation {
     Q_OBJECT
 
 public:
-    LinuxObservation(BusLink& systemBus, Appearance& appearance, SystemEventHandlers handlers)
-        : systemBus_(systemBus), handlers_(std::move(handlers)), appearance_(appearance),
-          accent_(appearance.current().accent),
+    LinuxObservation(BusLink& systemBus, WakeDetector& wakeDetector, Appearance& appearance,
+                     SystemEventHandlers handlers)
+        : systemBus_(systemBus), wakeDetector_(wakeDetector), handlers_(std::move(handlers)),
+          appearance_(appearance), accent_(appearance.current().accent),
           clockTimer_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
           clockNotifier_(clockTimer_.get(), QSocketNotifier::Read), wallOffset_(wallMinusBootTime()),
-          wakeDetector_(timeAsleep()),
           appearanceObservation_(appearance.observe([this] { appearanceChanged(); })) {
         armClockTimer();
         connect(&clockNotifier_, &QSocketNotifier::activated, this, &LinuxObservation::clockTimerCancelled);
         connect(&systemBus_, &BusLink::reopened, this, &LinuxObservation::followLogind);
         followLogind();
+        wakeDetector_.listen(handlers_.didWake);
     }
+
+    ~LinuxObservation() override { wakeDetector_.listen({}); }
+    LinuxObservation(const LinuxObservation&) = delete;
+    LinuxObservation& operator=(const LinuxObservation&) = delete;
 
 private Q_SLOTS:
     void prepareForSleep(bool starting) {
         if (starting)
             wakeDetector_.sleepAnnounced();
-        else if (wakeDetector_.wakeAnnounced(timeAsleep()))
-            handlers_.didWake();
+        else
+            wakeDetector_.wakeAnnounced();
     }
 
 private:
@@ -76,10 +78,9 @@ private:
         const std::int64_t offset = wallMinusBootTime();
         const bool stepped = std::abs(offset - wallOffset_) >= stepNanoseconds;
         wallOffset_ = offset;
+        wakeDetector_.lookAtClocks(); // first, because a new plan would pass over what was slept through
         if (stepped)
             handlers_.clockChanged();
-        if (wakeDetector_.clocksMoved(timeAsleep()))
-            handlers_.didWake();
     }
 
     void appearanceChanged() {
@@ -89,20 +90,20 @@ private:
     }
 
     BusLink& systemBus_;
+    WakeDetector& wakeDetector_;
     const SystemEventHandlers handlers_;
     Appearance& appearance_;
     std::optional<Rgb> accent_;
     FileDescriptor clockTimer_; // before the notifier, which must go first
     QSocketNotifier clockNotifier_;
     std::int64_t wallOffset_;
-    WakeDetector wakeDetector_;
     const std::unique_ptr<Appearance::Observation> appearanceObservation_;
 };
 
 } // namespace
 
 std::unique_ptr<SystemEvents::Observation> LinuxSystemEvents::observe(SystemEventHandlers handlers) {
-    return std::make_unique<LinuxObservation>(systemBus_, appearance_, std::move(handlers));
+    return std::make_unique<LinuxObservation>(systemBus_, wakeDetector_, appearance_, std::move(handlers));
 }
 
 } // namespace norvane

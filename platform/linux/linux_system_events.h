@@ -3,6 +3,7 @@
 
 #include "platform/appearance.h"
 #include "platform/linux/bus_link.h"
+#include "platform/linux/wake_detector.h"
 #include "platform/system_events.h"
 
 namespace norvane {
@@ -12,14 +13,15 @@ namespace norvane {
 /// (timerfd_create(2), TFD_TIMER_CANCEL_ON_SET). Nothing polls.
 class LinuxSystemEvents final : public SystemEvents {
 public:
-    /// Both must outlive this and its observations.
-    LinuxSystemEvents(BusLink& systemBus, Appearance& appearance)
-        : systemBus_(systemBus), appearance_(appearance) {}
+    /// All must outlive this and its observations, of which there is one at a time.
+    LinuxSystemEvents(BusLink& systemBus, WakeDetector& wakeDetector, Appearance& appearance)
+        : systemBus_(systemBus), wakeDetector_(wakeDetector), appearance_(appearance) {}
 
     [[nodiscard]] std::unique_ptr<Observation> observe(SystemEventHandlers handlers) override;
 
 private:
     BusLink& systemBus_;
+    WakeDetector& wakeDetector_;
     Appearance& appearance_;
 };
 

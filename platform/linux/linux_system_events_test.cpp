@@ -24,11 +24,12 @@ struct SimulatedAppearance final : Appearance {
 class SystemEventsTest : public SessionTest {
 protected:
     std::unique_ptr<SystemEvents::Observation> observe() {
-        return LinuxSystemEvents(link, appearance)
+        return LinuxSystemEvents(link, wakeDetector, appearance)
             .observe({[this] { ++wakes; }, [this] { ++clockChanges; }, [this] { ++accentChanges; }});
     }
 
     BusLink link{bus.address(), std::chrono::milliseconds(10)};
+    WakeDetector wakeDetector;
     SimulatedAppearance appearance;
     int wakes = 0;
     int clockChanges = 0;

@@ -13,9 +13,13 @@ std::string programFolder() {
     return program.substr(0, program.rfind('/') == std::string::npos ? 0 : program.rfind('/'));
 }
 
-std::string ownToolsFolder(const std::string& binFolder) {
-    return binFolder.substr(0, binFolder.rfind('/')) + "/libexec/norvane";
+static std::string prefixOf(const std::string& binFolder) {
+    return binFolder.substr(0, binFolder.rfind('/'));
 }
+
+std::string ownToolsFolder(const std::string& binFolder) { return prefixOf(binFolder) + "/libexec/norvane"; }
+
+std::string ownIconsFolder(const std::string& binFolder) { return prefixOf(binFolder) + "/share/icons"; }
 
 ToolPaths chooseTools(const FileSystem& files, const std::string& binFolder) {
     ToolPaths ofSystem{"/usr/bin/tmutil", "/usr/bin/defaults"};

@@ -15,7 +15,10 @@ constexpr auto daemonPath = "/org/freedesktop/Notifications";
 class NotificationsTest : public SessionTest {
 protected:
     NotificationsTest() {
-        notifications.onAnswer({[this](const std::string& matter) { opened.push_back(matter); },
+        notifications.onAnswer({[this](const std::string& matter) {
+                                    opened.push_back(matter);
+                                    tokenSeen = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+                                },
                                 [this] { ++backupsRequested; }});
     }
 
@@ -33,6 +36,7 @@ protected:
     BusLink link{bus.address(), std::chrono::milliseconds(10)};
     DBusNotifications notifications{link};
     std::vector<std::string> opened;
+    QString tokenSeen; // by the window that was opened last
     int backupsRequested = 0;
 };
 
@@ -115,7 +119,10 @@ TEST_F(NotificationsTest, AnswersCountForOurOwnAlone) {
     EXPECT_EQ(after("ActionInvoked", "uu", "[<uint32 2>, <uint32 2>]"), Answers(0, 0))
         << "not the signal's types";
     EXPECT_EQ(after("ActionInvoked", "us", "[<uint32 2>, <'back-up-now'>]"), Answers(0, 1));
+    EXPECT_EQ(tokenSeen, "");
+    EXPECT_EQ(after("ActivationToken", "us", "[<uint32 2>, <'clicked'>]"), Answers(0, 1));
     EXPECT_EQ(after("ActionInvoked", "us", "[<uint32 2>, <'default'>]"), Answers(1, 1));
+    EXPECT_EQ(tokenSeen, "clicked") << "so that the window comes to the front";
     EXPECT_EQ(after("NotificationClosed", "uu", "[<uint32 2>, <uint32 2>]"), Answers(1, 1));
     EXPECT_EQ(after("ActionInvoked", "us", "[<uint32 2>, <'default'>]"), Answers(1, 1))
         << "the id was given up";

@@ -52,7 +52,7 @@ public:
             bus.asyncCall(portalCall("Background", "RequestBackground", {"", options})), this);
         connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
             if (call->isError())
-                finish({}, call->error().message().toStdString());
+                finish({}, "This desktop does not let programs change their login items.");
         });
     }
 
@@ -87,7 +87,7 @@ void PortalLoginItem::disable(const Done& done) { request(false, done); }
 void PortalLoginItem::request(bool autostart, const Done& done) {
     // Qt waits for the bus when it subscribes to the answer, and aborts the program when the bus is gone.
     if (!bus_.answers()) {
-        done("The session bus does not answer.");
+        done("The desktop does not answer.");
         return;
     }
     const QString token = "norvane_login_item_" + QString::number(++requests_);

@@ -173,7 +173,7 @@ TEST_F(PortalTest, TheLoginItemIsWhatThePortalGranted) {
     EXPECT_NE(*error, "");
     bus.freeze();
     EXPECT_TRUE(answered(true));
-    EXPECT_EQ(*error, "The session bus does not answer.");
+    EXPECT_EQ(*error, "The desktop does not answer.");
 }
 
 class EmailTest : public PortalTest {

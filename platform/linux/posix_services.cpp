@@ -113,8 +113,11 @@ std::optional<std::vector<FolderEntry>> PosixFileSystem::list(const std::string&
 PosixLogFile::PosixLogFile(std::string path) : path_(std::move(path)) {}
 
 void PosixLogFile::append(std::string_view bytes) {
-    const FileDescriptor file(open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-    if (file)
+    // A pipe in the file's place would else wait for a reader, now or once it is full.
+    const FileDescriptor file(
+        open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600));
+    struct stat status {};
+    if (file && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode))
         writeAll(file.get(), bytes);
 }
 

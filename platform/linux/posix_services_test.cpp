@@ -31,6 +31,9 @@ TEST(PosixLogFile, CreatesAppendsAndLosesOnlyWhatItCannotWrite) {
     log.append("two\n");
     PosixLogFile(folder.path + "/missing/Norvane.log").append("lost\n");
     PosixLogFile(folder.path).append("a folder is no file\n");
+    const std::string pipe = folder.path + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    PosixLogFile(pipe).append("nobody reads\n");
     std::stringstream content;
     content << std::ifstream(path).rdbuf();
     EXPECT_EQ(content.str(), "one\ntwo\n");

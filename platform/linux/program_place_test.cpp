@@ -3,33 +3,33 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace norvane {
 namespace {
 
-TEST(DiskImage, IsToldByPathAndFileSystem) {
-    struct Case {
-        const char* path;
-        std::int64_t magic;
-        bool expected;
-    };
+TEST(DiskImage, IsToldByPlaceAndMount) {
     constexpr std::int64_t ext4 = 0xEF53;
-    const Case cases[] = {
-        {"/usr/bin/norvane", ext4, false},
-        {"/home/ada/Applications/Norvane.AppImage", ext4, false},
-        {"/Volumes/Norvane/norvane", ext4, true},
-        {"/Volumes", ext4, false},
-        {"/private/AppTranslocation/1/norvane", ext4, true},
-        {"/home/AppTranslocation", ext4, false},
-        {"/media/ada/STICK/norvane", ext4, true},
-        {"/mediafiles/norvane", ext4, false},
-        {"/run/media/ada/STICK/norvane", 0, true},
-        {"/home/ada/mnt/norvane", 0x9660, true},
-        {"/home/ada/mnt/norvane", 0x15013346, true},
-        {"", 0, false},
+    constexpr std::int64_t iso = 0x9660;
+    const std::pair<ProgramPlace, bool> cases[] = {
+        {{"/usr/bin/norvane", false, ext4, true, "/dev/sda1"}, false},
+        {{"/home/ada/Norvane.AppImage", true, ext4}, false},
+        {{"/run/media/ada/STICK/Norvane.AppImage", true, iso, true}, false},
+        {{"/Volumes/Norvane/norvane", false, ext4}, true},
+        {{"/Volumes/Norvane/Norvane.AppImage", true, ext4}, true},
+        {{"/Volumes", false, ext4}, false},
+        {{"/private/AppTranslocation/1/norvane", false, ext4}, true},
+        {{"/home/AppTranslocation", false, ext4}, false},
+        {{"/media/ada/DATA/norvane", false, ext4, false, "/dev/sdb1"}, false},
+        {{"/media/ada/STICK/norvane", false, ext4, true, "/dev/sdb1"}, true},
+        {{"/run/media/ada/IMAGE/norvane", false, ext4, false, "/dev/loop0"}, true},
+        {{"/snap/norvane/1/norvane", false, 0x73717368, true, "/dev/loop3"}, false},
+        {{"/home/ada/mnt/norvane", false, iso}, true},
+        {{"/home/ada/mnt/norvane", false, 0x15013346}, true},
+        {{""}, false},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(isOnDiskImage(c.path, c.magic), c.expected) << c.path;
+    for (const auto& [place, expected] : cases)
+        EXPECT_EQ(isOnDiskImage(place), expected) << place.path;
     EXPECT_FALSE(runsFromDiskImage());
 }
 

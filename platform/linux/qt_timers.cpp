@@ -16,9 +16,9 @@ namespace {
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 constexpr double longestSeconds = 3e9; // within what the kernel takes
 
-std::int64_t bootTimeNanoseconds() {
+std::int64_t runningTimeNanoseconds() {
     timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
+    clock_gettime(CLOCK_MONOTONIC, &now);
     return now.tv_sec * nanosecondsPerSecond + now.tv_nsec;
 }
 
@@ -40,12 +40,13 @@ std::int64_t coalesced(std::int64_t due, double toleranceSeconds) {
 
 class TimerfdTimer final : public Timer {
 public:
-    TimerfdTimer(double intervalSeconds, double toleranceSeconds, bool repeats, std::function<void()> action)
-        : descriptor_(timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
+    TimerfdTimer(double intervalSeconds, double toleranceSeconds, bool repeats, std::function<void()> action,
+                 std::function<void()> beforeAction)
+        : descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)),
           notifier_(new QSocketNotifier(descriptor_.get(), QSocketNotifier::Read)),
-          action_(std::move(action)) {
+          action_(std::move(action)), beforeAction_(std::move(beforeAction)) {
         const std::int64_t interval = std::max<std::int64_t>(nanoseconds(intervalSeconds), 1);
-        const std::int64_t due = coalesced(bootTimeNanoseconds() + interval, toleranceSeconds);
+        const std::int64_t due = coalesced(runningTimeNanoseconds() + interval, toleranceSeconds);
         const itimerspec setting{toTimespec(repeats ? interval : 0), toTimespec(due)};
         timerfd_settime(descriptor_.get(), TFD_TIMER_ABSTIME, &setting, nullptr);
         QObject::connect(notifier_, &QSocketNotifier::activated, [this] { expired(); });
@@ -65,25 +66,34 @@ private:
         std::uint64_t expirations = 0;
         if (read(descriptor_.get(), &expirations, sizeof expirations) != sizeof expirations)
             return;
-        const std::function<void()> action = action_; // it may destroy this timer
-        action();
+        // Either of the two may destroy this timer.
+        const std::function<void()> action = action_;
+        const std::weak_ptr<bool> alive = alive_;
+        if (const std::function<void()> beforeAction = beforeAction_)
+            beforeAction();
+        if (!alive.expired())
+            action();
     }
 
     FileDescriptor descriptor_;
     QSocketNotifier* const notifier_;
-    std::function<void()> action_;
+    const std::function<void()> action_;
+    const std::function<void()> beforeAction_;
+    const std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 } // namespace
 
 std::unique_ptr<Timer> QtTimers::once(double intervalSeconds, double toleranceSeconds,
                                       std::function<void()> action) {
-    return std::make_unique<TimerfdTimer>(intervalSeconds, toleranceSeconds, false, std::move(action));
+    return std::make_unique<TimerfdTimer>(intervalSeconds, toleranceSeconds, false, std::move(action),
+                                          beforeActions_);
 }
 
 std::unique_ptr<Timer> QtTimers::repeating(double intervalSeconds, double toleranceSeconds,
                                            std::function<void()> action) {
-    return std::make_unique<TimerfdTimer>(intervalSeconds, toleranceSeconds, true, std::move(action));
+    return std::make_unique<TimerfdTimer>(intervalSeconds, toleranceSeconds, true, std::move(action),
+                                          beforeActions_);
 }
 
 } // namespace norvane

@@ -12,6 +12,8 @@
 #include <QtEndian>
 #include <utility>
 
+#include "platform/linux/activation_token.h"
+
 namespace norvane {
 
 /// A picture as it goes over the bus: (iiay), ARGB32 in network byte order.
@@ -92,6 +94,7 @@ class StatusNotifierItem::Object final : public QObject {
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
     Q_PROPERTY(norvane::DBusImages IconPixmap READ iconPixmap)
     Q_PROPERTY(QString IconAccessibleDesc READ iconDescription)
     Q_PROPERTY(norvane::DBusToolTip ToolTip READ toolTip)
@@ -101,8 +104,8 @@ class StatusNotifierItem::Object final : public QObject {
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
 
 public:
-    Object()
-        : bus_(QDBusConnection::sessionBus()),
+    explicit Object(const std::string& iconThemePath)
+        : iconThemePath_(QString::fromStdString(iconThemePath)), bus_(QDBusConnection::sessionBus()),
           serviceName_(
               QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid())),
           watcher_(watcherService, bus_, QDBusServiceWatcher::WatchForRegistration) {
@@ -125,7 +128,8 @@ public:
 
     void show(const TrayAppearance& appearance) {
         const TrayAppearance old = std::exchange(appearance_, appearance);
-        if (old.images != appearance.images || old.imageDescription != appearance.imageDescription)
+        if (old.iconName != appearance.iconName || old.images != appearance.images ||
+            old.imageDescription != appearance.imageDescription)
             Q_EMIT NewIcon();
         if (old.title != appearance.title || old.subtitle != appearance.subtitle) {
             Q_EMIT NewTitle();
@@ -142,7 +146,8 @@ public:
     [[nodiscard]] QString title() const { return QString::fromStdString(appearance_.title); }
     [[nodiscard]] QString status() const { return QStringLiteral("Active"); }
     [[nodiscard]] int windowId() const { return 0; }
-    [[nodiscard]] QString iconName() const { return {}; }
+    [[nodiscard]] QString iconName() const { return QString::fromStdString(appearance_.iconName); }
+    [[nodiscard]] QString iconThemePath() const { return iconThemePath_; }
     [[nodiscard]] DBusImages iconPixmap() const { return toDBus(appearance_.images); }
     [[nodiscard]] QString iconDescription() const {
         return QString::fromStdString(appearance_.imageDescription);
@@ -157,9 +162,12 @@ public:
 
 public Q_SLOTS: // the names are the protocol's
     void Activate(int x, int y) {
+        const ActivationScope scope(std::exchange(activationToken_, {}));
         if (activate_)
             activate_(x, y);
     }
+    /// Comes before the click that it belongs to.
+    void ProvideXdgActivationToken(const QString& token) { activationToken_ = token; }
     void SecondaryActivate(int x, int y) { Activate(x, y); }
     void ContextMenu(int x, int y) { Activate(x, y); }
     void Scroll(int /*delta*/, const QString& /*orientation*/) {}
@@ -180,14 +188,17 @@ private:
         bus_.send(call);
     }
 
+    const QString iconThemePath_;
     QDBusConnection bus_;
     const QString serviceName_;
     QDBusServiceWatcher watcher_;
     TrayAppearance appearance_;
     std::function<void(int, int)> activate_;
+    QString activationToken_;
 };
 
-StatusNotifierItem::StatusNotifierItem() : object_(std::make_unique<Object>()) {}
+StatusNotifierItem::StatusNotifierItem(const std::string& iconThemePath)
+    : object_(std::make_unique<Object>(iconThemePath)) {}
 StatusNotifierItem::~StatusNotifierItem() = default;
 
 void StatusNotifierItem::show(const TrayAppearance& appearance) { object_->show(appearance); }

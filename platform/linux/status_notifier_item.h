@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/tray_item.h"
 
@@ -10,7 +11,8 @@ namespace norvane {
 
 class StatusNotifierItem final : public TrayItem {
 public:
-    StatusNotifierItem();
+    /// `iconThemePath`: the folder that holds the program's "hicolor".
+    explicit StatusNotifierItem(const std::string& iconThemePath);
     ~StatusNotifierItem() override;
 
     void show(const TrayAppearance& appearance) override;

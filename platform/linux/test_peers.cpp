@@ -1,6 +1,7 @@
 #include "platform/linux/test_peers.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -110,12 +111,32 @@ void PeerProcess::end() {
 PrivateDisplay::PrivateDisplay(int width, int height)
     // Without its errors, which tell of other displays before the number of this one.
     : server_({"sh", "-c",
-               "exec Xvfb -displayfd 1 -nolisten tcp -screen 0 " + std::to_string(width) + "x" +
-                   std::to_string(height) + "x24 2>/dev/null"}) {
+               "exec Xvfb -displayfd 1 -noreset -nolisten tcp -screen 0 " + std::to_string(width) + "x" +
+                   std::to_string(height) + "x24 -fbdir '" + folder_.path() + "' 2>/dev/null"}) {
     if (!server_.waitForOutput("\n"))
         throw std::runtime_error("no X server: " + server_.output());
     const std::string number = server_.output();
     variable_ = "DISPLAY=:" + number.substr(0, number.find('\n'));
+}
+
+std::uint32_t PrivateDisplay::pixel(int x, int y) const {
+    // A window dump (XWDFile.h): words of 32 bits, the header's with the most significant byte first.
+    std::ifstream dump(folder_.path("Xvfb_screen0"), std::ios::binary);
+    const auto wordAt = [&dump](std::streamoff place) {
+        std::array<unsigned char, 4> bytes{};
+        dump.seekg(place);
+        dump.read(reinterpret_cast<char*>(bytes.data()), bytes.size());
+        return bytes;
+    };
+    const auto header = [&wordAt](std::streamoff field) {
+        const auto bytes = wordAt(4 * field);
+        return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U |
+               std::uint32_t{bytes[2]} << 8U | bytes[3];
+    };
+    constexpr std::streamoff colorSize = 12;
+    const std::streamoff pixels = header(0) + colorSize * header(19);
+    const auto bytes = wordAt(pixels + std::streamoff{header(12)} * y + std::streamoff{4} * x);
+    return std::uint32_t{bytes[2]} << 16U | std::uint32_t{bytes[1]} << 8U | bytes[0];
 }
 
 PrivateBus::PrivateBus() : address_("unix:path=" + folder_.path("bus")) {

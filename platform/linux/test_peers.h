@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -63,7 +64,11 @@ public:
     /// "DISPLAY=:7".
     [[nodiscard]] const std::string& variable() const { return variable_; }
 
+    /// 0xRRGGBB of what shows there, which must be on the screen.
+    [[nodiscard]] std::uint32_t pixel(int x, int y) const;
+
 private:
+    ScratchFolder folder_; // with what the screen shows
     PeerProcess server_;
     std::string variable_;
 };

@@ -1,3 +1,4 @@
+#include "platform/linux/kept_user_defaults.h"
 #include "platform/linux/user_defaults_file.h"
 
 #include <algorithm>
@@ -61,7 +62,7 @@ TEST_F(UserDefaultsFileTest, StoresEveryTypeForOthersToSeeAtOnce) {
     UserDefaultsFile writer(path_);
     const UserDefaultsFile reader(path_);
     EXPECT_EQ(reader.all(), std::nullopt);
-    const PropertyList::Dictionary values = {{"text", {"ä\r\n\x01"s}},
+    const PropertyList::Dictionary values = {{"text", {"ä\r\n"s}},
                                              {"date", {Instant(std::chrono::microseconds(-250'001))}},
                                              {"data", {PropertyListData{"\0\xFF"s}}},
                                              {"flag", {true}},
@@ -140,7 +141,6 @@ TEST_F(UserDefaultsFileTest, RefusesValuesThatWouldSpoilTheFile) {
     for (int depth = 0; depth < maxPropertyListDepth; ++depth)
         nested = {PropertyList::Array{std::move(nested)}};
     store.set("bad", {"\xFF"s});
-    store.set("bad", {"a\0b"s});
     store.set("bad", nested);
     store.set("\xFF", integer(1));
     EXPECT_EQ(store.all(), (PropertyList::Dictionary{{"kept", integer(1)}}));
@@ -170,6 +170,30 @@ TEST_F(UserDefaultsFileTest, SurvivesWhatStandsInItsWay) {
     const std::string pipe = folder_ + "/pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(UserDefaultsFile(pipe).all(), std::nullopt);
+}
+
+TEST_F(UserDefaultsFileTest, WhatCannotBeStoredIsKeptInMemory) {
+    UserDefaultsFile(path_).set("a", integer(1));
+    UserDefaultsFile(path_).set("b", integer(1));
+    fs::create_directories(path_ + ".new/x"); // in the way of the new file
+    int refusals = 0;
+    KeptUserDefaults kept(path_, [&] { ++refusals; });
+    kept.set("a", integer(2));
+    kept.remove("b");
+    EXPECT_EQ(kept.integer("a"), 2);
+    EXPECT_EQ(kept.object("b"), std::nullopt);
+    EXPECT_EQ(UserDefaultsFile(path_).integer("a"), 1);
+    EXPECT_EQ(refusals, 1);
+    fs::remove_all(path_ + ".new");
+    kept.set("c", integer(3));
+    EXPECT_EQ(UserDefaultsFile(path_).all(),
+              (PropertyList::Dictionary{{"a", integer(2)}, {"c", integer(3)}}));
+    UserDefaultsFile(path_).set("a", integer(4));
+    EXPECT_EQ(kept.integer("a"), 4) << "others are heard again";
+    kept.set("bad", {"\xFF"s});
+    kept.set("a", integer(5));
+    EXPECT_EQ(UserDefaultsFile(path_).integer("a"), 5) << "one bad value keeps no other";
+    EXPECT_EQ(kept.object("bad"), (PropertyList{"\xFF"s}));
 }
 
 TEST_F(UserDefaultsFileTest, WritesThroughASymbolicLink) {

@@ -1,5 +1,6 @@
 #include "platform/linux/wake_detector.h"
 
+#include <ctime>
 #include <utility>
 
 namespace norvane {
@@ -8,19 +9,39 @@ namespace {
 
 constexpr std::int64_t shortestSleepNanoseconds = 100'000'000; // the clocks are not read at the same instant
 
-} // namespace
-
-bool WakeDetector::clocksMoved(std::int64_t asleep) {
-    if (asleep - asleep_ < shortestSleepNanoseconds)
-        return false;
-    asleep_ = asleep;
-    toldByClocks_ = true;
-    return true;
+std::int64_t nanosecondsOf(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return now.tv_sec * 1'000'000'000 + now.tv_nsec;
 }
 
-bool WakeDetector::wakeAnnounced(std::int64_t asleep) {
+} // namespace
+
+WakeDetector::WakeDetector(std::function<std::int64_t()> timeAsleep)
+    : timeAsleep_(std::move(timeAsleep)), asleep_(timeAsleep_()) {}
+
+std::int64_t WakeDetector::timeAsleepByTheClocks() {
+    return nanosecondsOf(CLOCK_BOOTTIME) - nanosecondsOf(CLOCK_MONOTONIC);
+}
+
+void WakeDetector::lookAtClocks() {
+    const std::int64_t asleep = timeAsleep_();
+    if (asleep - asleep_ < shortestSleepNanoseconds)
+        return;
     asleep_ = asleep;
-    return !std::exchange(toldByClocks_, false);
+    toldByClocks_ = true;
+    tell();
+}
+
+void WakeDetector::wakeAnnounced() {
+    asleep_ = timeAsleep_();
+    if (!std::exchange(toldByClocks_, false))
+        tell();
+}
+
+void WakeDetector::tell() const {
+    if (woke_)
+        woke_();
 }
 
 } // namespace norvane

@@ -2,23 +2,32 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace norvane {
 
 /// The clocks: CLOCK_BOOTTIME runs on during a sleep, CLOCK_MONOTONIC does not (clock_gettime(2)); their
-/// difference, in nanoseconds, is the time asleep since the machine started. The session: logind announces
-/// each sleep and each wake. The two come in any order. Each function that returns a boolean answers whether
-/// a wake is to be told now.
+/// difference is the time asleep since the machine started. The session: logind announces each sleep and each
+/// wake. The two come in any order. Main thread.
 class WakeDetector {
 public:
-    explicit WakeDetector(std::int64_t asleep) : asleep_(asleep) {}
+    /// `timeAsleep` answers in nanoseconds.
+    explicit WakeDetector(std::function<std::int64_t()> timeAsleep = timeAsleepByTheClocks);
+
+    /// Calls `woke` once after each sleep, from within one of the functions below; an empty one ends that.
+    void listen(std::function<void()> woke) { woke_ = std::move(woke); }
 
     /// The clocks may have moved against each other.
-    [[nodiscard]] bool clocksMoved(std::int64_t asleep);
+    void lookAtClocks();
     void sleepAnnounced() { toldByClocks_ = false; }
-    [[nodiscard]] bool wakeAnnounced(std::int64_t asleep);
+    void wakeAnnounced();
 
 private:
+    [[nodiscard]] static std::int64_t timeAsleepByTheClocks();
+    void tell() const;
+
+    const std::function<std::int64_t()> timeAsleep_;
+    std::function<void()> woke_;
     std::int64_t asleep_;       // as of the last wake that was told
     bool toldByClocks_ = false; // the wake that logind has yet to announce
 };

@@ -94,9 +94,11 @@ struct SimulatedProcessActivity final : ProcessActivity {
 struct SimulatedNetworkProbe final : NetworkProbe {
     std::set<std::string> answeringHosts;
     mutable std::vector<NetworkEndpoint> tried;
+    mutable double timeout = 0; ///< Of the last try.
 
-    bool canConnect(const NetworkEndpoint& endpoint, double /*timeoutSeconds*/) const override {
+    bool canConnect(const NetworkEndpoint& endpoint, double timeoutSeconds) const override {
         tried.push_back(endpoint);
+        timeout = timeoutSeconds;
         const auto* host = std::get_if<HostEndpoint>(&endpoint);
         return host && answeringHosts.contains(host->host + ":" + std::to_string(host->port));
     }

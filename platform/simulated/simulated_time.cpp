@@ -114,8 +114,6 @@ void SimulatedTime::setWallClock(Instant instant) {
 
 void SimulatedTime::sleep(double seconds) { setWallClock(plusSeconds(now(), seconds)); }
 
-void SimulatedTime::sleepWithTimersCounting(double seconds) { elapsed_ += microseconds(seconds); }
-
 void SimulatedTime::disturb(std::function<double()> random, double maxLatencySeconds) {
     random_ = std::move(random);
     maxLatencySeconds_ = maxLatencySeconds;

@@ -44,8 +44,6 @@ public:
     void setWallClock(Instant instant);
     /// The machine sleeps: the wall clock goes on, timers stand still.
     void sleep(double seconds);
-    /// The machine sleeps, and timers count the time: those that fell due meanwhile fire right afterwards.
-    void sleepWithTimersCounting(double seconds);
 
     /// From now on timers use their tolerance, and background work begins and delivers up to
     /// `maxLatencySeconds` late, each by a share from 0 to 1 that `random` gives.

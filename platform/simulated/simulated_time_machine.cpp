@@ -33,6 +33,7 @@ std::optional<CommandResult> SimulatedTimeMachine::run(const std::string& execut
                                                        const std::vector<std::string>& arguments,
                                                        double /*timeoutSeconds*/) const {
     time_.spend(answerSeconds);
+    statusQueries += arguments.front() == "status" ? 1 : 0;
     if (toolsMissing)
         return std::nullopt;
     catchUp();
@@ -139,7 +140,7 @@ std::string SimulatedTimeMachine::destinationText() const {
     text += "Name          : " + *name + "\nKind          : " + kind + "\n";
     if (!url.empty())
         text += "URL           : " + url + "\n";
-    if (!mountPoint.empty())
+    if (mounted)
         text += "Mount Point   : " + mountPoint + "\n";
     return text + "ID            : 0C2A86A8-5C8C-4F5F-93C4-2C2D4B1F4E11\n";
 }

@@ -31,6 +31,7 @@ public:
     std::optional<std::string> name = "Backup Disk";
     std::string kind = "Local";
     std::string mountPoint = "/Volumes/Backup";
+    bool mounted = true; ///< False: the mount point is not told.
     std::string url;
     mutable std::vector<Instant> snapshotDates;
     mutable std::vector<Instant> attemptDates;
@@ -63,6 +64,7 @@ public:
     bool toolsMissing = false;               ///< No tool can be started.
 
     mutable std::vector<std::string> commands; ///< Every command line, "tmutil status" left out.
+    mutable int statusQueries = 0;
 
 private:
     CommandResult tmutil(const std::string& verb) const;

@@ -5,13 +5,14 @@ Sheet {
     id: sheet
 
     required property var model
+    readonly property Flickable scrolled: scroller
 
     title: Texts.text("Choose Backup Disk")
     onVisibleChanged: if (visible) takeFocus()
     onEscaped: model.cancelDisk()
 
     function takeFocus() {
-        folder.forceActiveFocus(Qt.OtherFocusReason)
+        folder.forceActiveFocus(Window.window.takeoverReason)
     }
 
     Flickable {

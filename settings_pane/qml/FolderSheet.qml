@@ -6,6 +6,7 @@ Sheet {
     id: sheet
 
     required property var chooser
+    readonly property Flickable scrolled: list
 
     title: chooser.title
     onVisibleChanged: if (visible) list.forceActiveFocus(Qt.TabFocusReason)

@@ -5,16 +5,19 @@ Sheet {
     id: sheet
 
     required property var model
+    readonly property Flickable scrolled: form
 
     title: Texts.text("Options")
     onVisibleChanged: if (visible) takeFocus()
     onEscaped: model.showOptions(false)
 
     function takeFocus() {
-        frequency.takeFocus()
+        frequency.takeFocus(Window.window.takeoverReason)
     }
 
     Form {
+        id: form
+
         anchors.fill: parent
 
         FormSection {
@@ -37,10 +40,13 @@ Sheet {
             header: Texts.text("Back up")
 
             PathList {
+                below: addSource
                 paths: sheet.model.sources
                 onRemoved: row => sheet.model.removeSource(row)
             }
             AddButton {
+                id: addSource
+
                 text: Texts.text("Add Folder to Back Up…")
                 onClicked: sheet.model.addSource()
             }
@@ -50,10 +56,13 @@ Sheet {
             footer: Texts.text("Caches and the trash are always left out.")
 
             PathList {
+                below: addExclusion
                 paths: sheet.model.exclusions
                 onRemoved: row => sheet.model.removeExclusion(row)
             }
             AddButton {
+                id: addExclusion
+
                 text: Texts.text("Add Folder to Leave Out…")
                 onClicked: sheet.model.addExclusion()
             }

@@ -11,7 +11,6 @@ Item {
     implicitHeight: label.implicitHeight
 
     Symbol {
-        x: 4
         name: "exclamationmark.triangle.fill"
         color: notice.color
         size: 13
@@ -19,7 +18,7 @@ Item {
     Label {
         id: label
 
-        x: 24
+        x: 20
         width: parent.width - x
         text: notice.text
         font: Theme.caption

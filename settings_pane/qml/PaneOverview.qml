@@ -6,18 +6,19 @@ Item {
 
     required property var model
     readonly property var content: model.content
+    readonly property Flickable scrolled: form
 
     function focusDisk() {
-        chooseDisk.forceActiveFocus(Qt.OtherFocusReason)
+        chooseDisk.forceActiveFocus(Window.window.takeoverReason)
     }
     function focusOptions() {
-        options.forceActiveFocus(Qt.OtherFocusReason)
+        options.forceActiveFocus(Window.window.takeoverReason)
     }
 
     Row {
         id: heading
 
-        x: 20
+        x: 12 // the picture has air of its own: it begins where the cards do
         y: 20
         spacing: 14
 
@@ -43,6 +44,8 @@ Item {
         }
     }
     Form {
+        id: form
+
         anchors.top: heading.bottom
         anchors.topMargin: 4
         anchors.bottom: bar.top
@@ -124,12 +127,12 @@ Item {
 
         Divider {}
         SavingNote {
-            x: 20
+            x: 16
             anchors.verticalCenter: parent.verticalCenter
             visible: overview.model.busy
         }
         Label {
-            x: 20
+            x: 16
             anchors.verticalCenter: parent.verticalCenter
             visible: overview.model.known && !overview.model.busy
             text: overview.content.frequencyText
@@ -140,7 +143,7 @@ Item {
             id: options
 
             anchors.right: parent.right
-            anchors.rightMargin: 20
+            anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
             text: Texts.text("Options…")
             onClicked: overview.model.showOptions(true)

@@ -5,12 +5,14 @@ Column {
     id: list
 
     required property var paths
+    required property Item below // the button
 
     signal removed(int row)
 
     width: parent ? parent.width : 0
 
-    Repeater {
+    RowRepeater {
+        below: list.below
         model: list.paths
 
         PathRow {
@@ -19,11 +21,14 @@ Column {
             required property int index
             required property string path
             required property bool removable
+            readonly property Item remover: remove
 
             symbol: "folder"
             name: path
 
             IconButton {
+                id: remove
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: row.removable
                 symbol: "minus.circle.fill"

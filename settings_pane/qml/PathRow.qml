@@ -22,12 +22,12 @@ FormRow {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.max(0, row.width - 40 - row.controlsWidth - 24)
 
-            Label {
+            ElidedLabel {
                 width: parent.width
                 text: row.name
                 elide: Text.ElideMiddle
             }
-            Label {
+            ElidedLabel {
                 width: parent.width
                 visible: text !== ""
                 text: row.details

@@ -12,7 +12,7 @@ Rectangle {
 
     signal escaped
 
-    color: Theme.faded(Theme.shade, 0.35)
+    color: Theme.backdrop
     Accessible.role: Accessible.Dialog
     Accessible.name: title
 

@@ -12,6 +12,7 @@ FixedWindow {
     height: 460
     flags: Qt.Window
     title: Texts.text("Time Machine")
+    scrolled: [folders, disks, options].find(sheet => sheet.visible)?.scrolled ?? overview.scrolled
 
     PaneOverview {
         id: overview
@@ -27,7 +28,7 @@ FixedWindow {
         enabled: !folders.visible
         visible: window.model.showsOptions
         model: window.model
-        onVisibleChanged: if (!visible) overview.focusOptions()
+        onVisibleChanged: if (!visible) Qt.callLater(overview.focusOptions) // once it is enabled
     }
     DiskSheet {
         id: disks
@@ -36,7 +37,7 @@ FixedWindow {
         enabled: !folders.visible
         visible: window.model.choosingDisk
         model: window.model
-        onVisibleChanged: if (!visible) overview.focusDisk()
+        onVisibleChanged: if (!visible) Qt.callLater(overview.focusDisk)
     }
     FolderSheet {
         id: folders
@@ -48,9 +49,9 @@ FixedWindow {
             if (visible)
                 return
             if (disks.visible)
-                disks.takeFocus()
+                Qt.callLater(disks.takeFocus)
             else if (options.visible)
-                options.takeFocus()
+                Qt.callLater(options.takeFocus)
         }
     }
 }

@@ -24,7 +24,7 @@ void showBlackouts(SettingsScene& scene) {
     scene.program.controller->setSchedule({{DailyTimesRule{{{12, 30}, {20, 0}}}},
                                            {{workdays, {9, 0}, {17, 30}},
                                             {{friday, saturday}, {22, 0}, {6, 0}},
-                                            {{sunday}, {10, 0}, {12, 0}}}});
+                                            {{thursday}, {10, 0}, {9, 0}}}}); // until tomorrow
     scene.show(SettingsTab::blackouts);
 }
 

@@ -61,9 +61,14 @@ void Watcher::look() {
     logGrew_ = !w_.logFile.text.empty();
     onlyWaits_ = true;
     newPlanExplained_ = false;
+    diskIsKnown_ &= !w_.otherDiskChosen && w_.timeMachine.kind == "Local" && !toolsAreFaulty();
     if (!state().destinationName)
-        diskIsKnown_ &= w_.timeMachine.kind == "Local" && !toolsAreFaulty() && !diskIsGone();
+        diskIsKnown_ &= !diskIsGone();
     newSnapshotTold_.seconds(verifyingSince_ && newSnapshotIsTold(surelyNewSeconds), now());
+    // A clock that moves with the wake gives a new plan before the program tells of the one slept through.
+    if (w_.wokeAt && plan_ && *plan_ <= *w_.wokeAt)
+        catchUpAt_ = plusSeconds(*w_.wokeAt, 120);
+    w_.wokeAt.reset();
     readLog();
     checkAlerts();
     checkState();
@@ -94,7 +99,7 @@ void Watcher::look() {
     pausedUntil_ = state().pausedUntil;
     stalled_ = state().stalled;
     w_.clockMoved = false;
-    w_.userAsked = false;
+    w_.userAsked &= mayAskForTheDisk();
 }
 
 void Watcher::forgetDurations() {
@@ -218,13 +223,15 @@ void Watcher::checkPunctuality() {
     // A start on the way makes the wait for the next look begin anew.
     require(overduePause_.seconds(overduePause, now()) < 2 * slowLookSeconds, "a pause ends in time");
     if (s.nextFire && !s.deferral && !running_ && !verifyingSince_ && w_.jumps == jumpsAtPlan_)
-        require(secondsBetween(*s.nextFire, now()) < 35, "what is planned is begun in time");
+        require(secondsBetween(*s.nextFire, now()) < 35 + (mayAskForTheDisk() ? longestFaultSeconds : 0),
+                "what is planned is begun in time");
     const bool overdue =
         s.nextFire && *s.nextFire < now() && !s.deferral && !running_ && !verifyingSince_ && !requestedAt_;
     require(overdue_.seconds(overdue, now()) < 2 * longestFaultSeconds,
             "what fell due while the machine slept is made up for");
+    const double limit = mayAskForTheDisk() ? longestFaultSeconds : 3;
     if (s.deferral && s.deferral == deferral_ && w_.jumps == jumpsAtDeferral_)
-        require(secondsBetween(std::max(s.deferral->nextCheck, deferredAt_), now()) < 3,
+        require(secondsBetween(std::max(s.deferral->nextCheck, deferredAt_), now()) < limit,
                 "what is deferred is looked at again in time");
     require(!requestedAt_ || w_.jumps != jumpsAtRequest_ ||
                 secondsBetween(*requestedAt_, now()) < 60 + longestFaultSeconds,
@@ -306,7 +313,7 @@ void Watcher::checkTimers() {
         require(std::any_of(timers.oneShots.begin(), timers.oneShots.end(),
                             [&](Instant due) { return due >= plusSeconds(*s.nextFire, -1); }),
                 "what is planned is armed");
-    if (s.deferral)
+    if (s.deferral && !mayAskForTheDisk())
         require(!timers.oneShots.empty(), "what is deferred is looked at again");
 }
 
@@ -316,7 +323,7 @@ void Watcher::checkDeferral() {
         return;
     require(!d->reasons.empty(), "a deferral has a reason");
     require(d->nextCheck <= d->forceAt, "no look comes after the end of the wait");
-    require(state().conditions.hasAnyCondition(), "only conditions defer");
+    require(state().conditions.hasAnyCondition() || mayAskForTheDisk(), "only conditions defer");
     require(!deferral_ || d->originalDue == deferral_->originalDue || !onlyWaits_,
             "the wait counts from the first due instant");
     if (d == deferral_)

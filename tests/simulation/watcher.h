@@ -86,6 +86,8 @@ private:
     }
     [[nodiscard]] bool preferencesAreSilent() const;
     [[nodiscard]] bool diskIsGone() const;
+    /// Before a disk is called gone, Time Machine is asked whether it is another one now.
+    [[nodiscard]] bool mayAskForTheDisk() const { return diskIsGone() || w_.otherDiskChosen; }
     [[nodiscard]] bool conditionHolds() const;
     [[nodiscard]] bool newSnapshotIsTold(double atMostBeforeStart) const;
 

@@ -203,7 +203,8 @@ void Watcher::noteFailure(std::string_view message) {
         require(w_.files.homeAvailableBytes.value_or(10'000'000'000) < 10'000'000'000,
                 "only too little room on the startup disk is called too little");
     if (message.starts_with("Backup disk"))
-        require(diskIsGone(), "only a disk that is gone is called gone");
+        require(diskIsGone() || (w_.otherDiskChosen && (toolsAreFaulty() || !w_.timeMachine.name)),
+                "only a disk that is gone is called gone");
     if (message.starts_with("Backup never started")) {
         require(requestedAt_ && secondsBetween(*requestedAt_, now()) > 60, "a start is waited for a minute");
         require(asked_ || toolsWork_.seconds(!toolsAreFaulty(), now()) <= longestFaultSeconds,
@@ -252,7 +253,8 @@ void Watcher::noteWait(std::string_view message) {
     if (message.starts_with("Waiting ")) {
         require(!running_ && !state().status.running, "a backup waits only while none runs");
         catchUpAt_.reset();
-        const bool forTheDisk = state().conditions.requireDestinationPresent.value_or(false) && diskIsGone();
+        const bool forTheDisk =
+            state().conditions.requireDestinationPresent.value_or(false) && mayAskForTheDisk();
         require(conditionHolds() || forTheDisk, "a backup waits only for a condition that holds");
     } else if (message.starts_with("Max deferral reached")) {
         const double seconds = state().conditions.maxDeferralHours * 3600;

@@ -106,6 +106,18 @@ void plugTheDisk(World& w) {
     } else if (w.random.chance(0.5)) {
         w.files.paths.erase(folder);
     }
+    w.timeMachine.mounted = w.files.mountPoints.contains(folder);
+}
+
+void chooseAnotherDisk(World& w) {
+    std::string& folder = w.timeMachine.mountPoint;
+    w.files.mountPoints.erase(folder);
+    w.files.paths.erase(folder);
+    folder = folder == "/Volumes/Backup" ? "/Volumes/Other" : "/Volumes/Backup";
+    w.files.mountPoints.insert(folder);
+    w.files.paths.insert(folder);
+    w.timeMachine.mounted = true;
+    w.otherDiskChosen = true;
 }
 
 /// How Time Machine behaves from now on; most of the time it behaves.
@@ -140,30 +152,31 @@ void changeTimeMachine(World& w) {
     w.tools.faultRate = seldom() ? w.random.between(0, 0.5) : 0;
 }
 
-/// So long and so often that the machine is awake for some seven hours a day, as people's machines are.
-void sleepAWhile(World& w) {
-    if (!w.sleeps)
-        return;
-    const double seconds = w.random.exponential(20 * 3600);
+void setClock(World& w, double bySeconds) {
+    w.time.setWallClock(plusSeconds(w.time.now(), bySeconds));
+    w.clockMoved = true;
     ++w.jumps;
-    const bool timersStop = w.random.chance(0.5);
-    if (timersStop)
-        w.time.sleep(seconds);
-    else
-        w.time.sleepWithTimersCounting(seconds);
-    const bool told = w.random.chance(0.9);
-    if (w.systemEvents.handlers && (told || timersStop))
-        w.systemEvents.handlers->didWake();
+    w.stepsBack += bySeconds < 0 ? 1 : 0;
+    if (w.systemEvents.handlers)
+        w.systemEvents.handlers->clockChanged();
 }
 
 void stepTheClock(World& w) {
-    const double seconds = w.random.between(-1, 1) * w.random.pick<double>({1, 600, 7200, 86400});
-    w.time.setWallClock(plusSeconds(w.time.now(), seconds));
-    w.clockMoved = true;
+    setClock(w, w.random.between(-1, 1) * w.random.pick<double>({1, 600, 7200, 86400}));
+}
+
+/// So long and so often that the machine is awake for some seven hours a day, as people's machines are. The
+/// clock that runs meanwhile is a little off.
+void sleepAWhile(World& w) {
+    if (!w.sleeps)
+        return;
     ++w.jumps;
-    w.stepsBack += seconds < 0 ? 1 : 0;
+    w.time.sleep(w.random.exponential(20 * 3600));
+    w.wokeAt = w.time.now();
     if (w.systemEvents.handlers)
-        w.systemEvents.handlers->clockChanged();
+        w.systemEvents.handlers->didWake();
+    if (w.random.chance(0.3))
+        setClock(w, w.random.between(-1, 1));
 }
 
 /// The program keeps the zone it was started in; the next start is in the new one.
@@ -233,6 +246,7 @@ void World::startProgram() {
     ++starts;
     jumps = 0;
     stepsBack = 0;
+    otherDiskChosen = false;
     graceEnd = plusSeconds(startedAt, static_cast<double>(program.store.launchGraceMinutes()) * 60);
     plannedBefore = program.store.plannedFireDate();
     program.start(programZone);
@@ -245,6 +259,7 @@ const std::vector<Happening>& World::happenings() {
         {"Time Machine changes its ways", 12, changeTimeMachine},
         {"a stalled copy goes on", 2, [](World& w) { w.timeMachine.stallsAt.reset(); }},
         {"the disk comes or goes", 60, plugTheDisk},
+        {"another backup disk is chosen", 300, chooseAnotherDisk},
         {"the startup disk fills or empties", 300,
          [](World& w) {
              w.files.homeAvailableBytes =

@@ -40,7 +40,9 @@ public:
     int jumps = 0;           ///< Of the wall clock against the timers since then: sleep, and clock steps.
     int stepsBack = 0;       ///< Of the wall clock since then.
     bool clockMoved = false; ///< The wall clock was set since the watcher last looked.
-    bool userAsked = false;  ///< The user pressed "Back Up Now" since then.
+    bool otherDiskChosen = false;  ///< Since the program was started.
+    std::optional<Instant> wokeAt; ///< When the machine woke since then.
+    bool userAsked = false;        ///< The user pressed "Back Up Now" since then.
 };
 
 } // namespace norvane::simulation

@@ -6,6 +6,7 @@ Item {
 
     required property var activity
     readonly property bool empty: activity.loaded && list.count === 0
+    readonly property Flickable scrolled: list
 
     signal openLogFile
 
@@ -24,6 +25,7 @@ Item {
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         activeFocusOnTab: count > 0
+        keyNavigationEnabled: false // there is no current entry
         model: tab.activity.entries
         topMargin: 4
         bottomMargin: 4
@@ -31,21 +33,6 @@ Item {
         Accessible.name: Texts.text("Activity")
         delegate: LogEntryRow {
             width: list.width
-        }
-
-        Keys.onUpPressed: scrollBy(-40)
-        Keys.onDownPressed: scrollBy(40)
-        Keys.onPressed: event => {
-            const steps = {[Qt.Key_PageUp]: -height, [Qt.Key_PageDown]: height, [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight}
-            if (event.key in steps) {
-                scrollBy(steps[event.key])
-                event.accepted = true
-            }
-        }
-
-        function scrollBy(distance) {
-            const lowest = Math.max(originY - topMargin, originY + contentHeight + bottomMargin - height)
-            contentY = Math.max(originY - topMargin, Math.min(lowest, contentY + distance))
         }
 
         Rectangle {

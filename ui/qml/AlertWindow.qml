@@ -30,7 +30,6 @@ FixedWindow {
         Accessible.role: Accessible.AlertMessage
         Accessible.name: window.message
 
-        Keys.onEscapePressed: window.close()
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
             name: window.symbol

@@ -7,8 +7,9 @@ Rectangle {
     id: sheet
 
     required property var chooser
+    readonly property Flickable scrolled: list
 
-    color: Theme.faded(Theme.shade, 0.35)
+    color: Theme.backdrop
     Accessible.role: Accessible.Dialog
     Accessible.name: Texts.text("Add App")
     onVisibleChanged: if (visible) search.forceActiveFocus(Qt.TabFocusReason)

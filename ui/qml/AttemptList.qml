@@ -10,10 +10,9 @@ Item {
     readonly property real radius: 4
 
     implicitHeight: column.implicitHeight
-    activeFocusOnTab: attempts.length > 0
+    activeFocusOnTab: true
     Accessible.role: Accessible.List
     Accessible.name: Texts.text("LATEST ATTEMPTS")
-    Accessible.ignored: attempts.length === 0
 
     Column {
         id: column

@@ -8,14 +8,14 @@ Form {
     required property var locale
 
     Label {
-        x: 4
-        width: parent.width - 2 * x
+        width: parent.width
         text: Texts.text("Backups never start inside a blackout window — a due backup waits until the window ends. Windows whose end time is earlier than their start cross midnight (e.g. 22:00 – 06:00). Edits are saved and active the moment you make them; the bar below shows the effect on your next backup.")
         font: Theme.caption
         color: Theme.secondary
         wrapMode: Text.Wrap
     }
-    Repeater {
+    RowRepeater {
+        below: addWindow
         model: tab.settings.windows
 
         FormSection {
@@ -26,19 +26,13 @@ Form {
             required property int start
             required property int end
             required property bool crossesMidnight
+            readonly property Item remover: removeWindow
 
             FormRow {
                 leading: DayPicker {
                     days: blackout.days
                     weekdays: tab.locale.weekdays
                     onPicked: days => tab.settings.setDays(blackout.index, days)
-                }
-                PlainButton {
-                    anchors.verticalCenter: parent.verticalCenter
-                    font: Theme.body
-                    color: Theme.red
-                    text: Texts.text("Remove")
-                    onClicked: tab.settings.remove(blackout.index)
                 }
             }
             FormRow {
@@ -87,12 +81,28 @@ Form {
                     }
                 ]
             }
+            FormRow {
+                leading: PlainButton {
+                    id: removeWindow
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    font: Theme.body
+                    color: Theme.red
+                    text: Texts.text("Remove")
+                    onClicked: tab.settings.remove(blackout.index)
+                }
+            }
         }
     }
     FormSection {
         AddButton {
+            id: addWindow
+
             text: Texts.text("Add Blackout Window")
-            onClicked: tab.settings.add()
+            onClicked: {
+                tab.settings.add()
+                tab.showEnd()
+            }
         }
     }
 }

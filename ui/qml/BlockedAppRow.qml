@@ -7,6 +7,7 @@ FormRow {
     required property int index
     required property string name
     required property string bundleID
+    readonly property Item remover: remove
 
     signal removed
 
@@ -30,6 +31,8 @@ FormRow {
         }
     }
     IconButton {
+        id: remove
+
         anchors.verticalCenter: parent.verticalCenter
         symbol: "minus.circle.fill"
         label: Texts.text("Remove")

@@ -7,8 +7,7 @@ Form {
     required property var settings
 
     Label {
-        x: 4
-        width: parent.width - 2 * x
+        width: parent.width
         text: Texts.text("When a scheduled backup comes due, it waits while any of these are true — then rechecks until the time limit below. Back Up Now always runs immediately.")
         font: Theme.caption
         color: Theme.secondary
@@ -43,7 +42,8 @@ Form {
     FormSection {
         header: Texts.text("Defer while these apps are running")
 
-        Repeater {
+        RowRepeater {
+            below: addApp
             model: tab.settings.blockedApps
 
             BlockedAppRow {
@@ -51,6 +51,8 @@ Form {
             }
         }
         AddButton {
+            id: addApp
+
             property bool choosing: tab.settings.chooser.open
 
             text: Texts.text("Add App")

@@ -16,7 +16,7 @@ Rectangle {
     signal cancelled
 
     visible: title !== ""
-    color: Theme.faded(Theme.shade, 0.35)
+    color: Theme.backdrop
     Accessible.role: Accessible.Dialog
     Accessible.name: title
     onVisibleChanged: visible ? takeFocus() : giveFocusBack()
@@ -26,14 +26,13 @@ Rectangle {
     function takeFocus() {
         opener = Window.activeFocusItem
         covering = true
-        const byKeyboard = opener?.visualFocus ?? false
-        cancel.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.OtherFocusReason)
+        cancel.forceActiveFocus(Window.window.takeoverReason)
     }
 
     function giveFocusBack() {
         covering = false
         if (opener?.enabled)
-            opener.forceActiveFocus(cancel.focusReason)
+            opener.forceActiveFocus(Window.window.takeoverReason)
         opener = null
     }
 

@@ -2,37 +2,48 @@ import QtQuick
 import QtQuick.Templates as T
 import Norvane
 
-// Some days of the week; bit 0 of the mask is Sunday.
+// Some days of the week; bit 0 of the mask is Sunday. One stop of Tab; the arrow keys go from day to day.
 Row {
     id: picker
 
     required property int days
     required property var weekdays
+    property int current: 0 // where the keyboard is, or was
 
     signal picked(int days)
 
     spacing: 4
     Accessible.role: Accessible.Grouping
 
+    function goTo(index) {
+        dayButtons.itemAt(index)?.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     Repeater {
+        id: dayButtons
+
         model: picker.weekdays
 
         T.CheckBox {
             id: day
 
+            required property int index
             required property var modelData
             readonly property bool selected: (picker.days >> modelData.bit & 1) === 1
 
             implicitWidth: 26
             implicitHeight: 26
-            focusPolicy: Qt.StrongFocus
+            focusPolicy: picker.current === index ? Qt.StrongFocus : Qt.ClickFocus
             text: modelData.symbol
             checked: selected
             Accessible.name: modelData.name
             Accessible.onPressAction: clicked()
             Accessible.onToggleAction: clicked()
             onClicked: picker.picked(picker.days ^ (1 << modelData.bit))
+            onActiveFocusChanged: if (activeFocus) picker.current = index
 
+            Keys.onLeftPressed: picker.goTo(index - 1)
+            Keys.onRightPressed: picker.goTo(index + 1)
             Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked() }
             Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked() }
 

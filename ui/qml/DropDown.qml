@@ -28,12 +28,25 @@ T.ComboBox {
     // The release of the key would take the highlighted choice at once, were the list open by then.
     Keys.onReturnPressed: opening = !popup.visible
     Keys.onEnterPressed: opening = !popup.visible
+    // None of these takes another choice unseen.
+    Keys.onUpPressed: event => showFor(event)
+    Keys.onDownPressed: event => showFor(event)
+    Keys.onPressed: event => {
+        if (!popup.visible && (event.key === Qt.Key_Home || event.key === Qt.Key_End))
+            event.accepted = Window.window.scroll(event.key)
+    }
     Keys.onReleased: event => {
         if (!opening || event.isAutoRepeat)
             return
         opening = false
         event.accepted = true
         popup.open()
+    }
+
+    function showFor(event) {
+        event.accepted = !popup.visible
+        if (!popup.visible)
+            popup.open()
     }
 
     TextMetrics {

@@ -10,12 +10,12 @@ Item {
     readonly property bool visualFocus: activeFocus
     readonly property real radius: 4
     readonly property int count: chart.bars.length
-    readonly property real barWidth: Math.max(4, Math.min(14, plot.width / count * 0.6))
+    readonly property real barWidth: Math.round(Math.max(4, Math.min(14, plot.width / count * 0.6)))
     property int chosen: count - 1 // by the keyboard
     property int hovered: -1
     readonly property int told: hovered >= 0 ? hovered : activeFocus ? chosen : -1
 
-    implicitHeight: 150
+    implicitHeight: 96
     activeFocusOnTab: true
     Accessible.role: Accessible.Chart
     Accessible.name: Texts.text("RECENT BACKUPS — DURATION")
@@ -32,19 +32,11 @@ Item {
         return barWidth / 2 + position * (plot.width - barWidth)
     }
 
-    Label {
-        id: unit
-
-        anchors.right: parent.right
-        text: Texts.text("Minutes")
-        font: Theme.caption2
-        color: Theme.secondary
-    }
     Item {
         id: plot
 
-        anchors.top: unit.bottom
-        anchors.topMargin: 8
+        anchors.top: parent.top
+        anchors.topMargin: 4
         anchors.left: parent.left
         anchors.leftMargin: 2
         anchors.right: parent.right
@@ -109,7 +101,7 @@ Item {
                 required property int index
                 required property var modelData
 
-                x: view.middleOf(modelData.position) - width / 2
+                x: Math.round(view.middleOf(modelData.position) - width / 2)
                 width: view.barWidth
                 height: plot.height
                 Accessible.role: Accessible.Graphic
@@ -118,8 +110,8 @@ Item {
                 Rectangle {
                     anchors.bottom: parent.bottom
                     width: parent.width
-                    height: parent.height * bar.modelData.height
-                    radius: Math.min(2, height / 2)
+                    // A backup of seconds would not show beside one of hours.
+                    height: Math.max(bar.modelData.success ? 2 : 0, Math.round(parent.height * bar.modelData.height))
                     color: bar.modelData.success ? Theme.faded(Theme.green, 0.75) : Theme.red
                 }
                 Item {

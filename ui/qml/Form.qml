@@ -10,10 +10,13 @@ Flickable {
     property real verticalInset: 14
     property alias spacing: column.spacing
     readonly property Item focused: Window.activeFocusItem
+    readonly property Flickable scrolled: form // what a window that shows it scrolls
+    property bool goesToEnd: false
 
     contentWidth: width
     contentHeight: column.height + 2 * column.y
     boundsBehavior: Flickable.StopAtBounds
+    pixelAligned: true
     clip: true
     onFocusedChanged: Qt.callLater(reveal)
 
@@ -36,6 +39,20 @@ Flickable {
         contentY = Math.max(0, Math.min(lowest, Math.min(top, Math.max(contentY, bottom - height))))
     }
 
+    /// Scrolls to the end, once what was just added there has its place.
+    function showEnd() {
+        goesToEnd = true
+    }
+
+    Connections {
+        target: form.Window.window
+        enabled: form.goesToEnd
+
+        function onAfterAnimating() {
+            form.goesToEnd = false
+            form.contentY = Math.max(0, form.contentHeight - form.height)
+        }
+    }
     Column {
         id: column
 

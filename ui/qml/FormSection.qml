@@ -13,7 +13,6 @@ Column {
     spacing: 6
 
     Label {
-        x: 4
         visible: text !== ""
         text: section.header
         font: Theme.weighted(Theme.callout, 600)
@@ -28,8 +27,7 @@ Column {
         visible: implicitHeight > 0
     }
     Label {
-        x: 4
-        width: parent.width - 2 * x
+        width: parent.width
         visible: text !== ""
         text: section.footer
         font: Theme.caption

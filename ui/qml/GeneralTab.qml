@@ -77,6 +77,7 @@ Form {
         footer: tab.settings.updatesFooter
 
         ToggleRow {
+            enabled: tab.settings.looksForUpdates
             text: Texts.text("Automatically check for updates")
             checked: tab.settings.automaticallyChecks
             onToggled: tab.settings.automaticallyChecks = checked

@@ -6,6 +6,7 @@ Column {
     id: figures
 
     required property var content
+    readonly property bool attempted: content.attempts.length > 0
 
     spacing: 10
 
@@ -24,21 +25,40 @@ Column {
         color: Theme.faded(Theme.primary, 0.04)
         border.width: 0
 
-        SectionCaption {
-            text: Texts.text("RECENT BACKUPS — DURATION")
+        Item {
+            width: parent.width
+            implicitHeight: caption.implicitHeight
+
+            SectionCaption {
+                id: caption
+
+                text: Texts.text("RECENT BACKUPS — DURATION")
+            }
+            Label {
+                anchors.right: parent.right
+                visible: figures.attempted
+                text: Texts.text("Minutes")
+                font: Theme.caption2
+                color: Theme.secondary
+            }
         }
         Loader {
             width: parent.width
-            sourceComponent: figures.content.attempts.length > 0 ? chart : nothing
+            sourceComponent: figures.attempted ? chart : nothing
         }
     }
-    SectionCaption {
-        topPadding: 6
-        text: Texts.text("LATEST ATTEMPTS")
-    }
-    AttemptList {
+    Column {
         width: parent.width
-        attempts: figures.content.attempts
+        visible: figures.attempted
+        spacing: 4
+
+        SectionCaption {
+            text: Texts.text("LATEST ATTEMPTS")
+        }
+        AttemptList {
+            width: parent.width
+            attempts: figures.content.attempts
+        }
     }
 
     Component {

@@ -11,13 +11,17 @@ FixedWindow {
     width: 560
     height: 520
     title: Texts.text("Backup Health")
+    scrolled: form
 
     Form {
+        id: form
+
         anchors.top: parent.top
         anchors.bottom: footer.top
         width: parent.width
         inset: 18
-        verticalInset: 16
+        verticalInset: 14
+        spacing: 10
 
         WindowHeader {
             width: parent.width

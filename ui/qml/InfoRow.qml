@@ -35,7 +35,7 @@ Item {
         color: Theme.secondary
         Accessible.ignored: true
     }
-    Label {
+    ElidedLabel {
         anchors.left: name.right
         anchors.leftMargin: 12
         anchors.right: parent.right

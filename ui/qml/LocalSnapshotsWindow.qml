@@ -7,10 +7,23 @@ FixedWindow {
 
     required property var model
     readonly property var content: model.content
+    readonly property bool busy: content.busy
+    property int asked: -1 // the row that the last question was about; none: about all
 
     width: 420
     height: 480
     title: Texts.text("Local Snapshots")
+    scrolled: sheet.covering ? null : body.item?.scrolled ?? null
+    onBusyChanged: if (!busy) Qt.callLater(goOn)
+
+    // The keyboard was on a button that is deleted now, or could not be used meanwhile.
+    function goOn() {
+        const rows = body.item?.rows
+        const row = rows && asked >= 0 ? rows.itemAt(Math.min(asked, rows.count - 1)) : null
+        const button = row ? row.trash : deleteAll
+        if (keyboardFree && button.enabled)
+            button.forceActiveFocus(takeoverReason)
+    }
 
     Item {
         id: page
@@ -30,6 +43,8 @@ FixedWindow {
             subtitle: window.content.subtitle
         }
         Loader {
+            id: body
+
             anchors.top: header.bottom
             anchors.topMargin: 14
             anchors.bottom: footer.top
@@ -86,7 +101,10 @@ FixedWindow {
                     enabled: window.content.canDeleteAll
                     ink: Theme.red
                     text: Texts.text("Delete All…")
-                    onClicked: window.model.askToDeleteAll()
+                    onClicked: {
+                        window.asked = -1
+                        window.model.askToDeleteAll()
+                    }
                 }
             }
         }
@@ -137,30 +155,40 @@ FixedWindow {
         id: list
 
         Item {
+            readonly property alias scrolled: form
+            readonly property alias rows: snapshots
+
             SectionCaption {
                 id: caption
 
                 text: window.content.caption
             }
             Form {
+                id: form
+
                 anchors.top: caption.bottom
                 anchors.topMargin: 6
                 anchors.bottom: parent.bottom
                 x: -inset
-                width: parent.width + inset
-                inset: 3 // room for focus rings
-                verticalInset: inset
+                width: parent.width + 2 * inset
+                inset: page.anchors.margins // to the window's edges: room for focus rings and the scroll indicator
+                verticalInset: 3
                 spacing: 0
                 Accessible.role: Accessible.List
                 Accessible.name: Texts.text("Local Snapshots")
 
                 Repeater {
+                    id: snapshots
+
                     model: window.model.rows
 
                     SnapshotRow {
                         width: parent.width
                         busy: window.content.busy
-                        onDeleteAsked: window.model.askToDelete(token)
+                        onDeleteAsked: {
+                            window.asked = index
+                            window.model.askToDelete(token)
+                        }
                     }
                 }
             }

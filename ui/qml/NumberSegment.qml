@@ -1,68 +1,89 @@
 import QtQuick
-import QtQuick.Templates as T
 import Norvane
 
-// Two digits of a time: typed, or changed by the arrow keys and the wheel.
-T.SpinBox {
+// Two digits of a time: typed, or stepped by the arrow keys. It shows what it is given, and tells what the user wants.
+TextInput {
     id: segment
 
     required property string label
-    property int alignment: Text.AlignHCenter
+    required property string digits
+    required property int value // as assistive programs read it
+    readonly property bool attended: activeFocus && Window.active
 
+    signal typed(string digits)
+    signal stepped(int by)
     signal wentLeft
     signal wentRight
 
-    implicitWidth: 22
-    implicitHeight: 22
-    editable: true
-    wrap: true
-    wheelEnabled: activeFocus
-    focusPolicy: Qt.StrongFocus
+    width: 22
+    height: 22
+    font: Theme.body
+    color: activeFocus ? Theme.onAccent : Theme.primary
+    selectionColor: "transparent"
+    selectedTextColor: color
+    leftPadding: 2
+    rightPadding: 2
+    verticalAlignment: Text.AlignVCenter
+    inputMethodHints: Qt.ImhDigitsOnly
+    maximumLength: 2
+    cursorDelegate: Item {}
+    activeFocusOnTab: true
     Accessible.role: Accessible.SpinBox
     Accessible.name: label
-    up.indicator: Item {} // without one, the keys have no effect
-    down.indicator: Item {}
-    validator: IntValidator {
-        bottom: 0
-        top: 99
+    Accessible.onIncreaseAction: stepped(1)
+    Accessible.onDecreaseAction: stepped(-1)
+    validator: RegularExpressionValidator {
+        regularExpression: /[0-9]*/
     }
 
-    contentItem: TextInput {
-        id: input
+    Component.onCompleted: restore()
+    onDigitsChanged: restore()
+    onAttendedChanged: attended ? selectAll() : commit()
+    onTextEdited: if (length === maximumLength) commit()
+    onAccepted: commit()
 
-        text: segment.displayText
-        font: Theme.body
-        color: segment.activeFocus ? Theme.onAccent : Theme.primary
-        selectionColor: "transparent"
-        selectedTextColor: color
-        horizontalAlignment: segment.alignment
-        leftPadding: 2
-        rightPadding: 2
-        verticalAlignment: Text.AlignVCenter
-        validator: segment.validator
-        inputMethodHints: Qt.ImhDigitsOnly
-        maximumLength: 2
-        cursorVisible: false
-        cursorDelegate: Item {}
-        Keys.onLeftPressed: segment.wentLeft()
-        Keys.onRightPressed: segment.wentRight()
-        onActiveFocusChanged: if (activeFocus) selectAll()
-        onTextChanged: if (activeFocus && text === segment.displayText) selectAll()
-        onTextEdited: if (length === 2) segment.commit()
-        onEditingFinished: segment.commit()
+    Keys.onUpPressed: step(1)
+    Keys.onDownPressed: step(-1)
+    Keys.onLeftPressed: wentLeft()
+    Keys.onRightPressed: wentRight()
+    Keys.onEscapePressed: event => {
+        event.accepted = text !== digits
+        restore()
     }
-    background: Rectangle {
-        radius: 4
-        color: segment.activeFocus ? Theme.accent : "transparent"
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
+            event.accepted = Window.window.scroll(event.key)
+    }
+
+    function step(by) {
+        commit()
+        stepped(by)
     }
 
     function commit() {
-        const typed = valueFromText(input.text, locale)
-        if (typed !== value && typed >= from && typed <= to) {
-            value = typed
-            valueModified()
+        const changed = text !== digits
+        if (changed)
+            typed(text)
+        restore()
+    }
+
+    function restore() {
+        text = digits // a binding would not undo what was typed
+        if (activeFocus)
+            selectAll()
+    }
+
+    Rectangle {
+        z: -1
+        anchors.fill: parent
+        radius: 4
+        color: segment.activeFocus ? Theme.accent : "transparent"
+    }
+    MouseArea { // a cursor between the digits would be in the way
+        anchors.fill: parent
+        onPressed: {
+            segment.forceActiveFocus(Qt.MouseFocusReason)
+            segment.selectAll()
         }
-        input.text = Qt.binding(() => segment.displayText)
-        input.selectAll()
     }
 }

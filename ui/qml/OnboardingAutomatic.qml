@@ -8,11 +8,10 @@ OnboardingStep {
     required property var model
     readonly property var content: model.content
 
+    title: Texts.text("Turn off Apple's automatic schedule")
+    gap: 10
     spacing: 10
 
-    OnboardingTitle {
-        text: Texts.text("Turn off Apple's automatic schedule")
-    }
     OnboardingText {
         font: Theme.callout
         text: Texts.text("Norvane can only control timing if Apple's own hourly schedule is OFF. This is the single manual step — macOS doesn't let apps flip it for you.")

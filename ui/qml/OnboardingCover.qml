@@ -6,11 +6,9 @@ OnboardingStep {
 
     required property var model
 
+    title: Texts.text("Stay covered")
     spacing: 16
 
-    OnboardingTitle {
-        text: Texts.text("Stay covered")
-    }
     Column {
         width: parent.width
         spacing: 6
@@ -26,8 +24,7 @@ OnboardingStep {
             }
         }
         Label {
-            x: 4
-            width: parent.width - 2 * x
+            width: parent.width
             text: Texts.text("Recommended — your schedule only runs while the app does.")
             font: Theme.caption
             color: Theme.secondary

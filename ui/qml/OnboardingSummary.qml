@@ -6,19 +6,12 @@ OnboardingStep {
 
     required property var content
 
+    symbol: "checkmark"
+    tint: Theme.green
+    title: Texts.text("You're set")
+    gap: 24
     spacing: 16
 
-    TintedCircle {
-        anchors.horizontalCenter: parent.horizontalCenter
-        symbol: "checkmark"
-        tint: Theme.green
-        size: 76
-        symbolSize: 34
-    }
-    OnboardingTitle {
-        bottomPadding: 6
-        text: Texts.text("You're set")
-    }
     OnboardingBullet {
         symbol: "calendar.badge.clock"
         text: step.content.schedule

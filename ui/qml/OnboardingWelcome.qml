@@ -2,17 +2,10 @@ import QtQuick
 import Norvane
 
 OnboardingStep {
-    TintedCircle {
-        anchors.horizontalCenter: parent.horizontalCenter
-        symbol: "clock.badge.checkmark"
-        tint: Theme.brand
-        size: 76
-        symbolSize: 34
-        color: Theme.faded(tint, 0.15)
-    }
-    OnboardingTitle {
-        text: Texts.text("Welcome to Norvane")
-    }
+    symbol: "clock.badge.checkmark"
+    tint: Theme.brand
+    title: Texts.text("Welcome to Norvane")
+
     OnboardingText {
         bottomPadding: 6
         text: Texts.text("Time Machine backs up on Apple's schedule — roughly every hour, whether it suits you or not. Norvane puts the tempo in your hands.")

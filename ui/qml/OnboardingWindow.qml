@@ -11,7 +11,8 @@ FixedWindow {
     height: 540
     onVisibleChanged: if (visible) forward.forceActiveFocus(Qt.OtherFocusReason)
 
-    Shortcut { // wherever the keyboard is
+    Shortcut { // wherever the keyboard is, but on a button of its own
+        enabled: window.keyboardFree || !(window.activeFocusItem instanceof BaseButton)
         sequences: ["Return", "Enter"]
         autoRepeat: false
         onActivated: window.model.forward()
@@ -28,7 +29,7 @@ FixedWindow {
     }
     Loader {
         x: 40
-        y: 24
+        y: 14
         width: parent.width - 2 * x
         height: bar.y - y - 8
         sourceComponent: [welcome, automatic, cover, summary][window.model.step]

@@ -8,7 +8,7 @@ Item {
 
     implicitHeight: buttons.implicitHeight
 
-    Label {
+    ElidedLabel {
         anchors.left: parent.left
         anchors.right: buttons.left
         anchors.rightMargin: 8
@@ -16,12 +16,12 @@ Item {
         text: footer.model.content.lastEvent
         font: Theme.caption2
         color: Theme.tertiary
-        elide: Text.ElideRight
     }
     Row {
         id: buttons
 
         anchors.right: parent.right
+        anchors.rightMargin: -6 // the last symbol ends where the cards do
         spacing: 8
 
         IconButton {

@@ -28,14 +28,13 @@ Card {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 1
 
-            Label {
+            FigureLabel {
                 width: parent.width
                 visible: text !== ""
                 text: card.content.progressText
                 font: Theme.caption
                 color: Theme.secondary
-                elide: Text.ElideRight
-                Accessible.ignored: true
+                clip: true
             }
             Label {
                 width: parent.width

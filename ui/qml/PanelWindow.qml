@@ -39,6 +39,10 @@ Window {
         height = fitting
     }
 
+    Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: window.left()
+    }
     MenuPanel {
         id: panel
 

@@ -10,8 +10,8 @@ FormRow {
 
     signal picked(var value)
 
-    function takeFocus() {
-        picker.forceActiveFocus(Qt.TabFocusReason)
+    function takeFocus(reason) {
+        picker.forceActiveFocus(reason)
     }
 
     DropDown {

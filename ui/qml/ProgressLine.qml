@@ -1,7 +1,8 @@
 import QtQuick
 import Norvane
 
-// How far something has come, 0 to 1; below 0 it is not known, and a piece of the line wanders.
+// How far something has come, 0 to 1; below 0 it is not known, and a piece of the line wanders. It glides forwards only:
+// what begins anew begins at once.
 Rectangle {
     id: line
 
@@ -13,24 +14,38 @@ Rectangle {
     color: Theme.faded(Theme.primary, 0.12)
     clip: true
     Accessible.role: Accessible.ProgressBar
+    onValueChanged: {
+        glide.stop()
+        if (value > bar.reached && visible) {
+            glide.to = value
+            glide.start()
+        } else {
+            bar.reached = Math.max(0, value)
+        }
+    }
+    Component.onCompleted: {
+        glide.stop()
+        bar.reached = Math.max(0, value)
+    }
 
     Rectangle {
         id: bar
 
         readonly property bool wanders: line.value < 0
+        property real reached: 0
 
         height: parent.height
         radius: parent.radius
         color: line.tint
-        width: wanders ? parent.width * 0.3 : parent.width * line.value
+        width: parent.width * (wanders ? 0.3 : reached)
 
-        Behavior on width {
-            enabled: !bar.wanders
+        NumberAnimation {
+            id: glide
 
-            NumberAnimation {
-                duration: 400
-                easing.type: Easing.OutCubic
-            }
+            target: bar
+            property: "reached"
+            duration: 400
+            easing.type: Easing.OutCubic
         }
         XAnimator on x {
             running: bar.wanders && line.visible

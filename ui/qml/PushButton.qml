@@ -11,7 +11,7 @@ BaseButton {
     property bool small: false
     property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : Theme.onTint) : Theme.primary
 
-    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 44)
+    implicitWidth: Math.ceil(Math.max(implicitContentWidth + leftPadding + rightPadding, 44)) // edges on pixels
     implicitHeight: small ? Theme.smallControlHeight : Theme.controlHeight
     leftPadding: small ? 7 : 12
     rightPadding: leftPadding

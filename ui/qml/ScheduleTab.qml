@@ -37,7 +37,8 @@ Form {
         visible: tab.settings.mode === 1
         header: Texts.text("Back up daily at")
 
-        Repeater {
+        RowRepeater {
+            below: addDaily
             model: tab.settings.times
 
             FormRow {
@@ -45,6 +46,7 @@ Form {
 
                 required property int index
                 required property int time
+                readonly property Item remover: removeDaily
 
                 leading: TimePicker {
                     label: Texts.text("Back up daily at")
@@ -54,6 +56,8 @@ Form {
                     onPicked: time => tab.settings.setTime(daily.index, time)
                 }
                 IconButton {
+                    id: removeDaily
+
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "minus.circle.fill"
                     label: Texts.text("Remove")
@@ -62,6 +66,8 @@ Form {
             }
         }
         AddButton {
+            id: addDaily
+
             text: Texts.text("Add Time")
             onClicked: tab.settings.addTime()
         }
@@ -71,7 +77,8 @@ Form {
         header: Texts.text("Back up at")
         footer: Texts.text("Each time runs on the selected days. A row with no days selected is ignored.")
 
-        Repeater {
+        RowRepeater {
+            below: addWeekly
             model: tab.settings.weeklyRows
 
             FormRow {
@@ -80,6 +87,7 @@ Form {
                 required property int index
                 required property int days
                 required property int time
+                readonly property Item remover: removeWeekly
 
                 leading: DayPicker {
                     days: weekly.days
@@ -95,6 +103,8 @@ Form {
                     onPicked: time => tab.settings.setRowTime(weekly.index, time)
                 }
                 IconButton {
+                    id: removeWeekly
+
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "minus.circle.fill"
                     label: Texts.text("Remove")
@@ -103,6 +113,8 @@ Form {
             }
         }
         AddButton {
+            id: addWeekly
+
             text: Texts.text("Add Time")
             onClicked: tab.settings.addRow()
         }

@@ -23,12 +23,12 @@ Rectangle {
     Label {
         id: status
 
-        readonly property real room: hint.x - 10 - x
+        readonly property real room: (hint.visible ? hint.x - 10 : bar.width - 14) - x
 
         anchors.left: dot.right
         anchors.leftMargin: 7
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.min(implicitWidth, room)
+        width: Math.min(implicitWidth, room - deferral.width)
         text: bar.model.status
         font: Theme.caption
         elide: Text.ElideRight
@@ -39,16 +39,16 @@ Rectangle {
 
         anchors.left: status.right
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(0, Math.min(implicitWidth, status.room - status.width))
         text: bar.model.deferral
         font: Theme.caption
         color: Theme.orange
-        elide: Text.ElideRight
         Accessible.ignored: true
     }
     Label {
         id: hint
 
+        // What happens to the next backup comes first.
+        visible: status.x + status.implicitWidth + deferral.implicitWidth + 10 <= x
         anchors.right: parent.right
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter

@@ -19,9 +19,9 @@ Rectangle {
     }
 
     function select(index) {
-        const count = tabs.count
-        model.selectedTab = (index + count) % count
-        tabs.itemAt(model.selectedTab).forceActiveFocus(Qt.TabFocusReason)
+        const wrapped = (index + tabs.count) % tabs.count
+        tabs.itemAt(wrapped).forceActiveFocus(Qt.TabFocusReason) // first, so that the window leaves it there
+        model.selectedTab = wrapped
     }
 
     Row {

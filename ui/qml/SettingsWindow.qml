@@ -11,6 +11,7 @@ FixedWindow {
     height: 430
     flags: Qt.Window
     title: Texts.text("Settings") + " – Norvane"
+    scrolled: chooser.visible ? chooser.scrolled : content.item?.scrolled ?? null
     onVisibleChanged: if (visible) tabs.focusSelected()
 
     Connections {
@@ -20,10 +21,18 @@ FixedWindow {
             tabs.focusSelected() // the control that had the keyboard is gone
         }
     }
+    Shortcut {
+        enabled: !chooser.visible
+        sequence: "Ctrl+Tab"
+        onActivated: tabs.select(window.model.selectedTab + 1)
+    }
+    Shortcut {
+        enabled: !chooser.visible
+        sequences: ["Ctrl+Shift+Tab", "Ctrl+Shift+Backtab"] // by the keyboard's layout
+        onActivated: tabs.select(window.model.selectedTab - 1)
+    }
     Item {
         anchors.fill: parent
-
-        Keys.onEscapePressed: window.close()
 
         SettingsTabBar {
             id: tabs
@@ -33,6 +42,8 @@ FixedWindow {
             model: window.model
         }
         Loader {
+            id: content
+
             enabled: !chooser.visible
             anchors.top: tabs.bottom
             anchors.bottom: status.top

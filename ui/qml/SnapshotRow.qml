@@ -15,6 +15,7 @@ Item {
     required property string badgeTip
     required property string deleteLabel
     property bool busy: false
+    readonly property alias trash: trash
 
     signal deleteAsked
 
@@ -35,7 +36,7 @@ Item {
     }
     Column {
         anchors.left: clock.right
-        anchors.leftMargin: 8
+        anchors.leftMargin: 6
         anchors.right: badge.left
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
@@ -90,7 +91,7 @@ Item {
         id: trash
 
         anchors.right: parent.right
-        anchors.rightMargin: 8 // the scroll indicator's
+        anchors.rightMargin: -8 // its symbol ends where the row does
         anchors.verticalCenter: parent.verticalCenter
         enabled: !row.busy
         opacity: enabled ? 1 : 0.45

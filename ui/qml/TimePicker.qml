@@ -32,13 +32,11 @@ Rectangle {
             id: hours
 
             label: picker.label + ", " + Texts.text("hours")
-            alignment: Text.AlignRight
-            from: 0
-            to: 23
+            horizontalAlignment: Text.AlignRight
+            digits: ClockDigits.hour(picker.time, picker.hours24)
             value: picker.hour
-            textFromValue: hour => picker.hours24 ? String(hour).padStart(2, "0") : String((hour + 11) % 12 + 1)
-            valueFromText: text => picker.hourOf(parseInt(text))
-            onValueModified: picker.picked(value * 60 + picker.minute)
+            onTyped: digits => picker.pick(ClockDigits.withHour(picker.time, digits, picker.hours24))
+            onStepped: by => picker.pick(ClockDigits.withHourStepped(picker.time, by))
             onWentRight: minutes.forceActiveFocus(Qt.TabFocusReason)
         }
         Label {
@@ -50,13 +48,11 @@ Rectangle {
             id: minutes
 
             label: picker.label + ", " + Texts.text("minutes")
-            alignment: Text.AlignLeft
-            from: 0
-            to: 59
+            horizontalAlignment: Text.AlignLeft
+            digits: ClockDigits.minute(picker.time)
             value: picker.minute
-            textFromValue: minute => String(minute).padStart(2, "0")
-            valueFromText: text => parseInt(text)
-            onValueModified: picker.picked(picker.hour * 60 + value)
+            onTyped: digits => picker.pick(ClockDigits.withMinute(picker.time, digits))
+            onStepped: by => picker.pick(ClockDigits.withMinuteStepped(picker.time, by))
             onWentLeft: hours.forceActiveFocus(Qt.TabFocusReason)
             onWentRight: if (half.visible) half.forceActiveFocus(Qt.TabFocusReason)
         }
@@ -70,7 +66,7 @@ Rectangle {
             text: picker.dayHalves[picker.hour < 12 ? 0 : 1]
             Accessible.name: text
             Accessible.description: picker.label
-            onClicked: picker.picked((picker.time + 720) % 1440)
+            onClicked: picker.pick(ClockDigits.inOtherHalf(picker.time))
 
             Keys.onUpPressed: press()
             Keys.onDownPressed: press()
@@ -92,10 +88,8 @@ Rectangle {
         }
     }
 
-    // What was typed, in the present half of the day where the clock has halves.
-    function hourOf(typed) {
-        if (hours24 || typed > 12 || typed === 0)
-            return typed
-        return typed % 12 + (hour < 12 ? 0 : 12)
+    function pick(time) {
+        if (time !== picker.time)
+            picked(time)
     }
 }

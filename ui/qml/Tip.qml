@@ -21,11 +21,11 @@ T.ToolTip {
     contentItem: Label {
         text: tip.text
         font: Theme.caption
+        color: Theme.onTip
         wrapMode: Text.Wrap
     }
     background: Rectangle {
         radius: 5
-        color: Theme.control
-        border.color: Theme.faded(Theme.primary, 0.14)
+        color: Theme.tip
     }
 }

@@ -6,7 +6,7 @@ FormRow {
 
     required property string value
 
-    Label {
+    ElidedLabel {
         width: Math.min(implicitWidth, row.width / 2)
         text: row.value
         color: Theme.secondary
