@@ -3,8 +3,8 @@
 
 #include "app/application_interface.h"
 #include "app/dbus_instances.h"
-#include "platform/linux/session_test.h"
-#include "platform/linux/status_notifier_item.h"
+#include "platform/linux/desktop/status_notifier_item.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

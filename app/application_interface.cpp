@@ -7,7 +7,7 @@
 #include <QVariantMap>
 #include <utility>
 
-#include "platform/linux/activation_token.h"
+#include "platform/linux/desktop/activation_token.h"
 
 namespace norvane {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "app/application_interface.h"
-#include "platform/linux/activation_token.h"
+#include "platform/linux/desktop/activation_token.h"
 
 namespace norvane {
 

@@ -5,12 +5,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/linux/portal_appearance.h"
-#include "platform/linux/user_defaults_file.h"
-#include "platform/linux/user_folders.h"
-#include "ui/alert_window.h"
-#include "ui/english_texts.h"
-#include "ui/theme_updater.h"
+#include "platform/linux/desktop/portal_appearance.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "tests/support/english_texts.h"
+#include "ui/kit/alert_window.h"
+#include "ui/kit/theme_updater.h"
 
 namespace norvane {
 

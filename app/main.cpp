@@ -11,12 +11,12 @@
 #include "app/dbus_instances.h"
 #include "app/disk_image_alert.h"
 #include "app/norvane_app.h"
-#include "platform/linux/activation_token.h"
-#include "platform/linux/bus_probe.h"
-#include "platform/linux/crash_handler.h"
-#include "platform/linux/finished_crash_reports.h"
-#include "platform/linux/program_place.h"
-#include "platform/linux/user_folders.h"
+#include "platform/linux/bus/bus_probe.h"
+#include "platform/linux/crashes/crash_handler.h"
+#include "platform/linux/crashes/finished_crash_reports.h"
+#include "platform/linux/desktop/activation_token.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/linux/processes/program_place.h"
 
 namespace {
 

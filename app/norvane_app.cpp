@@ -7,15 +7,15 @@
 #include <QUrl>
 
 #include "platform/language_override.h"
-#include "platform/linux/autostart_file.h"
-#include "platform/linux/bus_probe.h"
-#include "platform/linux/dbus_notifications.h"
-#include "platform/linux/desktop_portal.h"
-#include "platform/linux/portal_login_item.h"
-#include "platform/linux/portal_notifications.h"
-#include "platform/linux/process_language.h"
-#include "platform/linux/program_place.h"
-#include "platform/linux/user_folders.h"
+#include "platform/linux/bus/bus_probe.h"
+#include "platform/linux/bus/desktop_portal.h"
+#include "platform/linux/desktop/autostart_file.h"
+#include "platform/linux/desktop/dbus_notifications.h"
+#include "platform/linux/desktop/portal_login_item.h"
+#include "platform/linux/desktop/portal_notifications.h"
+#include "platform/linux/desktop/process_language.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/linux/processes/program_place.h"
 
 namespace norvane {
 

@@ -12,11 +12,11 @@
 #include <sys/resource.h>
 
 #include "controller/simulated_program.h"
-#include "platform/linux/icu_formats.h"
-#include "platform/linux/posix_services.h"
-#include "platform/linux/qt_background.h"
+#include "platform/linux/event_loop/qt_background.h"
+#include "platform/linux/files/posix_services.h"
+#include "platform/linux/time/icu_formats.h"
 #include "tests/screenshots/panel_states.h"
-#include "ui/settings_window.h"
+#include "ui/settings/settings_window.h"
 
 namespace {
 

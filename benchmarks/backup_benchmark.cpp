@@ -17,9 +17,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/rsync_command.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
 namespace {
 

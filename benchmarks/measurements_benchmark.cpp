@@ -7,11 +7,11 @@
 #include <functional>
 #include <string>
 
-#include "platform/linux/bus_probe.h"
-#include "platform/linux/child_command_runner.h"
-#include "platform/linux/linux_measurements.h"
-#include "platform/linux/posix_services.h"
-#include "platform/linux/qt_background.h"
+#include "platform/linux/bus/bus_probe.h"
+#include "platform/linux/event_loop/qt_background.h"
+#include "platform/linux/files/posix_services.h"
+#include "platform/linux/measurements/linux_measurements.h"
+#include "platform/linux/processes/child_command_runner.h"
 
 namespace {
 

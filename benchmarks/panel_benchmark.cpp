@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "platform/linux/icu_formats.h"
+#include "platform/linux/time/icu_formats.h"
 #include "tests/screenshots/panel_states.h"
-#include "ui/panel.h"
+#include "ui/panel/panel.h"
 
 namespace {
 

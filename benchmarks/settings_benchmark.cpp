@@ -9,7 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/user_defaults_file.h"
 
 namespace {
 

@@ -15,11 +15,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include "platform/linux/child_command_runner.h"
-#include "platform/linux/desktop_workspace.h"
-#include "platform/linux/tcp_network_probe.h"
+#include "platform/linux/desktop/desktop_workspace.h"
+#include "platform/linux/network/tcp_network_probe.h"
+#include "platform/linux/processes/child_command_runner.h"
+#include "tests/support/backup_sandbox.h"
 #include "timemachine/tm_util.h"
-#include "timemachine_linux/backup_sandbox.h"
 
 namespace norvane {
 namespace {

@@ -25,14 +25,26 @@ function(norvane_library name)
     target_link_libraries(${name} PUBLIC norvane_options ${ARG_LINKS})
 endfunction()
 
-# norvane_test(NAME SOURCES … LINKS … [TIMEOUT seconds] [DEPENDS targets] [ALONE_WITH resource])
-# Every TEST of the sources becomes one test of ctest; no two of one resource run at a time.
+# norvane_qt_library(NAME SOURCES … LINKS …): one with objects of Qt.
+function(norvane_qt_library name)
+    norvane_library(${name} ${ARGN})
+    target_link_libraries(${name} PUBLIC Qt6::Core)
+    target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+endfunction()
+
+# norvane_test(NAME SOURCES … LINKS … [QT] [TIMEOUT seconds] [DEPENDS targets] [ALONE_WITH resource])
+# Every TEST of the sources becomes one test of ctest; no two of one resource run at a time. QT: with an event loop.
 function(norvane_test name)
     if(NOT NORVANE_TESTS)
         return()
     endif()
-    cmake_parse_arguments(ARG "" "TIMEOUT;ALONE_WITH" "SOURCES;LINKS;DEPENDS" ${ARGN})
+    cmake_parse_arguments(ARG "QT" "TIMEOUT;ALONE_WITH" "SOURCES;LINKS;DEPENDS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    if(ARG_QT)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/qt_test_main.cpp)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    endif()
     target_link_libraries(${name} PRIVATE norvane_options ${ARG_LINKS} GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE NORVANE_BIN_DIR="${NORVANE_BIN_DIR}"
         NORVANE_LIBEXEC_DIR="${NORVANE_LIBEXEC_DIR}" NORVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

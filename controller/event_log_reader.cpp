@@ -6,8 +6,8 @@
 
 #include <unicode/utf8.h> // macros only: nothing of ICU is linked
 
-#include "platform/digit_pattern.h"
-#include "platform/utf8.h"
+#include "platform/text/digit_pattern.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "controller/backup_controller.h"
-#include "platform/letter_case.h"
+#include "platform/text/letter_case.h"
 
 namespace norvane {
 

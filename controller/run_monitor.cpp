@@ -5,7 +5,7 @@
 
 #include "controller/backup_controller.h"
 #include "controller/planning.h"
-#include "platform/white_space.h"
+#include "platform/text/white_space.h"
 
 namespace norvane {
 

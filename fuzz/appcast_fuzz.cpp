@@ -1,5 +1,5 @@
 #include "fuzz/fuzz.h"
-#include "platform/linux/appcast.h"
+#include "platform/linux/network/appcast.h"
 
 namespace norvane {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzz.h"
-#include "platform/linux/application_identity.h"
+#include "platform/linux/applications/application_identity.h"
 
 namespace norvane {
 

@@ -2,9 +2,9 @@
 #include <vector>
 
 #include "fuzz/fuzz.h"
-#include "platform/property_list_text.h"
-#include "platform/property_list_xml.h"
-#include "timemachine_linux/defaults_value.h"
+#include "platform/text/property_list_text.h"
+#include "platform/text/property_list_xml.h"
+#include "timemachine_linux/defaults/defaults_value.h"
 
 namespace norvane {
 

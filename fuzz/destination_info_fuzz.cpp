@@ -1,5 +1,5 @@
 #include "fuzz/fuzz.h"
-#include "platform/white_space.h"
+#include "platform/text/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

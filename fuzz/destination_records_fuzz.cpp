@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzz.h"
-#include "platform/property_list_xml.h"
+#include "platform/text/property_list_xml.h"
 #include "timemachine/health_data.h"
 
 namespace norvane {

@@ -3,7 +3,7 @@
 #include "controller/event_log.h"
 #include "controller/event_log_reader.h"
 #include "fuzz/fuzz.h"
-#include "platform/utf8.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzz.h"
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 

@@ -1,5 +1,5 @@
 #include "fuzz/fuzz.h"
-#include "timemachine_linux/rsync_progress.h"
+#include "timemachine_linux/rsync/rsync_progress.h"
 
 namespace norvane {
 

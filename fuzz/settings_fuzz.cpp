@@ -1,6 +1,6 @@
 #include "fuzz/fuzz.h"
-#include "platform/property_list_xml.h"
 #include "platform/simulated/simulated_user_defaults.h"
+#include "platform/text/property_list_xml.h"
 #include "scheduler_core/settings_store.h"
 
 namespace norvane {

@@ -1,5 +1,5 @@
 #include "fuzz/fuzz.h"
-#include "platform/property_list_text.h"
+#include "platform/text/property_list_text.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

@@ -1,6 +1,6 @@
 #include "fuzz/fuzz.h"
-#include "platform/property_list_text.h"
-#include "platform/property_list_xml.h"
+#include "platform/text/property_list_text.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 

@@ -1,7 +1,7 @@
 #include "platform/user_defaults.h"
 
-#include "platform/property_list_scalars.h"
-#include "platform/truncation.h"
+#include "platform/text/property_list_scalars.h"
+#include "platform/text/truncation.h"
 
 namespace norvane {
 

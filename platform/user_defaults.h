@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

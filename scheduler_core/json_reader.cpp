@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "platform/truncation.h"
+#include "platform/text/truncation.h"
 
 namespace norvane::json_reader {
 

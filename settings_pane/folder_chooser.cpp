@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "settings_pane/pane_content.h"
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

@@ -9,8 +9,8 @@
 
 #include "platform/background.h"
 #include "platform/translator.h"
-#include "timemachine_linux/backup_settings.h"
-#include "ui/row_list.h"
+#include "timemachine_linux/settings/backup_settings.h"
+#include "ui/kit/row_list.h"
 
 namespace norvane {
 

@@ -1,7 +1,7 @@
 #include "settings_pane/pane_content.h"
 
-#include "timemachine_linux/paths.h"
-#include "ui/view_values.h"
+#include "timemachine_linux/files/paths.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

@@ -7,7 +7,7 @@
 
 #include "platform/formats.h"
 #include "platform/translator.h"
-#include "timemachine_linux/backup_settings.h"
+#include "timemachine_linux/settings/backup_settings.h"
 
 namespace norvane {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "timemachine_linux/paths.h"
-#include "ui/view_values.h"
+#include "timemachine_linux/files/paths.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "settings_pane/pane_view_model.h"
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
 
 namespace norvane {
 

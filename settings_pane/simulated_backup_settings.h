@@ -5,7 +5,7 @@
 #include <functional>
 #include <map>
 
-#include "timemachine_linux/backup_settings.h"
+#include "timemachine_linux/settings/backup_settings.h"
 
 namespace norvane {
 

@@ -6,7 +6,7 @@
 #include <sys/types.h>
 #include <vector>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "platform/white_space.h"
+#include "platform/text/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

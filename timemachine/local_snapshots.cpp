@@ -1,8 +1,8 @@
 // Local snapshots: reading what `tmutil listlocalsnapshots` prints.
 #include <algorithm>
 
-#include "platform/digit_pattern.h"
-#include "platform/white_space.h"
+#include "platform/text/digit_pattern.h"
+#include "platform/text/white_space.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

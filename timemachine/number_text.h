@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/truncation.h"
+#include "platform/text/truncation.h"
 #include "timemachine/number_text.h"
 #include "timemachine/tm_util.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/formats.h"
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 #include "platform/translator.h"
 
 namespace norvane {

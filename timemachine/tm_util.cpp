@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/white_space.h"
+#include "platform/text/white_space.h"
 
 namespace norvane {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/property_list_scalars.h"
-#include "platform/property_list_xml.h"
+#include "platform/text/property_list_scalars.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 

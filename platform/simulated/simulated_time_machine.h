@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/command_runner.h"
-#include "platform/property_list.h"
 #include "platform/simulated/simulated_time.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "platform/letter_case.h"
+#include "platform/text/letter_case.h"
 
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include "platform/utf8.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

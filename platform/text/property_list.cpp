@@ -1,12 +1,12 @@
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 #include <cmath>
 #include <limits>
 #include <type_traits>
 
-#include "platform/property_list_text.h"
-#include "platform/property_list_xml.h"
-#include "platform/truncation.h"
+#include "platform/text/property_list_text.h"
+#include "platform/text/property_list_xml.h"
+#include "platform/text/truncation.h"
 
 namespace norvane {
 

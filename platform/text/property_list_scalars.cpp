@@ -1,4 +1,4 @@
-#include "platform/property_list_scalars.h"
+#include "platform/text/property_list_scalars.h"
 
 #include <array>
 #include <charconv>

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/instant.h"
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

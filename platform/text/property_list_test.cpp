@@ -1,4 +1,4 @@
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 #include <cmath>
 #include <limits>
@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
-#include "platform/property_list_text.h"
-#include "platform/property_list_xml.h"
-#include "platform/utf8.h"
+#include "platform/text/property_list_text.h"
+#include "platform/text/property_list_xml.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 namespace {

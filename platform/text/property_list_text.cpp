@@ -1,4 +1,4 @@
-#include "platform/property_list_text.h"
+#include "platform/text/property_list_text.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 
 #include <unicode/utf16.h> // macros only: nothing of ICU is linked
 
-#include "platform/property_list_scalars.h"
-#include "platform/utf8.h"
+#include "platform/text/property_list_scalars.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/property_list_xml.h"
+#include "platform/text/property_list_xml.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 
 #include <pugixml.hpp>
 
-#include "platform/property_list_scalars.h"
-#include "platform/utf8.h"
+#include "platform/text/property_list_scalars.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

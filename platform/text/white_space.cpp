@@ -1,4 +1,4 @@
-#include "platform/white_space.h"
+#include "platform/text/white_space.h"
 
 #include <array>
 

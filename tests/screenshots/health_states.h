@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "controller/simulated_program.h"
-#include "ui/health_view_model.h"
+#include "ui/health/health_view_model.h"
 
 namespace norvane::screenshots {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "controller/simulated_program.h"
-#include "ui/onboarding_view_model.h"
+#include "ui/onboarding/onboarding_view_model.h"
 
 namespace norvane::screenshots {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/icu_formats.h"
+#include "platform/linux/time/icu_formats.h"
 #include "platform/simulated/simulated_services.h"
 #include "platform/simulated/simulated_time.h"
 #include "settings_pane/pane_view_model.h"

@@ -9,18 +9,18 @@
 #include <cstdio>
 #include <functional>
 
-#include "platform/linux/icu_formats.h"
+#include "platform/linux/time/icu_formats.h"
 #include "tests/screenshots/health_states.h"
 #include "tests/screenshots/onboarding_states.h"
 #include "tests/screenshots/pane_states.h"
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/settings_states.h"
 #include "tests/screenshots/snapshots_states.h"
-#include "ui/alert_window.h"
-#include "ui/panel_view_model.h"
-#include "ui/tray_presenter.h"
-#include "ui/ui_engine.h"
-#include "ui/update_alert.h"
+#include "ui/kit/alert_window.h"
+#include "ui/kit/ui_engine.h"
+#include "ui/panel/panel_view_model.h"
+#include "ui/panel/tray_presenter.h"
+#include "ui/settings/update_alert.h"
 
 namespace {
 

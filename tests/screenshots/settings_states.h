@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "controller/simulated_program.h"
-#include "platform/linux/icu_formats.h"
-#include "ui/settings_view_model.h"
+#include "platform/linux/time/icu_formats.h"
+#include "ui/settings/settings_view_model.h"
 
 namespace norvane::screenshots {
 

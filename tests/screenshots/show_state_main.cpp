@@ -4,13 +4,13 @@
 #include <QTimer>
 #include <cstdio>
 
-#include "platform/linux/icu_formats.h"
+#include "platform/linux/time/icu_formats.h"
 #include "tests/screenshots/health_states.h"
 #include "tests/screenshots/panel_states.h"
 #include "tests/screenshots/snapshots_states.h"
-#include "ui/health_window.h"
-#include "ui/local_snapshots_window.h"
-#include "ui/panel.h"
+#include "ui/health/health_window.h"
+#include "ui/local_snapshots/local_snapshots_window.h"
+#include "ui/panel/panel.h"
 
 namespace {
 

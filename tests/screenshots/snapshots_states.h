@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "controller/simulated_program.h"
-#include "ui/local_snapshots_view_model.h"
+#include "ui/local_snapshots/local_snapshots_view_model.h"
 
 namespace norvane::screenshots {
 

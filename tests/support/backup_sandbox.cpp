@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup_sandbox.h"
+#include "tests/support/backup_sandbox.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -15,10 +15,10 @@
 #include <sstream>
 #include <thread>
 
-#include "platform/linux/small_file.h"
-#include "platform/linux/user_folders.h"
-#include "platform/property_list_text.h"
-#include "timemachine_linux/file_lock.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/text/property_list_text.h"
+#include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
 namespace {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/backup_session_state.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/session/backup_session_state.h"
 
 namespace norvane {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 #define SKIP_WITHOUT(program)                                                                                \
     if (!installed(program))                                                                                 \

@@ -1,4 +1,4 @@
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 #include <algorithm>
 #include <array>

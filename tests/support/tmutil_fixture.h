@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "timemachine_linux/backup_sandbox.h"
+#include "tests/support/backup_sandbox.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup_control.h"
+#include "timemachine_linux/backup/backup_control.h"
 
 #include <poll.h>
 #include <signal.h>
@@ -14,13 +14,13 @@ extern "C" {
 #include <sys/pidfd.h> // glibc 2.36 does not say itself that these are C functions
 }
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/small_file.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/backup_history.h"
-#include "timemachine_linux/backup_worker.h"
-#include "timemachine_linux/detached_worker.h"
-#include "timemachine_linux/rsync_process.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "timemachine_linux/backup/backup_worker.h"
+#include "timemachine_linux/rsync/rsync_process.h"
+#include "timemachine_linux/session/detached_worker.h"
+#include "timemachine_linux/snapshots/backup_history.h"
 
 namespace norvane {
 namespace {

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/backup_session_state.h"
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/source_selection.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/session/backup_session_state.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 

@@ -11,9 +11,9 @@
 #include <random>
 #include <thread>
 
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/local_snapshots.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup_worker.h"
+#include "timemachine_linux/backup/backup_worker.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,17 +8,17 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/linux/mount_table.h"
-#include "platform/linux/small_file.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/backup_history.h"
-#include "timemachine_linux/leftover_note.h"
-#include "timemachine_linux/local_snapshots.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/rsync_process.h"
-#include "timemachine_linux/rsync_progress.h"
-#include "timemachine_linux/snapshot_name.h"
-#include "timemachine_linux/tree_removal.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/rsync/rsync_process.h"
+#include "timemachine_linux/rsync/rsync_progress.h"
+#include "timemachine_linux/session/leftover_note.h"
+#include "timemachine_linux/snapshots/backup_history.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

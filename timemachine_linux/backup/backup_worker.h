@@ -6,19 +6,19 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/change_count.h"
-#include "timemachine_linux/destination.h"
-#include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/rsync_command.h"
-#include "timemachine_linux/rsync_outcome.h"
-#include "timemachine_linux/session_status_file.h"
-#include "timemachine_linux/snapshot_removal.h"
-#include "timemachine_linux/snapshot_store.h"
-#include "timemachine_linux/source_selection.h"
-#include "timemachine_linux/source_view.h"
-#include "timemachine_linux/stop_requests.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/backup/change_count.h"
+#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/backup/source_view.h"
+#include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/rsync/rsync_command.h"
+#include "timemachine_linux/rsync/rsync_outcome.h"
+#include "timemachine_linux/session/session_status_file.h"
+#include "timemachine_linux/session/stop_requests.h"
+#include "timemachine_linux/snapshots/snapshot_removal.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 

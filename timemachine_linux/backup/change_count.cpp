@@ -1,4 +1,4 @@
-#include "timemachine_linux/change_count.h"
+#include "timemachine_linux/backup/change_count.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 namespace {

@@ -1,12 +1,12 @@
-#include "timemachine_linux/change_count.h"
+#include "timemachine_linux/backup/change_count.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/rsync_command.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/restore.h"
+#include "timemachine_linux/backup/restore.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,14 +8,14 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/backup_place.h"
-#include "timemachine_linux/exclusive_rename.h"
-#include "timemachine_linux/file_system_probe.h"
-#include "timemachine_linux/held_folder.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/rsync_process.h"
-#include "timemachine_linux/tree_removal.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/files/exclusive_rename.h"
+#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/files/held_folder.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "timemachine_linux/stop_requests.h"
+#include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/restore.h"
+#include "timemachine_linux/backup/restore.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 #include <filesystem>
 #include <thread>
 
-#include "platform/linux/small_file.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "platform/linux/files/small_file.h"
+#include "tests/support/tmutil_fixture.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/backup/source_selection.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,14 +10,14 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/mount_table.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/bounded_call.h"
-#include "timemachine_linux/local_snapshots.h"
-#include "timemachine_linux/mounted_paths.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/snapshot_store.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/linux/files/user_folders.h"
+#include "timemachine_linux/files/bounded_call.h"
+#include "timemachine_linux/files/mounted_paths.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 namespace {

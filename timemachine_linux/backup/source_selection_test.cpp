@@ -1,15 +1,15 @@
-#include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/backup/source_selection.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "platform/linux/mount_table.h"
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/leftover_note.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/snapshot_store.h"
-#include "timemachine_linux/tree_removal.h"
+#include "platform/linux/files/mount_table.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/session/leftover_note.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 namespace {

@@ -1,13 +1,13 @@
-#include "timemachine_linux/source_view.h"
+#include "timemachine_linux/backup/source_view.h"
 
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <map>
 
-#include "platform/linux/mount_table.h"
-#include "timemachine_linux/btrfs_subvolume.h"
-#include "timemachine_linux/file_system_probe.h"
+#include "platform/linux/files/mount_table.h"
+#include "timemachine_linux/files/btrfs_subvolume.h"
+#include "timemachine_linux/files/file_system_probe.h"
 
 namespace norvane {
 namespace {

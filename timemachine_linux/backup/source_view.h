@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "platform/instant.h"
-#include "timemachine_linux/held_folder.h"
-#include "timemachine_linux/local_snapshots.h"
-#include "timemachine_linux/rsync_command.h"
-#include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/files/held_folder.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
 namespace norvane {
 

@@ -9,10 +9,10 @@
 #include <filesystem>
 #include <thread>
 
-#include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/snapshot_name.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "tests/support/tmutil_fixture.h"
+#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/session/result_code.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

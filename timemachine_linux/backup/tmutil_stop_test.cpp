@@ -7,10 +7,10 @@
 #include <array>
 #include <filesystem>
 
-#include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/snapshot_store.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "tests/support/tmutil_fixture.h"
+#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/session/result_code.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 namespace {

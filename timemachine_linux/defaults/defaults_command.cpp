@@ -1,4 +1,4 @@
-#include "timemachine_linux/defaults_command.h"
+#include "timemachine_linux/defaults/defaults_command.h"
 
 #include <filesystem>
 #include <fstream>
@@ -13,11 +13,11 @@
 #include <utility>
 #include <variant>
 
-#include "platform/linux/user_defaults_file.h"
-#include "platform/linux/user_folders.h"
-#include "platform/property_list_text.h"
-#include "platform/property_list_xml.h"
-#include "timemachine_linux/defaults_value.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/text/property_list_text.h"
+#include "platform/text/property_list_xml.h"
+#include "timemachine_linux/defaults/defaults_value.h"
 
 namespace norvane {
 

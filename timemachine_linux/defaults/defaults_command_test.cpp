@@ -1,4 +1,4 @@
-#include "timemachine_linux/defaults_command.h"
+#include "timemachine_linux/defaults/defaults_command.h"
 
 #include <array>
 #include <atomic>
@@ -21,9 +21,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/linux/user_defaults_file.h"
-#include "platform/linux/user_folders.h"
-#include "platform/property_list_xml.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-#include "timemachine_linux/defaults_command.h"
+#include "timemachine_linux/defaults/defaults_command.h"
 
 namespace {
 

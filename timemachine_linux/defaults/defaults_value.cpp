@@ -1,4 +1,4 @@
-#include "timemachine_linux/defaults_value.h"
+#include "timemachine_linux/defaults/defaults_value.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/property_list_scalars.h"
-#include "platform/property_list_xml.h"
+#include "platform/text/property_list_scalars.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup_drives.h"
+#include "timemachine_linux/destination/backup_drives.h"
 
 #include <algorithm>
 #include <array>

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "timemachine_linux/backup_place.h"
+#include "timemachine_linux/destination/backup_place.h"
 
 #include <sys/stat.h>
 
-#include "timemachine_linux/destination.h"
-#include "timemachine_linux/local_snapshot_name.h"
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/destination.h"
+#include "timemachine_linux/destination/destination.h"
 
 #include <fcntl.h>
 #include <sys/random.h>
@@ -11,12 +11,12 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/mount_table.h"
-#include "platform/linux/small_file.h"
-#include "timemachine_linux/backup_history.h"
-#include "timemachine_linux/bounded_call.h"
-#include "timemachine_linux/paths.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/linux/files/small_file.h"
+#include "timemachine_linux/files/bounded_call.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/snapshots/backup_history.h"
 
 namespace norvane {
 namespace {

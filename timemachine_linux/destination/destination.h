@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/user_defaults_file.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/destination_check.h"
+#include "timemachine_linux/destination/destination_check.h"
 
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -12,12 +12,12 @@
 #include <filesystem>
 #include <set>
 
-#include "platform/linux/mount_table.h"
-#include "platform/white_space.h"
-#include "timemachine_linux/backup_place.h"
-#include "timemachine_linux/file_system_probe.h"
-#include "timemachine_linux/mounted_paths.h"
-#include "timemachine_linux/paths.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/text/white_space.h"
+#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/files/mounted_paths.h"
+#include "timemachine_linux/files/paths.h"
 
 namespace norvane {
 namespace {

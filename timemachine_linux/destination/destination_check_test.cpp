@@ -1,4 +1,4 @@
-#include "timemachine_linux/destination_check.h"
+#include "timemachine_linux/destination/destination_check.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -6,10 +6,10 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "platform/linux/mount_table.h"
-#include "timemachine_linux/backup_place.h"
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/destination.h"
+#include "platform/linux/files/mount_table.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/destination/destination.h"
 
 namespace norvane {
 namespace {

@@ -1,9 +1,9 @@
 // Setting the destination, and telling of it.
 #include <filesystem>
 
-#include "timemachine_linux/destination.h"
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "tests/support/tmutil_fixture.h"
+#include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 namespace {

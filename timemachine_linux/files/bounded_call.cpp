@@ -1,4 +1,4 @@
-#include "timemachine_linux/bounded_call.h"
+#include "timemachine_linux/files/bounded_call.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -10,8 +10,8 @@
 #include <cerrno>
 #include <chrono>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/child_descriptors.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/child_descriptors.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/bounded_call.h"
+#include "timemachine_linux/files/bounded_call.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

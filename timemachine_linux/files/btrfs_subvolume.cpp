@@ -1,4 +1,4 @@
-#include "timemachine_linux/btrfs_subvolume.h"
+#include "timemachine_linux/files/btrfs_subvolume.h"
 
 #include <fcntl.h>
 #include <linux/btrfs.h>
@@ -12,7 +12,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 namespace {

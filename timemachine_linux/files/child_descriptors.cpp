@@ -1,4 +1,4 @@
-#include "timemachine_linux/child_descriptors.h"
+#include "timemachine_linux/files/child_descriptors.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "timemachine_linux/exclusive_rename.h"
+#include "timemachine_linux/files/exclusive_rename.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

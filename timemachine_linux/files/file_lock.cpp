@@ -1,4 +1,4 @@
-#include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/files/file_lock.h"
 
 #include <fcntl.h>
 #include <unistd.h>

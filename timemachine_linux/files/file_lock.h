@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/file_system_probe.h"
+#include "timemachine_linux/files/file_system_probe.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 namespace {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "timemachine_linux/rsync_command.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/held_folder.h"
+#include "timemachine_linux/files/held_folder.h"
 
 #include <sys/stat.h>
 

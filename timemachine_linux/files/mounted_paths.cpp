@@ -1,8 +1,8 @@
-#include "timemachine_linux/mounted_paths.h"
+#include "timemachine_linux/files/mounted_paths.h"
 
 #include <sys/stat.h>
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 namespace {

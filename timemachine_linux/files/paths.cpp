@@ -1,4 +1,4 @@
-#include "timemachine_linux/paths.h"
+#include "timemachine_linux/files/paths.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platform/utf8.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

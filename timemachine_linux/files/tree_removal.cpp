@@ -1,4 +1,4 @@
-#include "timemachine_linux/tree_removal.h"
+#include "timemachine_linux/files/tree_removal.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -13,9 +13,9 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/mount_table.h"
-#include "timemachine_linux/paths.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/mount_table.h"
+#include "timemachine_linux/files/paths.h"
 
 namespace norvane {
 namespace {

@@ -1,6 +1,6 @@
-#include "timemachine_linux/local_snapshot_name.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/local_snapshots.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -11,9 +11,9 @@
 #include <memory>
 #include <set>
 
-#include "timemachine_linux/btrfs_subvolume.h"
-#include "timemachine_linux/local_snapshot_name.h"
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/files/btrfs_subvolume.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

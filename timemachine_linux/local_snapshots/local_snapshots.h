@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/instant.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

@@ -1,16 +1,16 @@
 // Local snapshots on a real Btrfs file system, by the program and by its parts.
-#include "timemachine_linux/local_snapshots.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
 
-#include "platform/linux/small_file.h"
-#include "timemachine_linux/btrfs_subvolume.h"
-#include "timemachine_linux/local_snapshot_name.h"
-#include "timemachine_linux/source_view.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "platform/linux/files/small_file.h"
+#include "tests/support/tmutil_fixture.h"
+#include "timemachine_linux/backup/source_view.h"
+#include "timemachine_linux/files/btrfs_subvolume.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 
 namespace norvane {
 namespace {

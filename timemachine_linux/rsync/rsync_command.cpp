@@ -1,6 +1,6 @@
-#include "timemachine_linux/rsync_command.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 namespace {

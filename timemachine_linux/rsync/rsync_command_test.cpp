@@ -1,4 +1,4 @@
-#include "timemachine_linux/rsync_command.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 
 #include <gtest/gtest.h>
 

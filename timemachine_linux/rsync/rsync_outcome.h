@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "timemachine_linux/result_code.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 

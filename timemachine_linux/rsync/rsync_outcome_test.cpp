@@ -1,4 +1,4 @@
-#include "timemachine_linux/rsync_outcome.h"
+#include "timemachine_linux/rsync/rsync_outcome.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/rsync_process.h"
+#include "timemachine_linux/rsync/rsync_process.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -14,7 +14,7 @@
 #include <string_view>
 #include <thread>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 namespace {

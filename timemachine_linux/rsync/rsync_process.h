@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "timemachine_linux/file_lock.h"
-#include "timemachine_linux/rsync_outcome.h"
-#include "timemachine_linux/stop_requests.h"
+#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/rsync/rsync_outcome.h"
+#include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
 

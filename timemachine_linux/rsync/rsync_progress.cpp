@@ -1,4 +1,4 @@
-#include "timemachine_linux/rsync_progress.h"
+#include "timemachine_linux/rsync/rsync_progress.h"
 
 #include <algorithm>
 #include <charconv>

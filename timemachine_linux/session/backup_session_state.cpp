@@ -1,13 +1,13 @@
-#include "timemachine_linux/backup_session_state.h"
+#include "timemachine_linux/session/backup_session_state.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 
-#include "platform/linux/small_file.h"
-#include "platform/property_list_xml.h"
-#include "timemachine_linux/file_lock.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/text/property_list_xml.h"
+#include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
 namespace {

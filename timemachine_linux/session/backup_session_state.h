@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/instant.h"
-#include "platform/property_list.h"
+#include "platform/text/property_list.h"
 
 namespace norvane {
 

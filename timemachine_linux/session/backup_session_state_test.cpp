@@ -1,8 +1,8 @@
-#include "timemachine_linux/backup_session_state.h"
+#include "timemachine_linux/session/backup_session_state.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/property_list_text.h"
+#include "platform/text/property_list_text.h"
 
 namespace norvane {
 namespace {

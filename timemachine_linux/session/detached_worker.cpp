@@ -1,4 +1,4 @@
-#include "timemachine_linux/detached_worker.h"
+#include "timemachine_linux/session/detached_worker.h"
 
 #include <signal.h>
 #include <sys/stat.h>
@@ -7,9 +7,9 @@
 
 #include <cerrno>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/child_descriptors.h"
-#include "timemachine_linux/stop_requests.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/child_descriptors.h"
+#include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
 namespace {

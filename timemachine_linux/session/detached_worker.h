@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-#include "timemachine_linux/file_lock.h"
+#include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
 

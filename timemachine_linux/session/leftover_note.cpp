@@ -1,7 +1,7 @@
-#include "timemachine_linux/leftover_note.h"
+#include "timemachine_linux/session/leftover_note.h"
 
-#include "platform/linux/small_file.h"
-#include "platform/property_list_xml.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 namespace {

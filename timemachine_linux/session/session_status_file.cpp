@@ -1,11 +1,11 @@
-#include "timemachine_linux/session_status_file.h"
+#include "timemachine_linux/session/session_status_file.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 
-#include "platform/linux/small_file.h"
-#include "platform/property_list_xml.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/clock.h"
-#include "timemachine_linux/backup_session_state.h"
+#include "timemachine_linux/session/backup_session_state.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/stop_requests.h"
+#include "timemachine_linux/session/stop_requests.h"
 
 #include <signal.h>
 #include <sys/signalfd.h>

@@ -1,7 +1,7 @@
 // How a worker learns that it shall stop: SIGTERM, from `tmutil stopbackup` or from a system that shuts down.
 #pragma once
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

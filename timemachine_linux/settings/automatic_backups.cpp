@@ -1,4 +1,4 @@
-#include "timemachine_linux/automatic_backups.h"
+#include "timemachine_linux/settings/automatic_backups.h"
 
 namespace norvane {
 namespace {

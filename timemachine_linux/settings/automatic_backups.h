@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/hourly_timer.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/settings/hourly_timer.h"
 
 namespace norvane {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/instant.h"
-#include "timemachine_linux/destination_check.h"
+#include "timemachine_linux/destination/destination_check.h"
 
 namespace norvane {
 

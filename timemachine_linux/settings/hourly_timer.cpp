@@ -1,4 +1,4 @@
-#include "timemachine_linux/hourly_timer.h"
+#include "timemachine_linux/settings/hourly_timer.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -13,9 +13,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/rsync_process.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/user_folders.h"
+#include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/hourly_timer.h"
+#include "timemachine_linux/settings/hourly_timer.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

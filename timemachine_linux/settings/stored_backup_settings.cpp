@@ -1,17 +1,17 @@
-#include "timemachine_linux/stored_backup_settings.h"
+#include "timemachine_linux/settings/stored_backup_settings.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <utility>
 
-#include "platform/linux/mount_table.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/automatic_backups.h"
-#include "timemachine_linux/backup_drives.h"
-#include "timemachine_linux/destination.h"
-#include "timemachine_linux/file_system_probe.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/snapshot_store.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/linux/files/user_folders.h"
+#include "timemachine_linux/destination/backup_drives.h"
+#include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/settings/automatic_backups.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 namespace {

@@ -1,11 +1,11 @@
 // The backup settings in Time Machine's preferences.
 #pragma once
 
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/user_defaults_file.h"
 #include "platform/tool_paths.h"
-#include "timemachine_linux/backup_settings.h"
-#include "timemachine_linux/hourly_timer.h"
-#include "timemachine_linux/source_selection.h"
+#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/settings/backup_settings.h"
+#include "timemachine_linux/settings/hourly_timer.h"
 
 namespace norvane {
 

@@ -1,14 +1,14 @@
-#include "timemachine_linux/stored_backup_settings.h"
+#include "timemachine_linux/settings/stored_backup_settings.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <thread>
 
-#include "platform/linux/child_command_runner.h"
-#include "platform/linux/user_folders.h"
-#include "timemachine_linux/backup_sandbox.h"
-#include "timemachine_linux/destination.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/linux/processes/child_command_runner.h"
+#include "tests/support/backup_sandbox.h"
+#include "timemachine_linux/destination/destination.h"
 
 namespace norvane {
 namespace {

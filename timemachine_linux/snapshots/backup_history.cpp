@@ -1,8 +1,8 @@
-#include "timemachine_linux/backup_history.h"
+#include "timemachine_linux/snapshots/backup_history.h"
 
 #include <algorithm>
 
-#include "timemachine_linux/paths.h"
+#include "timemachine_linux/files/paths.h"
 
 namespace norvane {
 namespace {

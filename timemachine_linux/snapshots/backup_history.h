@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/user_defaults_file.h"
-#include "timemachine_linux/file_system_probe.h"
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/snapshot_store.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/session/result_code.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 #include <array>
 #include <cstdlib>
 #include <ctime>
 
-#include "platform/digit_pattern.h"
+#include "platform/text/digit_pattern.h"
 
 namespace norvane {
 

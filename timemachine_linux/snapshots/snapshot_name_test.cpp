@@ -1,4 +1,4 @@
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/snapshot_removal.h"
+#include "timemachine_linux/snapshots/snapshot_removal.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,11 +6,11 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/file_system_probe.h"
-#include "timemachine_linux/snapshot_room.h"
-#include "timemachine_linux/snapshot_thinning.h"
-#include "timemachine_linux/tree_removal.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/snapshots/snapshot_room.h"
+#include "timemachine_linux/snapshots/snapshot_thinning.h"
 
 namespace norvane {
 

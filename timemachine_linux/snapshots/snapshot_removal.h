@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "timemachine_linux/session_status_file.h"
-#include "timemachine_linux/snapshot_store.h"
-#include "timemachine_linux/stop_requests.h"
+#include "timemachine_linux/session/session_status_file.h"
+#include "timemachine_linux/session/stop_requests.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/snapshot_room.h"
+#include "timemachine_linux/snapshots/snapshot_room.h"
 
 #include <fts.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "timemachine_linux/snapshot_store.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,9 +10,9 @@
 #include <cmath>
 #include <memory>
 
-#include "platform/linux/file_descriptor.h"
-#include "timemachine_linux/exclusive_rename.h"
-#include "timemachine_linux/snapshot_name.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/exclusive_rename.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

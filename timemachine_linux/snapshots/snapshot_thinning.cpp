@@ -1,10 +1,10 @@
-#include "timemachine_linux/snapshot_thinning.h"
+#include "timemachine_linux/snapshots/snapshot_thinning.h"
 
 #include <algorithm>
 #include <chrono>
 #include <set>
 
-#include "platform/digit_pattern.h"
+#include "platform/text/digit_pattern.h"
 
 namespace norvane {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "timemachine_linux/snapshot_store.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 

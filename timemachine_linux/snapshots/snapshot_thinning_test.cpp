@@ -1,8 +1,8 @@
-#include "timemachine_linux/snapshot_thinning.h"
+#include "timemachine_linux/snapshots/snapshot_thinning.h"
 
 #include <gtest/gtest.h>
 
-#include "timemachine_linux/snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "timemachine_linux/tmutil_verbs.h"
+#include "timemachine_linux/tmutil/tmutil_verbs.h"
 
 int main(int argc, char** argv) {
     if (argc < 2) {

@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
-#include "timemachine_linux/result_code.h"
-#include "timemachine_linux/tmutil_fixture.h"
+#include "tests/support/tmutil_fixture.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/tmutil_verbs.h"
+#include "timemachine_linux/tmutil/tmutil_verbs.h"
 
 #include <algorithm>
 #include <array>
@@ -10,24 +10,24 @@
 #include <string>
 #include <sys/stat.h>
 
-#include "platform/linux/child_command_runner.h"
-#include "platform/linux/linux_tool_paths.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/user_defaults_file.h"
-#include "platform/linux/user_folders.h"
-#include "platform/property_list_text.h"
-#include "timemachine_linux/automatic_backups.h"
-#include "timemachine_linux/backup_control.h"
-#include "timemachine_linux/destination.h"
-#include "timemachine_linux/destination_check.h"
-#include "timemachine_linux/local_snapshot_name.h"
-#include "timemachine_linux/local_snapshots.h"
-#include "timemachine_linux/paths.h"
-#include "timemachine_linux/restore.h"
-#include "timemachine_linux/rsync_process.h"
-#include "timemachine_linux/snapshot_name.h"
-#include "timemachine_linux/snapshot_store.h"
-#include "timemachine_linux/source_selection.h"
+#include "platform/linux/files/user_defaults_file.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/linux/processes/child_command_runner.h"
+#include "platform/linux/processes/linux_tool_paths.h"
+#include "platform/linux/time/system_clock.h"
+#include "platform/text/property_list_text.h"
+#include "timemachine_linux/backup/backup_control.h"
+#include "timemachine_linux/backup/restore.h"
+#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/destination/destination_check.h"
+#include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_name.h"
+#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/rsync/rsync_process.h"
+#include "timemachine_linux/settings/automatic_backups.h"
+#include "timemachine_linux/snapshots/snapshot_name.h"
+#include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/duration_chart.h"
+#include "ui/health/duration_chart.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
-#include "ui/health_content.h"
+#include "ui/health/health_content.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "ui/duration_chart.h"
-#include "ui/view_values.h"
+#include "ui/health/duration_chart.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

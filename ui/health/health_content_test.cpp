@@ -1,10 +1,10 @@
-#include "ui/health_content.h"
+#include "ui/health/health_content.h"
 
 #include <gtest/gtest.h>
 
 #include "controller/controller_harness.h"
-#include "ui/duration_chart.h"
-#include "ui/health_view_model.h"
+#include "ui/health/duration_chart.h"
+#include "ui/health/health_view_model.h"
 
 namespace norvane {
 namespace {

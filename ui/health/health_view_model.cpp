@@ -1,4 +1,4 @@
-#include "ui/health_view_model.h"
+#include "ui/health/health_view_model.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 
 #include "controller/backup_controller.h"
 #include "platform/workspace.h"
-#include "ui/health_content.h"
+#include "ui/health/health_content.h"
 
 namespace norvane {
 

@@ -1,8 +1,8 @@
 // The Health window on the screen.
 #pragma once
 
-#include "ui/health_view_model.h"
-#include "ui/kept_window.h"
+#include "ui/health/health_view_model.h"
+#include "ui/kit/kept_window.h"
 
 namespace norvane {
 

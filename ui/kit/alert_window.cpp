@@ -1,8 +1,8 @@
-#include "ui/alert_window.h"
+#include "ui/kit/alert_window.h"
 
 #include <utility>
 
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

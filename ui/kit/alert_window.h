@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
 
 namespace norvane {
 
@@ -15,7 +15,7 @@ struct AlertTexts {
     std::string information;    ///< Below the message, smaller.
     std::string button;         ///< The prominent one.
     std::string otherwise = {}; ///< The button that only closes; empty: there is none.
-    std::string symbol = "clock.badge.exclamationmark"; ///< Of ui/symbols.
+    std::string symbol = "clock.badge.exclamationmark"; ///< Of ui/kit/symbols.
 
     bool operator==(const AlertTexts&) const = default;
 };

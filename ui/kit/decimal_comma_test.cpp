@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "platform/property_list.h"
 #include "platform/simulated/simulated_machine.h"
+#include "platform/text/property_list.h"
 #include "scheduler_core/conditions_json.h"
 #include "scheduler_core/schedule_json.h"
 #include "timemachine/tm_util.h"
-#include "ui/schedule_summary.h"
+#include "ui/texts/schedule_summary.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/kept_window.h"
+#include "ui/kit/kept_window.h"
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "ui/row_list.h"
+#include "ui/kit/row_list.h"
 
 #include <algorithm>
 

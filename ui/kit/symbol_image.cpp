@@ -1,4 +1,4 @@
-#include "ui/symbol_image.h"
+#include "ui/kit/symbol_image.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

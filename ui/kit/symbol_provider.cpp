@@ -1,6 +1,6 @@
-#include "ui/symbol_provider.h"
+#include "ui/kit/symbol_provider.h"
 
-#include "ui/symbol_image.h"
+#include "ui/kit/symbol_image.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "ui/theme_updater.h"
+#include "ui/kit/theme_updater.h"
 
 #include <utility>
 

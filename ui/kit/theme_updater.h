@@ -5,7 +5,7 @@
 
 #include "controller/backup_controller.h"
 #include "platform/appearance.h"
-#include "ui/theme.h"
+#include "ui/kit/theme.h"
 
 namespace norvane {
 

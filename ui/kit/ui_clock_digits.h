@@ -3,12 +3,12 @@
 
 #include <QObject>
 
-#include "ui/clock_digits.h"
-#include "ui/view_values.h"
+#include "ui/kit/clock_digits.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 
-/// As in ui/clock_digits.h.
+/// As in ui/kit/clock_digits.h.
 class UiClockDigits : public QObject {
     Q_OBJECT
 

@@ -1,12 +1,12 @@
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
 
 #include <QIcon>
 #include <QQmlComponent>
 #include <QScreen>
 #include <QtQml>
 
-#include "ui/application_icon_provider.h"
-#include "ui/symbol_provider.h"
+#include "ui/kit/application_icon_provider.h"
+#include "ui/kit/symbol_provider.h"
 
 namespace norvane {
 

@@ -7,9 +7,9 @@
 #include <memory>
 
 #include "platform/translator.h"
-#include "ui/theme.h"
-#include "ui/ui_clock_digits.h"
-#include "ui/ui_texts.h"
+#include "ui/kit/theme.h"
+#include "ui/kit/ui_clock_digits.h"
+#include "ui/kit/ui_texts.h"
 
 namespace norvane {
 

@@ -1,8 +1,8 @@
-#include "ui/local_snapshots_content.h"
+#include "ui/local_snapshots/local_snapshots_content.h"
 
 #include <cmath>
 
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

@@ -1,9 +1,9 @@
-#include "ui/local_snapshots_content.h"
+#include "ui/local_snapshots/local_snapshots_content.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/simulated/simulated_machine.h"
-#include "ui/local_snapshots_view_model.h"
+#include "ui/local_snapshots/local_snapshots_view_model.h"
 
 namespace norvane {
 namespace {

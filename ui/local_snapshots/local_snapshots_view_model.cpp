@@ -1,4 +1,4 @@
-#include "ui/local_snapshots_view_model.h"
+#include "ui/local_snapshots/local_snapshots_view_model.h"
 
 #include <algorithm>
 #include <utility>

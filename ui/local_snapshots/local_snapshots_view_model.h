@@ -7,8 +7,8 @@
 
 #include "platform/clock.h"
 #include "platform/timers.h"
-#include "ui/local_snapshots_content.h"
-#include "ui/row_list.h"
+#include "ui/kit/row_list.h"
+#include "ui/local_snapshots/local_snapshots_content.h"
 
 namespace norvane {
 

@@ -1,8 +1,8 @@
 // The Local Snapshots window on the screen.
 #pragma once
 
-#include "ui/kept_window.h"
-#include "ui/local_snapshots_view_model.h"
+#include "ui/kit/kept_window.h"
+#include "ui/local_snapshots/local_snapshots_view_model.h"
 
 namespace norvane {
 

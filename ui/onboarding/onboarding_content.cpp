@@ -1,7 +1,7 @@
-#include "ui/onboarding_content.h"
+#include "ui/onboarding/onboarding_content.h"
 
-#include "ui/schedule_summary.h"
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
+#include "ui/texts/schedule_summary.h"
 
 namespace norvane {
 

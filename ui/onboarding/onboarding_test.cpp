@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "controller/simulated_program.h"
-#include "ui/onboarding_view_model.h"
+#include "ui/onboarding/onboarding_view_model.h"
 
 namespace norvane {
 namespace {

@@ -1,8 +1,8 @@
-#include "ui/onboarding_view_model.h"
+#include "ui/onboarding/onboarding_view_model.h"
 
 #include <utility>
 
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

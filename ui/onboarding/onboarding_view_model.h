@@ -7,7 +7,7 @@
 
 #include "controller/backup_controller.h"
 #include "platform/login_item.h"
-#include "ui/onboarding_content.h"
+#include "ui/onboarding/onboarding_content.h"
 
 namespace norvane {
 

@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "ui/kept_window.h"
-#include "ui/onboarding_view_model.h"
+#include "ui/kit/kept_window.h"
+#include "ui/onboarding/onboarding_view_model.h"
 
 namespace norvane {
 

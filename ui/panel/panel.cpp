@@ -1,4 +1,4 @@
-#include "ui/panel.h"
+#include "ui/panel/panel.h"
 
 #include <QCursor>
 #include <QGuiApplication>

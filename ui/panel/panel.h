@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "platform/clock.h"
-#include "ui/panel_view_model.h"
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
+#include "ui/panel/panel_view_model.h"
 
 namespace norvane {
 

@@ -1,12 +1,12 @@
-#include "ui/panel_content.h"
+#include "ui/panel/panel_content.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "platform/letter_case.h"
-#include "platform/utf8.h"
-#include "ui/schedule_summary.h"
-#include "ui/status_line.h"
+#include "platform/text/letter_case.h"
+#include "platform/text/utf8.h"
+#include "ui/texts/schedule_summary.h"
+#include "ui/texts/status_line.h"
 
 namespace norvane {
 

@@ -1,9 +1,9 @@
-#include "ui/panel_content.h"
+#include "ui/panel/panel_content.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/simulated/simulated_services.h"
-#include "ui/schedule_summary.h"
+#include "ui/texts/schedule_summary.h"
 
 namespace norvane {
 namespace {

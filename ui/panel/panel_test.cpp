@@ -1,8 +1,8 @@
-#include "ui/panel.h"
+#include "ui/panel/panel.h"
 
 #include <gtest/gtest.h>
 
-#include "ui/theme_updater.h"
+#include "ui/kit/theme_updater.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/panel_view_model.h"
+#include "ui/panel/panel_view_model.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "controller/backup_controller.h"
-#include "ui/panel_content.h"
+#include "ui/panel/panel_content.h"
 
 namespace norvane {
 

@@ -1,12 +1,12 @@
-#include "ui/tray_presenter.h"
+#include "ui/panel/tray_presenter.h"
 
 #include <QGuiApplication>
 #include <QPainter>
 #include <array>
 
-#include "ui/panel_content.h"
-#include "ui/symbol_image.h"
-#include "ui/theme.h"
+#include "ui/kit/symbol_image.h"
+#include "ui/kit/theme.h"
+#include "ui/panel/panel_content.h"
 
 namespace norvane {
 

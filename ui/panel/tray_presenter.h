@@ -7,7 +7,7 @@
 
 #include "controller/backup_controller.h"
 #include "platform/tray_item.h"
-#include "ui/menu_bar_label.h"
+#include "ui/texts/menu_bar_label.h"
 
 namespace norvane {
 

@@ -1,9 +1,9 @@
-#include "ui/activity_list.h"
+#include "ui/settings/activity_list.h"
 
 #include <utility>
 
 #include "controller/log_follower.h"
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

@@ -11,8 +11,8 @@
 #include "platform/log_file.h"
 #include "platform/timers.h"
 #include "platform/translator.h"
-#include "ui/log_look.h"
-#include "ui/row_list.h"
+#include "ui/kit/row_list.h"
+#include "ui/settings/log_look.h"
 
 namespace norvane {
 

@@ -1,8 +1,8 @@
-#include "ui/application_chooser.h"
+#include "ui/settings/application_chooser.h"
 
 #include <algorithm>
 
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 

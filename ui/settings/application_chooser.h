@@ -7,7 +7,7 @@
 
 #include "platform/background.h"
 #include "platform/installed_applications.h"
-#include "ui/row_list.h"
+#include "ui/kit/row_list.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "ui/blackout_settings.h"
+#include "ui/settings/blackout_settings.h"
 
 #include <utility>
 
-#include "ui/schedule_edit.h"
-#include "ui/settings_delay.h"
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
+#include "ui/settings/schedule_edit.h"
+#include "ui/settings/settings_delay.h"
 
 namespace norvane {
 

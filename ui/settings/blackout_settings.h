@@ -5,8 +5,8 @@
 #include <functional>
 
 #include "controller/backup_controller.h"
-#include "ui/debouncer.h"
-#include "ui/row_list.h"
+#include "ui/kit/debouncer.h"
+#include "ui/kit/row_list.h"
 
 namespace norvane {
 

@@ -7,7 +7,7 @@
 
 #include "controller/backup_controller.h"
 #include "platform/login_item.h"
-#include "ui/updater_view_model.h"
+#include "ui/settings/updater_view_model.h"
 
 namespace norvane {
 

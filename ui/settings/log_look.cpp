@@ -1,4 +1,4 @@
-#include "ui/log_look.h"
+#include "ui/settings/log_look.h"
 
 #include <algorithm>
 #include <array>

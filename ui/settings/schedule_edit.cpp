@@ -1,4 +1,4 @@
-#include "ui/schedule_edit.h"
+#include "ui/settings/schedule_edit.h"
 
 #include <algorithm>
 #include <cmath>

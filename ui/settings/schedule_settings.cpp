@@ -1,10 +1,10 @@
-#include "ui/schedule_settings.h"
+#include "ui/settings/schedule_settings.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "ui/settings_delay.h"
-#include "ui/view_values.h"
+#include "ui/kit/view_values.h"
+#include "ui/settings/settings_delay.h"
 
 namespace norvane {
 

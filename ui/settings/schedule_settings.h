@@ -4,9 +4,9 @@
 #include <QObject>
 
 #include "controller/backup_controller.h"
-#include "ui/debouncer.h"
-#include "ui/row_list.h"
-#include "ui/schedule_edit.h"
+#include "ui/kit/debouncer.h"
+#include "ui/kit/row_list.h"
+#include "ui/settings/schedule_edit.h"
 
 namespace norvane {
 

@@ -2,12 +2,12 @@
 
 #include "platform/simulated/simulated_services.h"
 #include "platform/simulated/simulated_time.h"
-#include "ui/conditions_edit.h"
-#include "ui/debouncer.h"
-#include "ui/log_look.h"
-#include "ui/schedule_edit.h"
-#include "ui/settings_tab.h"
-#include "ui/status_line.h"
+#include "ui/kit/debouncer.h"
+#include "ui/settings/conditions_edit.h"
+#include "ui/settings/log_look.h"
+#include "ui/settings/schedule_edit.h"
+#include "ui/settings/settings_tab.h"
+#include "ui/texts/status_line.h"
 
 namespace norvane {
 namespace {

@@ -6,13 +6,13 @@
 #include <optional>
 
 #include "platform/workspace.h"
-#include "ui/activity_list.h"
-#include "ui/blackout_settings.h"
-#include "ui/conditions_settings.h"
-#include "ui/general_settings.h"
-#include "ui/schedule_settings.h"
-#include "ui/settings_tab.h"
-#include "ui/status_line.h"
+#include "ui/settings/activity_list.h"
+#include "ui/settings/blackout_settings.h"
+#include "ui/settings/conditions_settings.h"
+#include "ui/settings/general_settings.h"
+#include "ui/settings/schedule_settings.h"
+#include "ui/settings/settings_tab.h"
+#include "ui/texts/status_line.h"
 
 namespace norvane {
 

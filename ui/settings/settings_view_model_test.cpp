@@ -1,4 +1,4 @@
-#include "ui/settings_view_model.h"
+#include "ui/settings/settings_view_model.h"
 
 #include <gtest/gtest.h>
 

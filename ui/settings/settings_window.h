@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include "ui/notification_center.h"
-#include "ui/settings_view_model.h"
-#include "ui/ui_engine.h"
+#include "ui/kit/ui_engine.h"
+#include "ui/settings/notification_center.h"
+#include "ui/settings/settings_view_model.h"
 
 namespace norvane {
 

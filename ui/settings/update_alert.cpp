@@ -1,4 +1,4 @@
-#include "ui/update_alert.h"
+#include "ui/settings/update_alert.h"
 
 #include <initializer_list>
 #include <utility>

@@ -7,7 +7,7 @@
 #include "platform/translator.h"
 #include "platform/update_service.h"
 #include "platform/workspace.h"
-#include "ui/alert_window.h"
+#include "ui/kit/alert_window.h"
 
 namespace norvane {
 

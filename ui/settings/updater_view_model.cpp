@@ -1,4 +1,4 @@
-#include "ui/updater_view_model.h"
+#include "ui/settings/updater_view_model.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
-#include "ui/updater_view_model.h"
+#include "ui/settings/updater_view_model.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/simulated/simulated_services.h"
-#include "ui/update_alert.h"
+#include "ui/settings/update_alert.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/menu_bar_label.h"
+#include "ui/texts/menu_bar_label.h"
 
 namespace norvane {
 

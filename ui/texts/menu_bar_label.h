@@ -14,10 +14,10 @@ enum class LabelColor {
 };
 
 struct MenuBarLabel {
-    std::string symbol; ///< Name of a drawing in ui/symbols.
+    std::string symbol; ///< Name of a drawing in ui/kit/symbols.
     LabelColor color = LabelColor::template_;
     std::string text; ///< "42%" while a backup runs and the percentage is known; else empty.
-    /// Of the drawing in ui/icon/symbolic that looks like the symbol, for trays that draw in their own
+    /// Of the drawing in ui/panel/icon/symbolic that looks like the symbol, for trays that draw in their own
     /// colour; empty where the symbol has one or the text has to be in the picture.
     std::string iconName;
 

@@ -1,15 +1,15 @@
-#include "ui/menu_bar_label.h"
+#include "ui/texts/menu_bar_label.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
 #include <gtest/gtest.h>
 
-#include "ui/symbol_image.h"
+#include "ui/kit/symbol_image.h"
 
 namespace norvane {
 namespace {
 
-constexpr auto iconFolder = NORVANE_SOURCE_DIR "/ui/icon/symbolic/";
+constexpr auto iconFolder = NORVANE_SOURCE_DIR "/ui/kit/icon/symbolic/";
 
 TEST(MenuBarLabel, RunningComesFirstThenHealthThenPause) {
     const auto scheduled = "org.norvane.Norvane-scheduled-symbolic";

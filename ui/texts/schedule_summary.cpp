@@ -1,4 +1,4 @@
-#include "ui/schedule_summary.h"
+#include "ui/texts/schedule_summary.h"
 
 #include <algorithm>
 #include <array>

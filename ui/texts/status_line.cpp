@@ -1,4 +1,4 @@
-#include "ui/status_line.h"
+#include "ui/texts/status_line.h"
 
 namespace norvane {
 

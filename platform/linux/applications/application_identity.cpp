@@ -1,4 +1,4 @@
-#include "platform/linux/application_identity.h"
+#include "platform/linux/applications/application_identity.h"
 
 #include <algorithm>
 #include <array>

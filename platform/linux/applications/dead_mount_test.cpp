@@ -2,9 +2,9 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
-#include "platform/linux/posix_services.h"
-#include "platform/linux/program_search.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/files/posix_services.h"
+#include "platform/linux/files/program_search.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

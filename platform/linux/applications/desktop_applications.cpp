@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_applications.h"
+#include "platform/linux/applications/desktop_applications.h"
 
 namespace norvane {
 

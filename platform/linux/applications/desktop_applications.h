@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/installed_applications.h"
-#include "platform/linux/desktop_entries.h"
+#include "platform/linux/applications/desktop_entries.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_entries.h"
+#include "platform/linux/applications/desktop_entries.h"
 
 #include <optional>
 #include <utility>

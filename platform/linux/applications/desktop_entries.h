@@ -7,7 +7,7 @@
 
 #include "platform/background.h"
 #include "platform/command_runner.h"
-#include "platform/linux/desktop_entry.h"
+#include "platform/linux/applications/desktop_entry.h"
 
 namespace norvane {
 

@@ -10,9 +10,9 @@
 
 #include <gio/gdesktopappinfo.h>
 
-#include "platform/linux/application_identity.h"
-#include "platform/linux/desktop_entry.h"
-#include "platform/linux/program_search.h"
+#include "platform/linux/applications/application_identity.h"
+#include "platform/linux/applications/desktop_entry.h"
+#include "platform/linux/files/program_search.h"
 
 namespace {
 

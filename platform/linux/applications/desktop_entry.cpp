@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_entry.h"
+#include "platform/linux/applications/desktop_entry.h"
 
 #include <nlohmann/json.hpp>
 

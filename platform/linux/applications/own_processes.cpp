@@ -1,4 +1,4 @@
-#include "platform/linux/own_processes.h"
+#include "platform/linux/applications/own_processes.h"
 
 #include <array>
 #include <cerrno>
@@ -10,7 +10,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "platform/linux/running_applications.h"
+#include "platform/linux/applications/running_applications.h"
 
 #include <utility>
 
-#include "platform/linux/application_identity.h"
-#include "platform/linux/own_processes.h"
-#include "platform/linux/program_search.h"
+#include "platform/linux/applications/application_identity.h"
+#include "platform/linux/applications/own_processes.h"
+#include "platform/linux/files/program_search.h"
 
 namespace norvane {
 

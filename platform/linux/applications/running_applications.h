@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/desktop_entries.h"
-#include "platform/linux/own_processes.h"
+#include "platform/linux/applications/desktop_entries.h"
+#include "platform/linux/applications/own_processes.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/running_applications.h"
+#include "platform/linux/applications/running_applications.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "platform/linux/application_identity.h"
-#include "platform/linux/child_command_runner.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/applications/application_identity.h"
+#include "platform/linux/processes/child_command_runner.h"
 #include "platform/simulated/simulated_time.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

@@ -1,9 +1,9 @@
-#include "platform/linux/bus_link.h"
+#include "platform/linux/bus/bus_link.h"
 
 #include <QUuid>
 #include <utility>
 
-#include "platform/linux/bus_probe.h"
+#include "platform/linux/bus/bus_probe.h"
 
 namespace norvane {
 

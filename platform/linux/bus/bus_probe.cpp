@@ -1,4 +1,4 @@
-#include "platform/linux/bus_probe.h"
+#include "platform/linux/bus/bus_probe.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/bus_probe.h"
+#include "platform/linux/bus/bus_probe.h"
 
 #include <array>
 #include <cstdlib>
@@ -8,8 +8,8 @@
 #include <sys/un.h>
 #include <thread>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

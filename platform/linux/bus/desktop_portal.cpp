@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_portal.h"
+#include "platform/linux/bus/desktop_portal.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/properties_question.h"
+#include "platform/linux/bus/properties_question.h"
 
 #include <QDBusArgument>
 #include <QDBusError>

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <optional>
 
-#include "platform/linux/bus_link.h"
+#include "platform/linux/bus/bus_link.h"
 
 namespace norvane {
 

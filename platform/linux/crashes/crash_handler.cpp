@@ -1,4 +1,4 @@
-#include "platform/linux/crash_handler.h"
+#include "platform/linux/crashes/crash_handler.h"
 
 #include <array>
 #include <atomic>
@@ -14,8 +14,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/linux/alternate_signal_stack.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/crashes/alternate_signal_stack.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

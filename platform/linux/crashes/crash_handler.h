@@ -1,7 +1,7 @@
 // Leaving a report when this program crashes.
 #pragma once
 
-#include "platform/linux/crash_report.h"
+#include "platform/linux/crashes/crash_report.h"
 
 namespace norvane {
 

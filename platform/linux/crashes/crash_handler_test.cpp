@@ -1,4 +1,4 @@
-#include "platform/linux/crash_handler.h"
+#include "platform/linux/crashes/crash_handler.h"
 
 #include <alloca.h>
 #include <bit>
@@ -15,11 +15,11 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/linux/alternate_signal_stack.h"
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/finished_crash_reports.h"
-#include "platform/linux/small_file.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/crashes/alternate_signal_stack.h"
+#include "platform/linux/crashes/finished_crash_reports.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/small_file.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

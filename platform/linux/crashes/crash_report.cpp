@@ -1,4 +1,4 @@
-#include "platform/linux/crash_report.h"
+#include "platform/linux/crashes/crash_report.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

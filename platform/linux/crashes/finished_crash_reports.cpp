@@ -1,4 +1,4 @@
-#include "platform/linux/finished_crash_reports.h"
+#include "platform/linux/crashes/finished_crash_reports.h"
 
 #include <cstdlib>
 #include <cxxabi.h>
@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/crash_report.h"
-#include "platform/linux/small_file.h"
+#include "platform/linux/crashes/crash_report.h"
+#include "platform/linux/files/small_file.h"
 
 namespace norvane {
 

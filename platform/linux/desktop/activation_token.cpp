@@ -1,4 +1,4 @@
-#include "platform/linux/activation_token.h"
+#include "platform/linux/desktop/activation_token.h"
 
 namespace norvane {
 

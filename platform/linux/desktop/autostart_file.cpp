@@ -1,4 +1,4 @@
-#include "platform/linux/autostart_file.h"
+#include "platform/linux/desktop/autostart_file.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -10,9 +10,9 @@
 
 #include <glib.h>
 
-#include "platform/linux/program_search.h"
-#include "platform/linux/small_file.h"
-#include "platform/linux/user_folders.h"
+#include "platform/linux/files/program_search.h"
+#include "platform/linux/files/small_file.h"
+#include "platform/linux/files/user_folders.h"
 
 namespace norvane {
 

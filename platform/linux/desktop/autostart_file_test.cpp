@@ -1,11 +1,11 @@
-#include "platform/linux/autostart_file.h"
+#include "platform/linux/desktop/autostart_file.h"
 
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

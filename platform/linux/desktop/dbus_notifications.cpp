@@ -1,4 +1,4 @@
-#include "platform/linux/dbus_notifications.h"
+#include "platform/linux/desktop/dbus_notifications.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -13,7 +13,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/activation_token.h"
+#include "platform/linux/desktop/activation_token.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_email_composer.h"
+#include "platform/linux/desktop/desktop_email_composer.h"
 
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -8,9 +8,9 @@
 #include <fcntl.h>
 #include <utility>
 
-#include "platform/linux/desktop_portal.h"
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/program_search.h"
+#include "platform/linux/bus/desktop_portal.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/program_search.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop_workspace.h"
+#include "platform/linux/desktop/desktop_workspace.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -10,7 +10,7 @@
 #include <QUrl>
 #include <utility>
 
-#include "platform/linux/program_search.h"
+#include "platform/linux/files/program_search.h"
 
 namespace norvane {
 

@@ -1,9 +1,9 @@
-#include "platform/linux/desktop_workspace.h"
+#include "platform/linux/desktop/desktop_workspace.h"
 
 #include <QDesktopServices>
 #include <QUrl>
 
-#include "platform/linux/session_test.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

@@ -2,9 +2,9 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/bus_probe.h"
-#include "platform/linux/dbus_notifications.h"
-#include "platform/linux/session_test.h"
+#include "platform/linux/bus/bus_probe.h"
+#include "platform/linux/desktop/dbus_notifications.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/portal_appearance.h"
+#include "platform/linux/desktop/portal_appearance.h"
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
@@ -10,7 +10,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/linux/desktop_portal.h"
+#include "platform/linux/bus/desktop_portal.h"
 
 namespace norvane {
 

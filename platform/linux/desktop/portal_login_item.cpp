@@ -1,4 +1,4 @@
-#include "platform/linux/portal_login_item.h"
+#include "platform/linux/desktop/portal_login_item.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/desktop_portal.h"
+#include "platform/linux/bus/desktop_portal.h"
 
 namespace norvane {
 

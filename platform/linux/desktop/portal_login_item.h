@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/bus_link.h"
+#include "platform/linux/bus/bus_link.h"
 #include "platform/login_item.h"
 #include "platform/user_defaults.h"
 

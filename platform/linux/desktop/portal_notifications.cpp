@@ -1,4 +1,4 @@
-#include "platform/linux/portal_notifications.h"
+#include "platform/linux/desktop/portal_notifications.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -6,7 +6,7 @@
 #include <QVariantMap>
 #include <utility>
 
-#include "platform/linux/desktop_portal.h"
+#include "platform/linux/bus/desktop_portal.h"
 
 namespace norvane {
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/linux/bus_link.h"
+#include "platform/linux/bus/bus_link.h"
 #include "platform/notifications.h"
 
 namespace norvane {

@@ -3,12 +3,12 @@
 #include <optional>
 #include <sstream>
 
-#include "platform/linux/desktop_email_composer.h"
-#include "platform/linux/portal_appearance.h"
-#include "platform/linux/portal_login_item.h"
-#include "platform/linux/portal_notifications.h"
-#include "platform/linux/session_test.h"
+#include "platform/linux/desktop/desktop_email_composer.h"
+#include "platform/linux/desktop/portal_appearance.h"
+#include "platform/linux/desktop/portal_login_item.h"
+#include "platform/linux/desktop/portal_notifications.h"
 #include "platform/simulated/simulated_user_defaults.h"
+#include "tests/support/session_test.h"
 
 #define SKIP_WITHOUT_PORTAL()                                                                                \
     SKIP_WITHOUT_MOCKS();                                                                                    \
@@ -34,7 +34,7 @@ protected:
     }
 
     void startDesktop(const std::string& parameters = "{}") {
-        desktop.emplace(mock(NORVANE_SOURCE_DIR "/platform/linux/portal_backend_mock.py", parameters),
+        desktop.emplace(mock(NORVANE_SOURCE_DIR "/tests/support/portal_backend_mock.py", parameters),
                         bus.variables());
         ASSERT_TRUE(bus.waitForName(backend)) << desktop->output();
         startPortal();

@@ -1,4 +1,4 @@
-#include "platform/linux/process_language.h"
+#include "platform/linux/desktop/process_language.h"
 
 #include <QLocale>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "platform/linux/status_notifier_item.h"
+#include "platform/linux/desktop/status_notifier_item.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -12,7 +12,7 @@
 #include <QtEndian>
 #include <utility>
 
-#include "platform/linux/activation_token.h"
+#include "platform/linux/desktop/activation_token.h"
 
 namespace norvane {
 

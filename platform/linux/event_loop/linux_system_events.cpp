@@ -1,4 +1,4 @@
-#include "platform/linux/linux_system_events.h"
+#include "platform/linux/event_loop/linux_system_events.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -8,7 +8,7 @@
 #include <sys/timerfd.h>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

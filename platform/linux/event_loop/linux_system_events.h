@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/appearance.h"
-#include "platform/linux/bus_link.h"
-#include "platform/linux/wake_detector.h"
+#include "platform/linux/bus/bus_link.h"
+#include "platform/linux/event_loop/wake_detector.h"
 #include "platform/system_events.h"
 
 namespace norvane {

@@ -1,11 +1,11 @@
-#include "platform/linux/linux_system_events.h"
+#include "platform/linux/event_loop/linux_system_events.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include "platform/linux/session_test.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

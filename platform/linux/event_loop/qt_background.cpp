@@ -1,10 +1,10 @@
-#include "platform/linux/qt_background.h"
+#include "platform/linux/event_loop/qt_background.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <utility>
 
-#include "platform/linux/alternate_signal_stack.h"
+#include "platform/linux/crashes/alternate_signal_stack.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/qt_timers.h"
+#include "platform/linux/event_loop/qt_timers.h"
 
 #include <QSocketNotifier>
 #include <algorithm>
@@ -7,7 +7,7 @@
 #include <sys/timerfd.h>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

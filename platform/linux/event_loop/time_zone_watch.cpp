@@ -1,4 +1,4 @@
-#include "platform/linux/time_zone_watch.h"
+#include "platform/linux/event_loop/time_zone_watch.h"
 
 #include <QSocketNotifier>
 #include <array>
@@ -7,7 +7,7 @@
 #include <unicode/timezone.h>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

@@ -1,12 +1,12 @@
-#include "platform/linux/time_zone_watch.h"
+#include "platform/linux/event_loop/time_zone_watch.h"
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <unicode/timezone.h>
 
-#include "platform/linux/icu_formats.h"
-#include "platform/linux/session_test.h"
+#include "platform/linux/time/icu_formats.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 #include <array>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "platform/linux/kept_user_defaults.h"
+#include "platform/linux/files/kept_user_defaults.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/user_defaults_file.h"
 
 namespace norvane {
 

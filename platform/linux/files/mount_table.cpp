@@ -1,4 +1,4 @@
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/small_file.h"
+#include "platform/linux/files/small_file.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/posix_services.h"
+#include "platform/linux/files/posix_services.h"
 
 #include <array>
 #include <cerrno>
@@ -12,9 +12,9 @@
 #include <sys/wait.h>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/mount_table.h"
-#include "platform/linux/volume_label.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/mount_table.h"
+#include "platform/linux/files/volume_label.h"
 
 namespace norvane {
 

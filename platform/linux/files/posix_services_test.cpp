@@ -1,4 +1,4 @@
-#include "platform/linux/posix_services.h"
+#include "platform/linux/files/posix_services.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -6,9 +6,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-#include "platform/linux/linux_tool_paths.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/volume_label.h"
+#include "platform/linux/files/volume_label.h"
+#include "platform/linux/time/system_clock.h"
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
@@ -83,17 +82,6 @@ TEST(PosixFileSystem, CallsAVolumeByItsLabel) {
     EXPECT_EQ(decodedLabel(R"(\x2g\x5cx20)"), R"(\x2g\x20)");
     EXPECT_EQ(PosixFileSystem(folder.path).displayName(folder.path), folder.path) << "no volume";
     EXPECT_NE(PosixFileSystem(folder.path).displayName("/"), "");
-}
-
-TEST(ToolPaths, TheSystemsToolsComeFirst) {
-    SimulatedFileSystem files;
-    EXPECT_EQ(chooseTools(files, "/opt/n/bin").tmutil, "/opt/n/libexec/norvane/tmutil");
-    files.paths = {"/usr/bin/defaults"};
-    EXPECT_EQ(chooseTools(files, "/opt/n/bin").defaults, "/opt/n/libexec/norvane/defaults")
-        << "somebody else's";
-    files.paths = {"/usr/bin/tmutil", "/usr/bin/defaults"};
-    EXPECT_EQ(chooseTools(files, "/opt/n/bin").tmutil, "/usr/bin/tmutil");
-    EXPECT_EQ(chooseTools(files, "/opt/n/bin").defaults, "/usr/bin/defaults");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "platform/linux/program_search.h"
+#include "platform/linux/files/program_search.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,7 +8,7 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/small_file.h"
+#include "platform/linux/files/small_file.h"
 
 #include <fcntl.h>
 
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

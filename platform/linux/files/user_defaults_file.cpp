@@ -1,4 +1,4 @@
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/user_defaults_file.h"
 
 #include <array>
 #include <cerrno>
@@ -17,9 +17,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/linux/user_folders.h"
-#include "platform/property_list_xml.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/user_folders.h"
+#include "platform/text/property_list_xml.h"
 
 namespace norvane {
 

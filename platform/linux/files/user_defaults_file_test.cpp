@@ -1,5 +1,5 @@
-#include "platform/linux/kept_user_defaults.h"
-#include "platform/linux/user_defaults_file.h"
+#include "platform/linux/files/kept_user_defaults.h"
+#include "platform/linux/files/user_defaults_file.h"
 
 #include <algorithm>
 #include <atomic>
@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/user_folders.h"
+#include "platform/linux/files/user_folders.h"
 
 namespace norvane {
 namespace {

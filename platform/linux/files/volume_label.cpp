@@ -1,4 +1,4 @@
-#include "platform/linux/volume_label.h"
+#include "platform/linux/files/volume_label.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "platform/linux/capture_devices.h"
+#include "platform/linux/measurements/capture_devices.h"
 
 #include <array>
 #include <glob.h>
@@ -7,8 +7,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/linux/own_processes.h"
-#include "platform/linux/small_file.h"
+#include "platform/linux/applications/own_processes.h"
+#include "platform/linux/files/small_file.h"
 
 namespace norvane {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
 

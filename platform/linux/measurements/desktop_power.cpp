@@ -1,12 +1,12 @@
-#include "platform/linux/desktop_power.h"
+#include "platform/linux/measurements/desktop_power.h"
 
 #include <chrono>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "platform/linux/power_supplies.h"
-#include "platform/linux/properties_question.h"
+#include "platform/linux/bus/properties_question.h"
+#include "platform/linux/measurements/power_supplies.h"
 
 namespace norvane {
 

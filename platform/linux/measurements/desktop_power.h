@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/condition_measurements.h"
-#include "platform/linux/bus_link.h"
+#include "platform/linux/bus/bus_link.h"
 
 namespace norvane {
 

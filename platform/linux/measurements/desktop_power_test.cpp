@@ -1,10 +1,10 @@
-#include "platform/linux/desktop_power.h"
+#include "platform/linux/measurements/desktop_power.h"
 
 #include <fstream>
 #include <map>
 
-#include "platform/linux/power_supplies.h"
-#include "platform/linux/session_test.h"
+#include "platform/linux/measurements/power_supplies.h"
+#include "tests/support/session_test.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/linux_measurements.h"
+#include "platform/linux/measurements/linux_measurements.h"
 
 #include <algorithm>
 #include <array>
@@ -7,10 +7,10 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/linux/capture_devices.h"
-#include "platform/linux/pipewire_media.h"
-#include "platform/linux/program_search.h"
-#include "platform/linux/pulse_recording.h"
+#include "platform/linux/files/program_search.h"
+#include "platform/linux/measurements/capture_devices.h"
+#include "platform/linux/measurements/pipewire_media.h"
+#include "platform/linux/measurements/pulse_recording.h"
 
 namespace norvane {
 

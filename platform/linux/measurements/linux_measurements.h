@@ -2,10 +2,10 @@
 #pragma once
 
 #include "platform/condition_measurements.h"
-#include "platform/linux/capture_devices.h"
-#include "platform/linux/desktop_entries.h"
-#include "platform/linux/desktop_power.h"
-#include "platform/linux/running_applications.h"
+#include "platform/linux/applications/desktop_entries.h"
+#include "platform/linux/applications/running_applications.h"
+#include "platform/linux/measurements/capture_devices.h"
+#include "platform/linux/measurements/desktop_power.h"
 
 namespace norvane {
 

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-#include "platform/linux/capture_devices.h"
-#include "platform/linux/pipewire_media.h"
-#include "platform/linux/pulse_recording.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/measurements/capture_devices.h"
+#include "platform/linux/measurements/pipewire_media.h"
+#include "platform/linux/measurements/pulse_recording.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

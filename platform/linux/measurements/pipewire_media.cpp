@@ -1,4 +1,4 @@
-#include "platform/linux/pipewire_media.h"
+#include "platform/linux/measurements/pipewire_media.h"
 
 #include <list>
 #include <memory>

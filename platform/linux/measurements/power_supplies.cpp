@@ -1,4 +1,4 @@
-#include "platform/linux/power_supplies.h"
+#include "platform/linux/measurements/power_supplies.h"
 
 #include <algorithm>
 #include <charconv>
@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/small_file.h"
+#include "platform/linux/files/small_file.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/pulse_recording.h"
+#include "platform/linux/measurements/pulse_recording.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "platform/linux/appcast.h"
+#include "platform/linux/network/appcast.h"
 
 #include <QUrl>
 #include <QVersionNumber>

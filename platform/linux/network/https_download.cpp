@@ -1,4 +1,4 @@
-#include "platform/linux/https_download.h"
+#include "platform/linux/network/https_download.h"
 
 #include <QNetworkReply>
 #include <QNetworkRequest>

@@ -1,9 +1,9 @@
-#include "platform/linux/https_update_service.h"
+#include "platform/linux/network/https_update_service.h"
 
 #include <QUrl>
 #include <utility>
 
-#include "platform/linux/appcast.h"
+#include "platform/linux/network/appcast.h"
 
 namespace norvane {
 

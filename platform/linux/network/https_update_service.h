@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/linux/https_download.h"
+#include "platform/linux/network/https_download.h"
 #include "platform/timers.h"
 #include "platform/update_service.h"
 #include "platform/user_defaults.h"

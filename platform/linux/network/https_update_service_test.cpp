@@ -1,4 +1,4 @@
-#include "platform/linux/https_update_service.h"
+#include "platform/linux/network/https_update_service.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -7,10 +7,10 @@
 #include <QSslSocket>
 #include <gtest/gtest.h>
 
-#include "platform/linux/appcast.h"
-#include "platform/linux/test_peers.h"
+#include "platform/linux/network/appcast.h"
 #include "platform/simulated/simulated_time.h"
 #include "platform/simulated/simulated_user_defaults.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

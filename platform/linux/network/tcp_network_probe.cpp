@@ -1,4 +1,4 @@
-#include "platform/linux/tcp_network_probe.h"
+#include "platform/linux/network/tcp_network_probe.h"
 
 #include <QDBusMessage>
 #include <QDeadlineTimer>

@@ -1,4 +1,4 @@
-#include "platform/linux/tcp_network_probe.h"
+#include "platform/linux/network/tcp_network_probe.h"
 
 #include <arpa/inet.h>
 #include <fstream>
@@ -10,7 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/linux/test_peers.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/child_command_runner.h"
+#include "platform/linux/processes/child_command_runner.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +12,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/linux/file_descriptor.h"
-#include "platform/utf8.h"
+#include "platform/linux/files/file_descriptor.h"
+#include "platform/text/utf8.h"
 
 namespace norvane {
 

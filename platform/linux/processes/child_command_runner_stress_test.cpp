@@ -12,7 +12,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "platform/linux/child_command_runner.h"
+#include "platform/linux/processes/child_command_runner.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/child_command_runner.h"
+#include "platform/linux/processes/child_command_runner.h"
 
 #include <chrono>
 #include <csignal>

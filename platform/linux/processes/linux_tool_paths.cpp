@@ -1,4 +1,4 @@
-#include "platform/linux/linux_tool_paths.h"
+#include "platform/linux/processes/linux_tool_paths.h"
 
 #include <array>
 #include <climits>

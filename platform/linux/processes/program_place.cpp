@@ -1,4 +1,4 @@
-#include "platform/linux/program_place.h"
+#include "platform/linux/processes/program_place.h"
 
 #include <array>
 #include <climits>
@@ -9,7 +9,7 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
-#include "platform/linux/mount_table.h"
+#include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 

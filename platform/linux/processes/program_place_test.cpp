@@ -1,4 +1,4 @@
-#include "platform/linux/program_place.h"
+#include "platform/linux/processes/program_place.h"
 
 #include <cstdlib>
 #include <filesystem>

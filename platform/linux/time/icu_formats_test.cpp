@@ -1,4 +1,4 @@
-#include "platform/linux/icu_formats.h"
+#include "platform/linux/time/icu_formats.h"
 
 #include <gtest/gtest.h>
 #include <unicode/locid.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/wake_detector.h"
+#include "platform/linux/event_loop/wake_detector.h"
 
 #include <QCoreApplication>
 #include <ctime>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/qt_timers.h"
+#include "platform/linux/event_loop/qt_timers.h"
 
 namespace norvane {
 namespace {

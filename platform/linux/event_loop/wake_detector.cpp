@@ -1,4 +1,4 @@
-#include "platform/linux/wake_detector.h"
+#include "platform/linux/event_loop/wake_detector.h"
 
 #include <ctime>
 #include <utility>
