@@ -8,8 +8,8 @@
 #include "platform/linux/desktop/portal_appearance.h"
 #include "platform/linux/files/user_defaults_file.h"
 #include "platform/linux/files/user_folders.h"
-#include "tests/support/english_texts.h"
 #include "ui/kit/alert_window.h"
+#include "ui/kit/english_texts.h"
 #include "ui/kit/theme_updater.h"
 
 namespace norvane {

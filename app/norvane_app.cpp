@@ -8,14 +8,8 @@
 
 #include "platform/language_override.h"
 #include "platform/linux/bus/bus_probe.h"
-#include "platform/linux/bus/desktop_portal.h"
-#include "platform/linux/desktop/autostart_file.h"
-#include "platform/linux/desktop/dbus_notifications.h"
-#include "platform/linux/desktop/portal_login_item.h"
-#include "platform/linux/desktop/portal_notifications.h"
 #include "platform/linux/desktop/process_language.h"
 #include "platform/linux/files/user_folders.h"
-#include "platform/linux/processes/program_place.h"
 
 namespace norvane {
 
@@ -33,18 +27,6 @@ std::string updateHost() {
 bool hasDisplay() { return QGuiApplication::platformName() != "offscreen"; }
 
 QDBusConnection openSystemBus(const QString& name) { return openBus(systemBusAddress(), name); }
-
-std::unique_ptr<Notifications> makeNotifications(BusLink& bus) {
-    if (insideFlatpak())
-        return std::make_unique<PortalNotifications>(bus);
-    return std::make_unique<DBusNotifications>(bus);
-}
-
-std::unique_ptr<LoginItem> makeLoginItem(UserDefaults& defaults, BusLink& bus) {
-    if (insideFlatpak())
-        return std::make_unique<PortalLoginItem>(bus, defaults, programPath());
-    return std::make_unique<AutostartFile>(AutostartFile::Folders::ofUser(), programPath());
-}
 
 ProgramFacts factsOf(const ProgramFolders& folders) {
     return {.version = NORVANE_VERSION,
@@ -74,9 +56,6 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       crashReporter_(defaults_, files_, clock_, emailComposer_, folders.crashReports(),
                      NORVANE_SUPPORT_ADDRESS),
       systemBus_(systemBusAddress()), sessionBus_(sessionBusAddress()),
-      // Outside of a sandbox the services themselves can be asked.
-      power_(systemBus_, insideFlatpak() ? &sessionBus_ : nullptr, "/sys/class/power_supply"),
-      notifications_(makeNotifications(sessionBus_)), loginItem_(makeLoginItem(defaults_, sessionBus_)),
       appearance_(QDBusConnection::sessionBus(), hasDisplay()),
       systemEvents_(systemBus_, wakeDetector_, appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
       controller_(services()), updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
@@ -85,7 +64,7 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
     trayItem_.onActivate([this](int x, int y) {
         panel_.toggleAt(x == 0 && y == 0 ? std::nullopt : std::optional(QPoint(x, y)));
     });
-    notifications_->onAnswer(answers());
+    notifications_.onAnswer(answers());
 }
 
 void NorvaneApp::reopened() {
@@ -115,7 +94,7 @@ ControllerServices NorvaneApp::services() {
             .tmUtil = tmUtil_,
             .files = files_,
             .measurements = measurements_,
-            .notifications = *notifications_,
+            .notifications = notifications_,
             .systemEvents = systemEvents_,
             .processActivity = processActivity_,
             .crashReporter = crashReporter_,
@@ -135,7 +114,7 @@ SettingsServices NorvaneApp::settingsServices() {
             .formats = formats_,
             .translator = texts_,
             .defaults = defaults_,
-            .loginItem = *loginItem_,
+            .loginItem = loginItem_,
             .updater = updater_,
             .applications = applications_,
             .log = logFile_,

@@ -9,6 +9,8 @@
 #include "controller/backup_controller.h"
 #include "platform/linux/applications/desktop_applications.h"
 #include "platform/linux/bus/bus_link.h"
+#include "platform/linux/desktop/autostart_file.h"
+#include "platform/linux/desktop/dbus_notifications.h"
 #include "platform/linux/desktop/desktop_email_composer.h"
 #include "platform/linux/desktop/desktop_workspace.h"
 #include "platform/linux/desktop/portal_appearance.h"
@@ -28,10 +30,11 @@
 #include "platform/linux/processes/child_command_runner.h"
 #include "platform/linux/processes/linux_process_activity.h"
 #include "platform/linux/processes/linux_tool_paths.h"
+#include "platform/linux/processes/program_place.h"
 #include "platform/linux/time/icu_formats.h"
 #include "platform/linux/time/system_clock.h"
-#include "tests/support/english_texts.h"
 #include "ui/health/health_window.h"
+#include "ui/kit/english_texts.h"
 #include "ui/kit/theme_updater.h"
 #include "ui/kit/ui_engine.h"
 #include "ui/local_snapshots/local_snapshots_window.h"
@@ -105,9 +108,9 @@ private:
     QtTimers timers_{[this] { wakeDetector_.lookAtClocks(); }};
     BusLink systemBus_;
     BusLink sessionBus_;
-    DesktopPower power_;
-    const std::unique_ptr<Notifications> notifications_;
-    const std::unique_ptr<LoginItem> loginItem_;
+    DesktopPower power_{systemBus_, "/sys/class/power_supply"};
+    DBusNotifications notifications_{sessionBus_};
+    AutostartFile loginItem_{AutostartFile::Folders::ofUser(), programPath()};
     PortalAppearance appearance_;
     LinuxSystemEvents systemEvents_;
     LinuxProcessActivity processActivity_;
@@ -132,7 +135,7 @@ private:
         uiEngine_, {background_, tmUtil_, files_, texts_, Calendar::current}, {clock_, timers_, formats_}};
     HealthWindow health_{uiEngine_, healthServices(), healthActions()};
     OnboardingWindow onboarding_{
-        uiEngine_, {controller_, timers_, tmUtil_, defaults_, *loginItem_, *notifications_, texts_}};
+        uiEngine_, {controller_, timers_, tmUtil_, defaults_, loginItem_, notifications_, texts_}};
     Panel panel_{
         uiEngine_,
         {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},

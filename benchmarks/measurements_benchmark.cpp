@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     const std::string destination = argv[2];
     BusLink bus(systemBusAddress());
-    DesktopPower power(bus, nullptr, "/sys/class/power_supply");
+    DesktopPower power(bus, "/sys/class/power_supply");
     const ChildCommandRunner runner;
     QtBackground background;
     DesktopEntries entries(background, runner, NORVANE_LIBEXEC_DIR "/desktop-entries");

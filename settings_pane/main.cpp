@@ -21,8 +21,8 @@
 #include "platform/linux/time/icu_formats.h"
 #include "settings_pane/pane_instance.h"
 #include "settings_pane/pane_window.h"
-#include "tests/support/english_texts.h"
 #include "timemachine_linux/settings/stored_backup_settings.h"
+#include "ui/kit/english_texts.h"
 #include "ui/kit/theme_updater.h"
 
 namespace {

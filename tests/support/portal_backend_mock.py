@@ -1,6 +1,5 @@
 """A desktop's side of xdg-desktop-portal, as a template for python-dbusmock: settings that are given as parameters
-("accent": [red, green, blue], "kdeAccent": text, "scheme": number), notifications, e-mails, and login items (granted unless
-"refuse" is set)."""
+("accent": [red, green, blue], "kdeAccent": text, "scheme": number), and e-mails."""
 import dbus
 
 BUS_NAME = 'org.freedesktop.impl.portal.desktop.mock'
@@ -23,11 +22,5 @@ def load(mock, parameters):
     mock.AddMethods(MAIN_IFACE, [('ReadAll', 'as', 'a{sa{sv}}', 'ret = self.settings'),
                                  ('Read', 'ss', 'v', 'ret = self.settings[args[0]][args[1]]')])
     mock.AddProperties(MAIN_IFACE, {'version': dbus.UInt32(1)})
-    mock.AddMethods('org.freedesktop.impl.portal.Notification', [('AddNotification', 'ssa{sv}', '', ''),
-                                                                 ('RemoveNotification', 'ss', '', '')])
     mock.AddMethods('org.freedesktop.impl.portal.Access', [('AccessDialog', 'osssssa{sv}', 'ua{sv}', 'ret = (0, {})')])
     mock.AddMethods('org.freedesktop.impl.portal.Email', [('ComposeEmail', 'ossa{sv}', 'ua{sv}', 'ret = (0, {})')])
-    granted = 'ret = False' if parameters.get('refuse') else 'ret = args[1]'
-    mock.AddMethods('org.freedesktop.impl.portal.Background',
-                    [('GetAppState', '', 'a{sv}', 'ret = {}'), ('EnableAutostart', 'sbasu', 'b', granted),
-                     ('NotifyBackground', 'oss', 'ua{sv}', 'ret = (0, {"result": dbus.UInt32(1)})')])

@@ -1,4 +1,4 @@
-// The desktop's colours through org.freedesktop.portal.Settings, inside and outside of a Flatpak.
+// The desktop's colours through org.freedesktop.portal.Settings.
 #pragma once
 
 #include <QDBusConnection>

@@ -30,8 +30,8 @@ std::optional<PowerState> sourceFromUPower(PropertiesQuestion& upower, Propertie
 
 } // namespace
 
-DesktopPower::DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder)
-    : systemBus_(systemBus), portalBus_(portalBus), powerSupplyFolder_(std::move(powerSupplyFolder)) {}
+DesktopPower::DesktopPower(BusLink& systemBus, std::string powerSupplyFolder)
+    : systemBus_(systemBus), powerSupplyFolder_(std::move(powerSupplyFolder)) {}
 
 PowerState DesktopPower::state() {
     const auto ask = [](BusLink& bus, const char* service, const char* path, const char* interface) {
@@ -48,14 +48,9 @@ PowerState DesktopPower::state() {
         ask(systemBus_, "net.hadess.PowerProfiles", "/net/hadess/PowerProfiles", "net.hadess.PowerProfiles"));
     profiles.push_back(ask(systemBus_, "org.freedesktop.UPower.PowerProfiles",
                            "/org/freedesktop/UPower/PowerProfiles", "org.freedesktop.UPower.PowerProfiles"));
-    std::optional<PropertiesQuestion> portal;
-    if (portalBus_)
-        portal = ask(*portalBus_, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                     "org.freedesktop.portal.PowerProfileMonitor");
 
     const auto told = sourceFromUPower(upower, battery);
     PowerState state = told ? *told : powerFromSupplies(powerSupplyFolder_);
-    state.lowPowerMode = portal && portal->get<bool>("power-saver-enabled").value_or(false);
     for (PropertiesQuestion& service : profiles)
         if (const auto active = service.get<QString>("ActiveProfile"))
             state.lowPowerMode = *active == "power-saver";

@@ -9,20 +9,18 @@
 namespace norvane {
 
 /// Power source: UPower (org.freedesktop.UPower 0.99), else the kernel's list of power supplies. Low Power
-/// Mode: the profile "power-saver" of power-profiles-daemon under its old or its new name, else what the
-/// desktop portal says (org.freedesktop.portal.PowerProfileMonitor). Main thread.
+/// Mode: the profile "power-saver" of power-profiles-daemon under its old or its new name.
+/// Main thread.
 class DesktopPower {
 public:
-    /// `portalBus`: the session bus, where this program runs in a sandbox; else null. `powerSupplyFolder`:
-    /// /sys/class/power_supply.
-    DesktopPower(BusLink& systemBus, BusLink* portalBus, std::string powerSupplyFolder);
+    /// `powerSupplyFolder`: /sys/class/power_supply.
+    DesktopPower(BusLink& systemBus, std::string powerSupplyFolder);
 
     /// Asks afresh. A service that does not answer within 60 milliseconds counts as one that is not there.
     [[nodiscard]] PowerState state();
 
 private:
     BusLink& systemBus_;
-    BusLink* const portalBus_;
     const std::string powerSupplyFolder_;
 };
 

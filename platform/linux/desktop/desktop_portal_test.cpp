@@ -5,9 +5,6 @@
 
 #include "platform/linux/desktop/desktop_email_composer.h"
 #include "platform/linux/desktop/portal_appearance.h"
-#include "platform/linux/desktop/portal_login_item.h"
-#include "platform/linux/desktop/portal_notifications.h"
-#include "platform/simulated/simulated_user_defaults.h"
 #include "tests/support/session_test.h"
 
 #define SKIP_WITHOUT_PORTAL()                                                                                \
@@ -28,8 +25,7 @@ protected:
     PortalTest() {
         std::ofstream(folder.path("mock.portal"))
             << "[portal]\nDBusName=" << backend << "\nUseIn=mock\nInterfaces="
-            << "org.freedesktop.impl.portal.Settings;org.freedesktop.impl.portal.Notification;"
-            << "org.freedesktop.impl.portal.Background;org.freedesktop.impl.portal.Access;"
+            << "org.freedesktop.impl.portal.Settings;org.freedesktop.impl.portal.Access;"
             << "org.freedesktop.impl.portal.Email;\n";
     }
 
@@ -108,72 +104,6 @@ TEST_F(PortalTest, ColoursComeFromTheFirstKeyThatHoldsOne) {
         return appearance.current() == AppearanceSettings{Rgb{0.25, 0.5, 1}, true};
     })) << "a portal that comes again is asked";
     EXPECT_EQ(changes, 9) << "nobody observes any more";
-}
-
-TEST_F(PortalTest, NotificationsAreReplacedByTheirMatterAndAnswered) {
-    SKIP_WITHOUT_PORTAL();
-    BusLink link(bus.address());
-    PortalNotifications notifications(link);
-    std::string opened;
-    int backupsRequested = 0;
-    notifications.onAnswer(
-        {[&](const std::string& matter) { opened += matter; }, [&] { ++backupsRequested; }});
-    notifications.post({"Lost", "there is no portal", "failure"});
-    startDesktop();
-    notifications.post({"Backup failed", "<Disk> & co", "failure", "Back Up Now"});
-    EXPECT_TRUE(soonPrinted(
-        *desktop,
-        R"(AddNotification "" "failure" {"body": "<Disk> & co", "buttons": [{"action": "back-up-now", )"
-        R"("label": "Back Up Now"}], "default-action": "open", "priority": "normal", )"
-        R"("title": "Backup failed"})"))
-        << desktop->output();
-    for (const char* const action : {"open", "back-up-now", "no such"})
-        desktopEmits("Notification", "ActionInvoked", "sssav",
-                     std::string("[<''>, <'failure'>, <'") + action + "'>, <@av []>]");
-    EXPECT_TRUE(soon([&] { return opened == "failure" && backupsRequested == 1; }));
-}
-
-TEST_F(PortalTest, TheLoginItemIsWhatThePortalGranted) {
-    SKIP_WITHOUT_PORTAL();
-    SimulatedUserDefaults defaults;
-    BusLink link(bus.address());
-    PortalLoginItem item(link, defaults, "norvane");
-    std::optional<std::string> error;
-    const auto answered = [&](bool enable) {
-        error.reset();
-        const auto done = [&](const std::string& text) { error = text; };
-        enable ? item.enable(done) : item.disable(done);
-        return soon([&] { return error.has_value(); });
-    };
-    EXPECT_TRUE(answered(true));
-    EXPECT_NE(*error, "") << "there is no portal";
-    EXPECT_FALSE(item.enabled());
-    startDesktop();
-    EXPECT_TRUE(answered(true));
-    EXPECT_EQ(*error, "");
-    EXPECT_TRUE(item.enabled());
-    EXPECT_NE(desktop->output().find(R"(EnableAutostart "" True ["norvane"])"), std::string::npos)
-        << desktop->output();
-    EXPECT_TRUE(answered(false));
-    EXPECT_EQ(*error, "");
-    EXPECT_FALSE(item.enabled());
-    portal.reset();
-    desktop.reset();
-    startDesktop(R"({"refuse": true})");
-    EXPECT_TRUE(answered(true));
-    EXPECT_EQ(*error, "The desktop did not allow it.");
-    EXPECT_FALSE(item.enabled());
-    portal->freeze();
-    error.reset();
-    item.enable([&](const std::string& text) { error = text; });
-    settle();
-    EXPECT_FALSE(error) << "the user may take long";
-    portal->end();
-    EXPECT_TRUE(soon([&] { return error.has_value(); }));
-    EXPECT_NE(*error, "");
-    bus.freeze();
-    EXPECT_TRUE(answered(true));
-    EXPECT_EQ(*error, "The desktop does not answer.");
 }
 
 class EmailTest : public PortalTest {
