@@ -135,16 +135,6 @@ struct WeekdayTimesRule {
 
 using ScheduleRule = std::variant<IntervalRule, DailyTimesRule, WeekdayTimesRule>;
 
-/// A calendar day on which an occurrence of a blackout window can have started.
-struct OccurrenceDay {
-    Instant within; ///< Some instant of the day.
-    Weekday weekday = Weekday::sunday;
-};
-
-/// The day before and the day of an instant: the same for every window, so find them once for many.
-using OccurrenceDays = std::array<std::optional<OccurrenceDay>, 2>;
-[[nodiscard]] OccurrenceDays occurrenceDays(Instant instant, const Calendar& calendar);
-
 /// A stretch of time, recurring weekly, in which no scheduled backup may start.
 struct BlackoutWindow {
     WeekdaySet days; ///< The weekdays on which an occurrence starts.
@@ -158,11 +148,6 @@ struct BlackoutWindow {
     /// latest; none when it lies in no occurrence. An occurrence lasts durationMinutes() of elapsed time;
     /// looked at are those that started on the instant's calendar day or on the day before.
     [[nodiscard]] std::optional<Instant> endOfOccurrenceContaining(Instant instant,
-                                                                   const Calendar& calendar) const;
-
-    /// The same, with the days of `instant` at hand.
-    [[nodiscard]] std::optional<Instant> endOfOccurrenceContaining(Instant instant,
-                                                                   const OccurrenceDays& startDays,
                                                                    const Calendar& calendar) const;
 
     bool operator==(const BlackoutWindow&) const = default;

@@ -81,10 +81,9 @@ std::optional<Instant> pushPastBlackouts(Instant instant, const std::vector<Blac
         return instant;
     Instant candidate = instant;
     for (int round = 0; round < maxRounds; ++round) {
-        const OccurrenceDays startDays = occurrenceDays(candidate, calendar);
         std::optional<Instant> latestEnd;
         for (const BlackoutWindow& window : blackouts)
-            latestEnd = std::max(latestEnd, window.endOfOccurrenceContaining(candidate, startDays, calendar));
+            latestEnd = std::max(latestEnd, window.endOfOccurrenceContaining(candidate, calendar));
         if (!latestEnd)
             return candidate;
         candidate = *latestEnd;

@@ -6,12 +6,13 @@
 
 #include <unistd.h>
 
+#include "platform/linux/time/system_clock.h"
 #include "timemachine_linux/defaults/defaults_command.h"
 
 namespace {
 
 std::string logHeader() {
-    const auto now = std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+    const auto now = std::chrono::floor<std::chrono::milliseconds>(norvane::SystemClock().now());
     const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
     std::tm local{};
     ::localtime_r(&seconds, &local);
