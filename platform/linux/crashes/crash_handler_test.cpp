@@ -127,7 +127,7 @@ TEST(CrashHandler, LeavesAReportAndTheExitStatus) {
             EXPECT_NE(report.find(told), std::string::npos) << told << " in\n" << report;
         EXPECT_NE(report.find("Version:   1.2.3\n"), std::string::npos);
         const std::string stack = report.substr(std::min(report.find("\nStack:\n"), report.size()));
-        EXPECT_NE(stack.find("\nplatform_linux_tests + 0x"), std::string::npos) << report;
+        EXPECT_NE(stack.find("\nlinux_crashes_tests + 0x"), std::string::npos) << report;
         EXPECT_NE(report.find("\nEvent log:\nline 981 about ~/x and /home/annabel\n"), std::string::npos)
             << report;
         EXPECT_NE(report.find("\nline 1000 "), std::string::npos);
