@@ -39,13 +39,13 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& variabl
     return all;
 }
 
+} // namespace
+
 std::string textOf(const std::string& path) {
     std::stringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();
 }
-
-} // namespace
 
 ScratchFolder::ScratchFolder() {
     path_ = std::filesystem::temp_directory_path() / "norvane-XXXXXX";

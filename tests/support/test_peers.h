@@ -11,6 +11,9 @@
 
 namespace norvane {
 
+/// The content of a file; empty when there is none.
+[[nodiscard]] std::string textOf(const std::string& path);
+
 /// A temporary folder, removed with everything in it.
 class ScratchFolder {
 public:

@@ -1,7 +1,6 @@
 #include <fstream>
 #include <functional>
 #include <optional>
-#include <sstream>
 
 #include "platform/linux/desktop/desktop_email_composer.h"
 #include "platform/linux/desktop/portal_appearance.h"
@@ -130,11 +129,7 @@ protected:
                           .attachment = report});
         return soon(arrived);
     }
-    [[nodiscard]] std::string handedOver() const {
-        std::stringstream text;
-        text << std::ifstream(folder.path("mail")).rdbuf();
-        return text.str();
-    }
+    [[nodiscard]] std::string handedOver() const { return textOf(folder.path("mail")); }
 
     const std::string report = folder.path("Norvane 1.ips");
 };

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include <unistd.h>
 
 #include "platform/linux/files/user_folders.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {
@@ -25,21 +25,6 @@ using namespace std::string_literals;
 
 class UserDefaultsFileTest : public testing::Test {
 protected:
-    UserDefaultsFileTest() {
-        std::string pattern = testing::TempDir() + "/settingsXXXXXX";
-        folder_ = ::mkdtemp(pattern.data());
-        path_ = folder_ + "/sub/domain.plist";
-    }
-    ~UserDefaultsFileTest() override {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
-    static std::string contentOf(const std::string& path) {
-        std::ostringstream content;
-        content << std::ifstream(path, std::ios::binary).rdbuf();
-        return content.str();
-    }
     static void write(const std::string& path, const std::string& content) {
         fs::create_directories(fs::path(path).parent_path());
         std::ofstream(path, std::ios::binary) << content;
@@ -52,8 +37,9 @@ protected:
         return names;
     }
 
-    std::string folder_;
-    std::string path_;
+    const ScratchFolder scratch_;
+    const std::string folder_ = scratch_.path();
+    const std::string path_ = folder_ + "/sub/domain.plist";
 };
 
 PropertyList integer(std::int64_t value) { return {value}; }
@@ -127,10 +113,10 @@ TEST_F(UserDefaultsFileTest, KeepsAnUnreadableFileAside) {
         EXPECT_EQ(store.all(), std::nullopt);
         EXPECT_EQ(store.object("a"), std::nullopt);
         store.remove("a");
-        EXPECT_EQ(contentOf(path_), content);
+        EXPECT_EQ(textOf(path_), content);
         store.set("a", integer(1));
         EXPECT_EQ(store.integer("a"), 1);
-        EXPECT_EQ(contentOf(path_ + ".unreadable"), content);
+        EXPECT_EQ(textOf(path_ + ".unreadable"), content);
     }
 }
 
