@@ -12,7 +12,7 @@
 
 #include "controller/condition_probes.h"
 #include "controller/controller_state.h"
-#include "controller/event_log.h"
+#include "controller/log/event_log.h"
 #include "diagnostics/crash_reporter.h"
 #include "platform/background.h"
 #include "platform/clock.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "controller/log_follower.h"
+#include "controller/log/log_follower.h"
 #include "ui/view_values.h"
 
 namespace norvane {
