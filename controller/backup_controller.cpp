@@ -175,17 +175,4 @@ void BackupController::announce(const std::string& event) {
     log(event);
 }
 
-std::unique_ptr<BackupController::Subscription> BackupController::subscribe(std::function<void()> observer) {
-    observers_.push_back(std::make_shared<Observer>(Observer{std::move(observer)}));
-    return std::make_unique<Subscription>(observers_.back());
-}
-
-void BackupController::notifyObservers() {
-    std::erase_if(observers_, [](const auto& observer) { return !observer->active; });
-    const auto observers = observers_; // any of them may come or go while one is told
-    for (const auto& observer : observers)
-        if (observer->active)
-            observer->notify();
-}
-
 } // namespace norvane

@@ -13,6 +13,7 @@
 #include "controller/condition_probes.h"
 #include "controller/controller_state.h"
 #include "controller/log/event_log.h"
+#include "controller/observers.h"
 #include "diagnostics/crash_reporter.h"
 #include "platform/background.h"
 #include "platform/clock.h"
@@ -77,9 +78,11 @@ public:
     [[nodiscard]] const ControllerState& state() const { return state_; }
 
     /// Destroying it ends the subscription, at any time, also after the controller.
-    class Subscription;
+    using Subscription = Observers::Subscription;
     /// Calls `observer` after every assignment to a published field, even of an equal value.
-    [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer);
+    [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer) {
+        return observers_.add(std::move(observer));
+    }
 
     /// Starts a backup now. `scheduled`: asked by a timer, so conditions may defer it; else by the user.
     void requestBackup(bool scheduled);
@@ -106,7 +109,6 @@ public:
 
 private:
     struct LaunchOutcome;
-    struct Observer;
 
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
@@ -168,15 +170,14 @@ private:
     template <class Value>
     void publish(Value ControllerState::*field, std::type_identity_t<Value> value) {
         state_.*field = std::move(value);
-        notifyObservers();
+        observers_.notify();
     }
-    void notifyObservers();
 
     const ControllerServices services_;
     SettingsStore store_;
     ConditionProbes probes_;
     ControllerState state_;
-    std::vector<std::shared_ptr<Observer>> observers_;
+    Observers observers_;
     const Instant launchGraceUntil_; // no backup fires before it
 
     // Timers, each replaced in one function.
@@ -215,22 +216,6 @@ private:
     std::unique_ptr<ProcessActivity::Token> activityToken_;
     std::unique_ptr<SystemEvents::Observation> systemObservation_;
     Lifetime lifetime_; // last: gone before anything that a late result could touch
-};
-
-struct BackupController::Observer {
-    std::function<void()> notify;
-    bool active = true;
-};
-
-class BackupController::Subscription {
-public:
-    explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) {}
-    ~Subscription() { observer_->active = false; }
-    Subscription(const Subscription&) = delete;
-    Subscription& operator=(const Subscription&) = delete;
-
-private:
-    const std::shared_ptr<Observer> observer_;
 };
 
 } // namespace norvane
