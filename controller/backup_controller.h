@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "controller/backup_run.h"
 #include "controller/condition_probes.h"
 #include "controller/controller_state.h"
 #include "controller/log/event_log.h"
@@ -108,8 +109,6 @@ public:
     void refreshAccent();
 
 private:
-    struct LaunchOutcome;
-
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
     void noteMissedBackup();
@@ -133,18 +132,15 @@ private:
     void setPolling(bool fast);
     void pollTick();
     void pollStatus();
-    [[nodiscard]] std::optional<std::string> preflightProblem() const;
-    void launchBackup();
-    void takeLaunchOutcome(const LaunchOutcome& outcome);
+    void launch();
     void failLaunch(const std::string& message);
     void applyStatus(TMStatus status);
     void backupStarted();
     void backupEnded();
     void checkNeverStarted();
     void checkProgress();
-    void checkStall();
     void beginVerification();
-    void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations);
+    void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations, Instant start);
     void finishBackup(bool verified);
     void recordFailure(const std::string& message);
     [[nodiscard]] bool destinationVanished() const;
@@ -153,6 +149,7 @@ private:
     void updateHealth();
     void assessHealthData(const HealthData& data);
     [[nodiscard]] bool shouldAlert(const std::string& key);
+    void postStallAlert();
     void postFailureAlert(const std::string& message, Instant retryAt);
 
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
@@ -198,17 +195,11 @@ private:
     std::optional<Instant> skipUntilAfter_;
     std::optional<Instant> catchUpAt_;
 
+    BackupRun run_;
     // The backup on its way.
-    std::uint64_t requests_ = 0;             // so far
-    bool dueBackupWithdrawn_ = false;        // since the last request
-    bool manualRequestLooks_ = false;        // for its disk
-    std::optional<Instant> awaitingStart_;   // requested then, not yet seen running
-    std::optional<Instant> backupStartedAt_; // first seen running; kept after the end
-    std::optional<Instant> stopRequestedAt_;
-    std::optional<Instant> verifyingStart_; // start of the backup being verified
-    std::int64_t verifyAttempts_ = 0;       // retries so far
-    std::optional<std::int64_t> lastProgressBytes_;
-    std::optional<Instant> lastProgressChangeAt_;
+    std::uint64_t requests_ = 0;           // so far
+    bool dueBackupWithdrawn_ = false;      // since the last request
+    bool manualRequestLooks_ = false;      // for its disk
     std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
 
     std::optional<DestinationFolder>

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "controller/backup_controller.h"
+#include "controller/launch.h"
 #include "controller/planning.h"
 
 namespace norvane {
@@ -100,18 +101,19 @@ void BackupController::requestBackup(bool scheduled) {
 
 void BackupController::startUnlessProblem(bool scheduled) {
     clearDeferral();
-    if (const auto problem = preflightProblem()) {
+    if (const LaunchProblem problem = preflightProblem(services_.files.homeVolumeAvailableBytes(),
+                                                       destinationVanished(), state_.destinationName)) {
         recordFailure(*problem);
         return;
     }
     announce(scheduled ? "Scheduled backup requested" : "Manual backup requested");
-    awaitingStart_ = now();
+    run_.request(now());
     retryFloor_.reset();
     fireTimer_.reset();
     publish(&ControllerState::nextFire, std::nullopt);
     publish(&ControllerState::deferredFrom, std::nullopt);
     setPolling(true);
-    launchBackup();
+    launch();
 }
 
 /// True: conditions forbid the backup and there is time to wait for better ones.

@@ -97,6 +97,16 @@ bool BackupController::shouldAlert(const std::string& key) {
 
 void BackupController::postAlert(const Notification& alert) { services_.notifications.post(alert); }
 
+void BackupController::postStallAlert() {
+    postAlert(
+        {translate("Backup appears stalled"),
+         translate(destinationVanished()
+                       ? "Your backup disk seems to have disconnected — no progress in a while."
+                       : "Time Machine hasn't made progress in a while. It may resume on its own, or your "
+                         "backup disk may have disconnected."),
+         "stall"});
+}
+
 void BackupController::postFailureAlert(const std::string& message, Instant retryAt) {
     const std::string retryTime = services_.formats.shortTime(retryAt);
     if (consecutiveFailures_ < criticalStreak)
