@@ -30,7 +30,7 @@ const char* rawValue(BackupHealth health) {
 BackupController::BackupController(ControllerServices services)
     : services_(std::move(services)), store_(services_.defaults),
       probes_(services_.measurements, services_.files),
-      launchGraceUntil_(plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)) {
+      bounds_{plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)} {
     state_.schedule = store_.schedule();
     state_.conditions = store_.conditions();
     log("——— Launched v" + (services_.version.empty() ? "dev" : services_.version) + " (pid " +
@@ -66,7 +66,7 @@ void BackupController::noteMissedBackup() {
     const std::optional<Instant> planned = store_.plannedFireDate();
     if (!planned || *planned > now())
         return;
-    catchUpAt_ = launchGraceUntil_;
+    bounds_.catchUpAt = bounds_.launchGraceUntil;
     log("Backup was missed while not running (planned " + logTimestamp(*planned) +
         ") — catching up after launch grace");
 }
@@ -150,13 +150,13 @@ void BackupController::handleWake() {
         // Disk and network are still on their way, and so may be a new time: neither a timer that falls due
         // nor a new plan may take the catch-up's place.
         fireTimer_.reset();
-        catchUpAt_ = catchUpFromNow();
+        bounds_.catchUpAt = catchUpFromNow();
     }
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
                  [this, sleptThrough, catchUpFromNow](const TMStatus& status) {
                      applyStatus(status);
-                     if ((sleptThrough && catchUpAt_) || (armedFor_ && *armedFor_ <= now())) {
-                         catchUpAt_ = catchUpFromNow();
+                     if ((sleptThrough && bounds_.catchUpAt) || (armedFor_ && *armedFor_ <= now())) {
+                         bounds_.catchUpAt = catchUpFromNow();
                          log("Woke past scheduled fire — catching up in " +
                              std::to_string(wakeCatchUpMinutes) + " min");
                      }

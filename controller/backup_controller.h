@@ -15,6 +15,7 @@
 #include "controller/controller_state.h"
 #include "controller/log/event_log.h"
 #include "controller/observers.h"
+#include "controller/planning.h"
 #include "diagnostics/crash_reporter.h"
 #include "platform/background.h"
 #include "platform/clock.h"
@@ -109,6 +110,11 @@ public:
     void refreshAccent();
 
 private:
+    /// A request that misses its disk waits until Time Machine has told where backups go now.
+    struct DiskLook {
+        bool scheduled;
+    };
+
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
     void noteMissedBackup();
@@ -125,8 +131,11 @@ private:
     void armFireTimer();
     bool deferIfBlocked();
     void startUnlessProblem(bool scheduled);
-    void clearDeferral();
-    void clearSkipAndCatchUp();
+    void dropPlan();
+    void withdrawDueBackup();
+    void setPause(std::optional<Instant> until);
+    void setSkip(std::optional<Instant> occurrence);
+    void clearCatchUp();
 
     // Following a backup (run_monitor.cpp).
     void setPolling(bool fast);
@@ -175,7 +184,12 @@ private:
     ConditionProbes probes_;
     ControllerState state_;
     Observers observers_;
-    const Instant launchGraceUntil_; // no backup fires before it
+    PlanBounds bounds_;
+    BackupRun run_;
+    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
+    std::optional<DestinationFolder>
+        destinationMountPoint_;          // of a local destination; none: network, or unknown
+    std::shared_ptr<DiskLook> diskLook_; // none: no request waits for it
 
     // Timers, each replaced in one function.
     std::unique_ptr<Timer> pollTimer_;
@@ -190,20 +204,6 @@ private:
     std::optional<Instant> lastTickAt_;
     std::int64_t slowTickCount_ = 0;
 
-    // Lower bounds of the plan.
-    std::optional<Instant> retryFloor_;
-    std::optional<Instant> skipUntilAfter_;
-    std::optional<Instant> catchUpAt_;
-
-    BackupRun run_;
-    // The backup on its way.
-    std::uint64_t requests_ = 0;           // so far
-    bool dueBackupWithdrawn_ = false;      // since the last request
-    bool manualRequestLooks_ = false;      // for its disk
-    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
-
-    std::optional<DestinationFolder>
-        destinationMountPoint_; // of a local destination; none: network, or unknown
     std::unique_ptr<ProcessActivity::Token> activityToken_;
     std::unique_ptr<SystemEvents::Observation> systemObservation_;
     Lifetime lifetime_; // last: gone before anything that a late result could touch

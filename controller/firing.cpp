@@ -4,7 +4,6 @@
 
 #include "controller/backup_controller.h"
 #include "controller/launch.h"
-#include "controller/planning.h"
 
 namespace norvane {
 
@@ -29,18 +28,10 @@ std::string withoutFraction(double number) {
 } // namespace
 
 void BackupController::reschedule() {
-    const Plan plan = planNextFire({.now = now(),
-                                    .launchGraceUntil = launchGraceUntil_,
-                                    .pausedUntil = state_.pausedUntil,
-                                    .retryFloor = retryFloor_,
-                                    .lastBackup = store_.lastBackupDate(),
-                                    .skipUntilAfter = skipUntilAfter_,
-                                    .catchUpAt = catchUpAt_},
-                                   state_.schedule, services_.calendar);
-    if (plan.skipExpired) {
-        skipUntilAfter_.reset();
-        publish(&ControllerState::skipArmed, false);
-    }
+    if (bounds_.skipIsOver(now()))
+        setSkip(std::nullopt);
+    const Plan plan =
+        planNextFire(bounds_, store_.lastBackupDate(), state_.schedule, services_.calendar, now());
     publish(&ControllerState::nextFire, plan.nextFire);
     publish(&ControllerState::deferredFrom, plan.deferredFrom);
     publish(&ControllerState::catchUpPending, plan.catchUp);
@@ -67,15 +58,22 @@ void BackupController::armFireTimer() {
     fireTimer_ = services_.timers.once(interval, tolerance, [this] { requestBackup(true); });
 }
 
+/// A backup takes the planned one's place. What is stored stays, so that a start after a crash makes up for
+/// it.
+void BackupController::dropPlan() {
+    fireTimer_.reset();
+    publish(&ControllerState::nextFire, std::nullopt);
+    publish(&ControllerState::deferredFrom, std::nullopt);
+}
+
 void BackupController::requestBackup(bool scheduled) {
-    if (scheduled && manualRequestLooks_)
-        return; // which comes to a backup, or tells why not
-    ++requests_;
-    dueBackupWithdrawn_ = false;
-    manualRequestLooks_ = false;
-    clearSkipAndCatchUp();
-    if (state_.status.running) {
-        clearDeferral();
+    if (scheduled && diskLook_ && !diskLook_->scheduled)
+        return; // that one comes to a backup, or tells why not
+    diskLook_.reset();
+    setSkip(std::nullopt);
+    clearCatchUp();
+    if (run_.running()) {
+        withdrawDueBackup();
         log(scheduled ? "Scheduled fire while a backup is already running — nothing to do"
                       : "Back Up Now ignored — already running");
         return;
@@ -85,22 +83,19 @@ void BackupController::requestBackup(bool scheduled) {
     if (!destinationVanished())
         return startUnlessProblem(scheduled);
     // Maybe another disk was chosen since. Until that is known the user may change the plan, or ask again.
-    manualRequestLooks_ = !scheduled;
-    relearnDestination([this, scheduled, request = requests_] {
-        if (request != requests_)
+    diskLook_ = std::make_shared<DiskLook>(DiskLook{scheduled});
+    relearnDestination([this, look = diskLook_] {
+        if (look != diskLook_)
             return; // overtaken
-        manualRequestLooks_ = false;
-        if (state_.status.running)
+        diskLook_.reset();
+        if (run_.running())
             return;
-        if (!scheduled)
-            startUnlessProblem(false);
-        else if (!dueBackupWithdrawn_)
-            destinationVanished() ? startUnlessProblem(true) : requestBackup(true);
+        look->scheduled && !destinationVanished() ? requestBackup(true) : startUnlessProblem(look->scheduled);
     });
 }
 
 void BackupController::startUnlessProblem(bool scheduled) {
-    clearDeferral();
+    withdrawDueBackup();
     if (const LaunchProblem problem = preflightProblem(services_.files.homeVolumeAvailableBytes(),
                                                        destinationVanished(), state_.destinationName)) {
         recordFailure(*problem);
@@ -108,10 +103,8 @@ void BackupController::startUnlessProblem(bool scheduled) {
     }
     announce(scheduled ? "Scheduled backup requested" : "Manual backup requested");
     run_.request(now());
-    retryFloor_.reset();
-    fireTimer_.reset();
-    publish(&ControllerState::nextFire, std::nullopt);
-    publish(&ControllerState::deferredFrom, std::nullopt);
+    bounds_.retryFloor.reset();
+    dropPlan();
     setPolling(true);
     launch();
 }
@@ -139,22 +132,32 @@ bool BackupController::deferIfBlocked() {
     return true;
 }
 
-void BackupController::clearDeferral() {
-    dueBackupWithdrawn_ = true;
+/// Neither the deferral nor a look for the disk leads to a scheduled backup any more.
+void BackupController::withdrawDueBackup() {
+    if (diskLook_ && diskLook_->scheduled)
+        diskLook_.reset();
     recheckTimer_.reset();
     publish(&ControllerState::deferral, std::nullopt);
 }
 
-void BackupController::clearSkipAndCatchUp() {
-    skipUntilAfter_.reset();
-    publish(&ControllerState::skipArmed, false);
-    catchUpAt_.reset();
+void BackupController::setPause(std::optional<Instant> until) {
+    bounds_.pausedUntil = until;
+    publish(&ControllerState::pausedUntil, until);
+}
+
+void BackupController::setSkip(std::optional<Instant> occurrence) {
+    bounds_.skipped = occurrence;
+    publish(&ControllerState::skipArmed, occurrence.has_value());
+}
+
+void BackupController::clearCatchUp() {
+    bounds_.catchUpAt.reset();
     publish(&ControllerState::catchUpPending, false);
 }
 
 void BackupController::pause(Instant until) {
-    clearDeferral();
-    publish(&ControllerState::pausedUntil, until);
+    withdrawDueBackup();
+    setPause(until);
     announce("Paused until " + services_.formats.dateAndTime(until));
     reschedule();
 }
@@ -165,7 +168,7 @@ void BackupController::pauseUntilTomorrow() {
 }
 
 void BackupController::resume() {
-    publish(&ControllerState::pausedUntil, std::nullopt);
+    setPause(std::nullopt);
     announce("Schedule resumed");
     reschedule();
 }
@@ -174,11 +177,9 @@ void BackupController::skipNext() {
     const std::optional<Instant> next = state_.nextFire;
     if (!next)
         return;
-    clearDeferral();
-    catchUpAt_.reset();
-    publish(&ControllerState::catchUpPending, false);
-    skipUntilAfter_ = next;
-    publish(&ControllerState::skipArmed, true);
+    withdrawDueBackup();
+    clearCatchUp();
+    setSkip(next);
     announce("Skipping the " + services_.formats.shortTime(*next) + " backup");
     reschedule();
 }
@@ -186,7 +187,7 @@ void BackupController::skipNext() {
 void BackupController::dismissDeferral() {
     if (!state_.deferral)
         return;
-    clearDeferral();
+    withdrawDueBackup();
     announce("Deferred backup dismissed");
     reschedule();
 }
@@ -196,7 +197,7 @@ void BackupController::setSchedule(const Schedule& schedule) {
         return;
     store_.setSchedule(schedule);
     publish(&ControllerState::schedule, schedule);
-    clearDeferral();
+    withdrawDueBackup();
     reschedule();
 }
 

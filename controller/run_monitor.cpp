@@ -4,7 +4,6 @@
 
 #include "controller/backup_controller.h"
 #include "controller/launch.h"
-#include "controller/planning.h"
 #include "controller/verification.h"
 
 namespace norvane {
@@ -47,8 +46,8 @@ void BackupController::pollTick() {
         relearnDestination([] {});
         refreshHealthData();
     }
-    if (state_.pausedUntil && *state_.pausedUntil <= current) {
-        publish(&ControllerState::pausedUntil, std::nullopt);
+    if (bounds_.pausedUntil && *bounds_.pausedUntil <= current) {
+        setPause(std::nullopt);
         announce("Pause ended");
         reschedule();
     }
@@ -109,15 +108,12 @@ void BackupController::applyStatus(TMStatus status) {
 /// Requested here or started by Time Machine itself: both are followed to the end.
 void BackupController::backupStarted() {
     run_.start(now());
-    catchUpAt_.reset();
-    publish(&ControllerState::catchUpPending, false);
-    clearDeferral();
+    clearCatchUp();
+    withdrawDueBackup();
     publish(&ControllerState::stalled, false);
     announce("Backup started");
     setPolling(true);
-    fireTimer_.reset();
-    publish(&ControllerState::nextFire, std::nullopt);
-    publish(&ControllerState::deferredFrom, std::nullopt);
+    dropPlan();
 }
 
 void BackupController::backupEnded() {
@@ -202,8 +198,8 @@ void BackupController::recordFailure(const std::string& message) {
         std::numeric_limits<std::int64_t>::max()) // the stored streak may be any number
         ++consecutiveFailures_;
     store_.setFailureStreak(consecutiveFailures_);
-    retryFloor_ = plusSeconds(now(), retryDelaySeconds(consecutiveFailures_));
-    postFailureAlert(message, *retryFloor_);
+    bounds_.retryFloor = plusSeconds(now(), retryDelaySeconds(consecutiveFailures_));
+    postFailureAlert(message, *bounds_.retryFloor);
     updateHealth();
     reschedule();
 }
