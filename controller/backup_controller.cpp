@@ -1,4 +1,4 @@
-// Start-up, system events and the publishing of state.
+// Start-up, system events, and what is asked for from time to time.
 #include "controller/backup_controller.h"
 
 #include <utility>
@@ -15,21 +15,10 @@ BackupController* liveController = nullptr;
 
 } // namespace
 
-const char* rawValue(BackupHealth health) {
-    switch (health) {
-    case BackupHealth::ok:
-        return "ok";
-    case BackupHealth::stale:
-        return "stale";
-    case BackupHealth::critical:
-        return "critical";
-    }
-    return "ok";
-}
-
 BackupController::BackupController(ControllerServices services)
     : services_(std::move(services)), store_(services_.defaults),
       probes_(services_.measurements, services_.files),
+      alerts_(services_.translator, services_.formats, services_.defaults),
       bounds_{plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)} {
     state_.schedule = store_.schedule();
     state_.conditions = store_.conditions();
@@ -90,11 +79,7 @@ void BackupController::checkCrashReports() {
                          const std::string& newest = reports.back();
                          publish(&ControllerState::pendingCrashReport, newest);
                          log("Crash log from a previous run found: " + newest.substr(newest.rfind('/') + 1));
-                         postAlert(
-                             {translate("Norvane crashed last time"),
-                              translate("Open the menu to send the crash report — or ignore this and it "
-                                        "won't be sent."),
-                              "crash"});
+                         postAlert(alerts_.crashed());
                      }
                      checkStatus();
                  });
@@ -143,6 +128,30 @@ void BackupController::refreshAutoBackupFlag() {
                  [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });
 }
 
+void BackupController::refreshHealthData() {
+    inBackground([&tmUtil = services_.tmUtil, &files = services_.files,
+                  &clock = services_.clock] { return HealthData::load(tmUtil, files, clock); },
+                 [this](const HealthData& data) {
+                     publish(&ControllerState::healthData, data);
+                     for (const Notification& warning : alerts_.warnings(data, run_.running(), now()))
+                         if (alerts_.mayWarn(warning.matter, now()))
+                             postAlert(warning);
+                 });
+}
+
+void BackupController::updateHealth() {
+    const std::optional<Instant> last = state_.lastBackupDate;
+    const BackupHealth health = healthOf(last, consecutiveFailures_, now());
+    if (health == state_.health)
+        return;
+    publish(&ControllerState::health, health);
+    const std::string success =
+        last ? std::to_string(static_cast<std::int64_t>(secondsBetween(*last, now()) / 3600)) + "h ago"
+             : "unknown"; // a store that keeps nothing
+    log(std::string("Backup health: ") + rawValue(health) + " (last success " + success +
+        ", failure streak " + std::to_string(consecutiveFailures_) + ")");
+}
+
 void BackupController::handleWake() {
     const auto catchUpFromNow = [this] { return plusSeconds(now(), wakeCatchUpMinutes * 60); };
     const bool sleptThrough = armedFor_ && *armedFor_ <= now();
@@ -167,6 +176,8 @@ void BackupController::handleWake() {
 void BackupController::clearPendingCrashReport() {
     publish(&ControllerState::pendingCrashReport, std::nullopt);
 }
+
+void BackupController::postAlert(const Notification& alert) { services_.notifications.post(alert); }
 
 void BackupController::refreshAccent() { publish(&ControllerState::accentEpoch, state_.accentEpoch + 1); }
 

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "controller/alerts.h"
 #include "controller/backup_run.h"
 #include "controller/condition_probes.h"
 #include "controller/controller_state.h"
@@ -123,6 +124,7 @@ private:
     void checkCrashReports();
     void checkStatus();
     void handleWake();
+    void updateHealth();
     void relearnDestination(std::function<void()> learned);
     void takeDestination(const TMUtil::DestinationSummary& summary);
 
@@ -154,20 +156,10 @@ private:
     void recordFailure(const std::string& message);
     [[nodiscard]] bool destinationVanished() const;
 
-    // Health and alerts (health.cpp).
-    void updateHealth();
-    void assessHealthData(const HealthData& data);
-    [[nodiscard]] bool shouldAlert(const std::string& key);
-    void postStallAlert();
-    void postFailureAlert(const std::string& message, Instant retryAt);
-
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
     void log(const std::string& message) const { services_.eventLog.log(message); }
     /// An event that the user cares about: shown and logged.
     void announce(const std::string& event);
-    [[nodiscard]] std::string translate(std::string_view text) const {
-        return services_.translator.translate(text);
-    }
     /// Runs `work` off the main thread and delivers its result while this controller lives.
     template <class Work, class Deliver>
     void inBackground(Work work, Deliver deliver) {
@@ -182,6 +174,7 @@ private:
     const ControllerServices services_;
     SettingsStore store_;
     ConditionProbes probes_;
+    Alerts alerts_;
     ControllerState state_;
     Observers observers_;
     PlanBounds bounds_;

@@ -144,7 +144,7 @@ void BackupController::checkProgress() {
         publish(&ControllerState::stalled, true);
         announce("Backup appears stalled — no progress in " + std::to_string(BackupRun::stallMinutes) +
                  " min");
-        postStallAlert();
+        postAlert(alerts_.stalled(destinationVanished()));
         break;
     case BackupRun::CopyNews::resumed:
         publish(&ControllerState::stalled, false);
@@ -199,7 +199,7 @@ void BackupController::recordFailure(const std::string& message) {
         ++consecutiveFailures_;
     store_.setFailureStreak(consecutiveFailures_);
     bounds_.retryFloor = plusSeconds(now(), retryDelaySeconds(consecutiveFailures_));
-    postFailureAlert(message, *bounds_.retryFloor);
+    postAlert(alerts_.failed(message, consecutiveFailures_, *bounds_.retryFloor));
     updateHealth();
     reschedule();
 }
