@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "controller/backup_controller.h"
+#include "controller/deferral.h"
 #include "controller/launch.h"
 
 namespace norvane {
@@ -111,23 +112,18 @@ void BackupController::startUnlessProblem(bool scheduled) {
 
 /// True: conditions forbid the backup and there is time to wait for better ones.
 bool BackupController::deferIfBlocked() {
-    const ConditionsConfig& conditions = state_.conditions;
-    const std::vector<std::string> reasons = probes_.deferralReasons(conditions, destinationMountPoint_);
+    const auto reasons = probes_.deferralReasons(state_.conditions, destinationMountPoint_);
     if (reasons.empty())
         return false;
-    const Instant current = now();
-    const Instant originalDue = state_.deferral ? state_.deferral->originalDue : current;
-    const Instant forceAt = plusSeconds(originalDue, conditions.maxDeferralHours * 3600);
-    if (current >= forceAt) {
-        log("Max deferral reached (" + withoutFraction(conditions.maxDeferralHours) +
+    const auto wait = deferral(state_.deferral, reasons, state_.conditions, now());
+    if (!wait) {
+        log("Max deferral reached (" + withoutFraction(state_.conditions.maxDeferralHours) +
             "h) — backing up despite: " + joined(reasons));
         return false;
     }
-    const Instant recheck = plusSeconds(current, static_cast<double>(conditions.recheckMinutes) * 60);
-    const Instant nextCheck = std::min(recheck, forceAt);
-    publish(&ControllerState::deferral, DeferralInfo{reasons, originalDue, forceAt, nextCheck});
+    publish(&ControllerState::deferral, wait);
     announce("Waiting " + joined(reasons));
-    const double interval = std::max(secondsBetween(current, nextCheck), minimumTimerSeconds);
+    const double interval = std::max(secondsBetween(now(), wait->nextCheck), minimumTimerSeconds);
     recheckTimer_ = services_.timers.once(interval, 0, [this] { requestBackup(true); });
     return true;
 }
