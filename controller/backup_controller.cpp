@@ -1,4 +1,4 @@
-// Start-up, system events and the publishing of state.
+// Start-up, system events, and what is asked for from time to time.
 #include "controller/backup_controller.h"
 
 #include <utility>
@@ -15,22 +15,11 @@ BackupController* liveController = nullptr;
 
 } // namespace
 
-const char* rawValue(BackupHealth health) {
-    switch (health) {
-    case BackupHealth::ok:
-        return "ok";
-    case BackupHealth::stale:
-        return "stale";
-    case BackupHealth::critical:
-        return "critical";
-    }
-    return "ok";
-}
-
 BackupController::BackupController(ControllerServices services)
     : services_(std::move(services)), store_(services_.defaults),
       probes_(services_.measurements, services_.files),
-      launchGraceUntil_(plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)) {
+      alerts_(services_.translator, services_.formats, services_.defaults),
+      bounds_{plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)} {
     state_.schedule = store_.schedule();
     state_.conditions = store_.conditions();
     log("——— Launched v" + (services_.version.empty() ? "dev" : services_.version) + " (pid " +
@@ -66,7 +55,7 @@ void BackupController::noteMissedBackup() {
     const std::optional<Instant> planned = store_.plannedFireDate();
     if (!planned || *planned > now())
         return;
-    catchUpAt_ = launchGraceUntil_;
+    bounds_.catchUpAt = bounds_.launchGraceUntil;
     log("Backup was missed while not running (planned " + logTimestamp(*planned) +
         ") — catching up after launch grace");
 }
@@ -90,11 +79,7 @@ void BackupController::checkCrashReports() {
                          const std::string& newest = reports.back();
                          publish(&ControllerState::pendingCrashReport, newest);
                          log("Crash log from a previous run found: " + newest.substr(newest.rfind('/') + 1));
-                         postAlert(
-                             {translate("Norvane crashed last time"),
-                              translate("Open the menu to send the crash report — or ignore this and it "
-                                        "won't be sent."),
-                              "crash"});
+                         postAlert(alerts_.crashed());
                      }
                      checkStatus();
                  });
@@ -143,6 +128,30 @@ void BackupController::refreshAutoBackupFlag() {
                  [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });
 }
 
+void BackupController::refreshHealthData() {
+    inBackground([&tmUtil = services_.tmUtil, &files = services_.files,
+                  &clock = services_.clock] { return HealthData::load(tmUtil, files, clock); },
+                 [this](const HealthData& data) {
+                     publish(&ControllerState::healthData, data);
+                     for (const Notification& warning : alerts_.warnings(data, run_.running(), now()))
+                         if (alerts_.mayWarn(warning.matter, now()))
+                             postAlert(warning);
+                 });
+}
+
+void BackupController::updateHealth() {
+    const std::optional<Instant> last = state_.lastBackupDate;
+    const BackupHealth health = healthOf(last, consecutiveFailures_, now());
+    if (health == state_.health)
+        return;
+    publish(&ControllerState::health, health);
+    const std::string success =
+        last ? std::to_string(static_cast<std::int64_t>(secondsBetween(*last, now()) / 3600)) + "h ago"
+             : "unknown"; // a store that keeps nothing
+    log(std::string("Backup health: ") + rawValue(health) + " (last success " + success +
+        ", failure streak " + std::to_string(consecutiveFailures_) + ")");
+}
+
 void BackupController::handleWake() {
     const auto catchUpFromNow = [this] { return plusSeconds(now(), wakeCatchUpMinutes * 60); };
     const bool sleptThrough = armedFor_ && *armedFor_ <= now();
@@ -150,13 +159,13 @@ void BackupController::handleWake() {
         // Disk and network are still on their way, and so may be a new time: neither a timer that falls due
         // nor a new plan may take the catch-up's place.
         fireTimer_.reset();
-        catchUpAt_ = catchUpFromNow();
+        bounds_.catchUpAt = catchUpFromNow();
     }
     inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
                  [this, sleptThrough, catchUpFromNow](const TMStatus& status) {
                      applyStatus(status);
-                     if ((sleptThrough && catchUpAt_) || (armedFor_ && *armedFor_ <= now())) {
-                         catchUpAt_ = catchUpFromNow();
+                     if ((sleptThrough && bounds_.catchUpAt) || (armedFor_ && *armedFor_ <= now())) {
+                         bounds_.catchUpAt = catchUpFromNow();
                          log("Woke past scheduled fire — catching up in " +
                              std::to_string(wakeCatchUpMinutes) + " min");
                      }
@@ -168,24 +177,13 @@ void BackupController::clearPendingCrashReport() {
     publish(&ControllerState::pendingCrashReport, std::nullopt);
 }
 
+void BackupController::postAlert(const Notification& alert) { services_.notifications.post(alert); }
+
 void BackupController::refreshAccent() { publish(&ControllerState::accentEpoch, state_.accentEpoch + 1); }
 
 void BackupController::announce(const std::string& event) {
     publish(&ControllerState::lastEvent, event);
     log(event);
-}
-
-std::unique_ptr<BackupController::Subscription> BackupController::subscribe(std::function<void()> observer) {
-    observers_.push_back(std::make_shared<Observer>(Observer{std::move(observer)}));
-    return std::make_unique<Subscription>(observers_.back());
-}
-
-void BackupController::notifyObservers() {
-    std::erase_if(observers_, [](const auto& observer) { return !observer->active; });
-    const auto observers = observers_; // any of them may come or go while one is told
-    for (const auto& observer : observers)
-        if (observer->active)
-            observer->notify();
 }
 
 } // namespace norvane

@@ -10,9 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "controller/alerts.h"
+#include "controller/backup_run.h"
 #include "controller/condition_probes.h"
 #include "controller/controller_state.h"
-#include "controller/event_log.h"
+#include "controller/log/event_log.h"
+#include "controller/observers.h"
+#include "controller/planning.h"
 #include "diagnostics/crash_reporter.h"
 #include "platform/background.h"
 #include "platform/clock.h"
@@ -77,9 +81,11 @@ public:
     [[nodiscard]] const ControllerState& state() const { return state_; }
 
     /// Destroying it ends the subscription, at any time, also after the controller.
-    class Subscription;
+    using Subscription = Observers::Subscription;
     /// Calls `observer` after every assignment to a published field, even of an equal value.
-    [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer);
+    [[nodiscard]] std::unique_ptr<Subscription> subscribe(std::function<void()> observer) {
+        return observers_.add(std::move(observer));
+    }
 
     /// Starts a backup now. `scheduled`: asked by a timer, so conditions may defer it; else by the user.
     void requestBackup(bool scheduled);
@@ -105,8 +111,10 @@ public:
     void refreshAccent();
 
 private:
-    struct LaunchOutcome;
-    struct Observer;
+    /// A request that misses its disk waits until Time Machine has told where backups go now.
+    struct DiskLook {
+        bool scheduled;
+    };
 
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
@@ -116,6 +124,7 @@ private:
     void checkCrashReports();
     void checkStatus();
     void handleWake();
+    void updateHealth();
     void relearnDestination(std::function<void()> learned);
     void takeDestination(const TMUtil::DestinationSummary& summary);
 
@@ -124,42 +133,33 @@ private:
     void armFireTimer();
     bool deferIfBlocked();
     void startUnlessProblem(bool scheduled);
-    void clearDeferral();
-    void clearSkipAndCatchUp();
+    void dropPlan();
+    void withdrawDueBackup();
+    void setPause(std::optional<Instant> until);
+    void setSkip(std::optional<Instant> occurrence);
+    void clearCatchUp();
 
     // Following a backup (run_monitor.cpp).
     void setPolling(bool fast);
     void pollTick();
     void pollStatus();
-    [[nodiscard]] std::optional<std::string> preflightProblem() const;
-    void launchBackup();
-    void takeLaunchOutcome(const LaunchOutcome& outcome);
+    void launch();
     void failLaunch(const std::string& message);
     void applyStatus(TMStatus status);
     void backupStarted();
     void backupEnded();
     void checkNeverStarted();
     void checkProgress();
-    void checkStall();
     void beginVerification();
-    void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations);
+    void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations, Instant start);
     void finishBackup(bool verified);
     void recordFailure(const std::string& message);
     [[nodiscard]] bool destinationVanished() const;
-
-    // Health and alerts (health.cpp).
-    void updateHealth();
-    void assessHealthData(const HealthData& data);
-    [[nodiscard]] bool shouldAlert(const std::string& key);
-    void postFailureAlert(const std::string& message, Instant retryAt);
 
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
     void log(const std::string& message) const { services_.eventLog.log(message); }
     /// An event that the user cares about: shown and logged.
     void announce(const std::string& event);
-    [[nodiscard]] std::string translate(std::string_view text) const {
-        return services_.translator.translate(text);
-    }
     /// Runs `work` off the main thread and delivers its result while this controller lives.
     template <class Work, class Deliver>
     void inBackground(Work work, Deliver deliver) {
@@ -168,16 +168,21 @@ private:
     template <class Value>
     void publish(Value ControllerState::*field, std::type_identity_t<Value> value) {
         state_.*field = std::move(value);
-        notifyObservers();
+        observers_.notify();
     }
-    void notifyObservers();
 
     const ControllerServices services_;
     SettingsStore store_;
     ConditionProbes probes_;
+    Alerts alerts_;
     ControllerState state_;
-    std::vector<std::shared_ptr<Observer>> observers_;
-    const Instant launchGraceUntil_; // no backup fires before it
+    Observers observers_;
+    PlanBounds bounds_;
+    BackupRun run_;
+    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
+    std::optional<DestinationFolder>
+        destinationMountPoint_;          // of a local destination; none: network, or unknown
+    std::shared_ptr<DiskLook> diskLook_; // none: no request waits for it
 
     // Timers, each replaced in one function.
     std::unique_ptr<Timer> pollTimer_;
@@ -192,45 +197,9 @@ private:
     std::optional<Instant> lastTickAt_;
     std::int64_t slowTickCount_ = 0;
 
-    // Lower bounds of the plan.
-    std::optional<Instant> retryFloor_;
-    std::optional<Instant> skipUntilAfter_;
-    std::optional<Instant> catchUpAt_;
-
-    // The backup on its way.
-    std::uint64_t requests_ = 0;             // so far
-    bool dueBackupWithdrawn_ = false;        // since the last request
-    bool manualRequestLooks_ = false;        // for its disk
-    std::optional<Instant> awaitingStart_;   // requested then, not yet seen running
-    std::optional<Instant> backupStartedAt_; // first seen running; kept after the end
-    std::optional<Instant> stopRequestedAt_;
-    std::optional<Instant> verifyingStart_; // start of the backup being verified
-    std::int64_t verifyAttempts_ = 0;       // retries so far
-    std::optional<std::int64_t> lastProgressBytes_;
-    std::optional<Instant> lastProgressChangeAt_;
-    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
-
-    std::optional<DestinationFolder>
-        destinationMountPoint_; // of a local destination; none: network, or unknown
     std::unique_ptr<ProcessActivity::Token> activityToken_;
     std::unique_ptr<SystemEvents::Observation> systemObservation_;
     Lifetime lifetime_; // last: gone before anything that a late result could touch
-};
-
-struct BackupController::Observer {
-    std::function<void()> notify;
-    bool active = true;
-};
-
-class BackupController::Subscription {
-public:
-    explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) {}
-    ~Subscription() { observer_->active = false; }
-    Subscription(const Subscription&) = delete;
-    Subscription& operator=(const Subscription&) = delete;
-
-private:
-    const std::shared_ptr<Observer> observer_;
 };
 
 } // namespace norvane

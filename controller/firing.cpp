@@ -3,7 +3,8 @@
 #include <cmath>
 
 #include "controller/backup_controller.h"
-#include "controller/planning.h"
+#include "controller/deferral.h"
+#include "controller/launch.h"
 
 namespace norvane {
 
@@ -28,18 +29,10 @@ std::string withoutFraction(double number) {
 } // namespace
 
 void BackupController::reschedule() {
-    const Plan plan = planNextFire({.now = now(),
-                                    .launchGraceUntil = launchGraceUntil_,
-                                    .pausedUntil = state_.pausedUntil,
-                                    .retryFloor = retryFloor_,
-                                    .lastBackup = store_.lastBackupDate(),
-                                    .skipUntilAfter = skipUntilAfter_,
-                                    .catchUpAt = catchUpAt_},
-                                   state_.schedule, services_.calendar);
-    if (plan.skipExpired) {
-        skipUntilAfter_.reset();
-        publish(&ControllerState::skipArmed, false);
-    }
+    if (bounds_.skipIsOver(now()))
+        setSkip(std::nullopt);
+    const Plan plan =
+        planNextFire(bounds_, store_.lastBackupDate(), state_.schedule, services_.calendar, now());
     publish(&ControllerState::nextFire, plan.nextFire);
     publish(&ControllerState::deferredFrom, plan.deferredFrom);
     publish(&ControllerState::catchUpPending, plan.catchUp);
@@ -66,15 +59,22 @@ void BackupController::armFireTimer() {
     fireTimer_ = services_.timers.once(interval, tolerance, [this] { requestBackup(true); });
 }
 
+/// A backup takes the planned one's place. What is stored stays, so that a start after a crash makes up for
+/// it.
+void BackupController::dropPlan() {
+    fireTimer_.reset();
+    publish(&ControllerState::nextFire, std::nullopt);
+    publish(&ControllerState::deferredFrom, std::nullopt);
+}
+
 void BackupController::requestBackup(bool scheduled) {
-    if (scheduled && manualRequestLooks_)
-        return; // which comes to a backup, or tells why not
-    ++requests_;
-    dueBackupWithdrawn_ = false;
-    manualRequestLooks_ = false;
-    clearSkipAndCatchUp();
-    if (state_.status.running) {
-        clearDeferral();
+    if (scheduled && diskLook_ && !diskLook_->scheduled)
+        return; // that one comes to a backup, or tells why not
+    diskLook_.reset();
+    setSkip(std::nullopt);
+    clearCatchUp();
+    if (run_.running()) {
+        withdrawDueBackup();
         log(scheduled ? "Scheduled fire while a backup is already running — nothing to do"
                       : "Back Up Now ignored — already running");
         return;
@@ -84,75 +84,76 @@ void BackupController::requestBackup(bool scheduled) {
     if (!destinationVanished())
         return startUnlessProblem(scheduled);
     // Maybe another disk was chosen since. Until that is known the user may change the plan, or ask again.
-    manualRequestLooks_ = !scheduled;
-    relearnDestination([this, scheduled, request = requests_] {
-        if (request != requests_)
+    diskLook_ = std::make_shared<DiskLook>(DiskLook{scheduled});
+    relearnDestination([this, look = diskLook_] {
+        if (look != diskLook_)
             return; // overtaken
-        manualRequestLooks_ = false;
-        if (state_.status.running)
+        diskLook_.reset();
+        if (run_.running())
             return;
-        if (!scheduled)
-            startUnlessProblem(false);
-        else if (!dueBackupWithdrawn_)
-            destinationVanished() ? startUnlessProblem(true) : requestBackup(true);
+        look->scheduled && !destinationVanished() ? requestBackup(true) : startUnlessProblem(look->scheduled);
     });
 }
 
 void BackupController::startUnlessProblem(bool scheduled) {
-    clearDeferral();
-    if (const auto problem = preflightProblem()) {
+    withdrawDueBackup();
+    if (const LaunchProblem problem = preflightProblem(services_.files.homeVolumeAvailableBytes(),
+                                                       destinationVanished(), state_.destinationName)) {
         recordFailure(*problem);
         return;
     }
     announce(scheduled ? "Scheduled backup requested" : "Manual backup requested");
-    awaitingStart_ = now();
-    retryFloor_.reset();
-    fireTimer_.reset();
-    publish(&ControllerState::nextFire, std::nullopt);
-    publish(&ControllerState::deferredFrom, std::nullopt);
+    run_.request(now());
+    bounds_.retryFloor.reset();
+    dropPlan();
     setPolling(true);
-    launchBackup();
+    launch();
 }
 
 /// True: conditions forbid the backup and there is time to wait for better ones.
 bool BackupController::deferIfBlocked() {
-    const ConditionsConfig& conditions = state_.conditions;
-    const std::vector<std::string> reasons = probes_.deferralReasons(conditions, destinationMountPoint_);
+    const auto reasons = probes_.deferralReasons(state_.conditions, destinationMountPoint_);
     if (reasons.empty())
         return false;
-    const Instant current = now();
-    const Instant originalDue = state_.deferral ? state_.deferral->originalDue : current;
-    const Instant forceAt = plusSeconds(originalDue, conditions.maxDeferralHours * 3600);
-    if (current >= forceAt) {
-        log("Max deferral reached (" + withoutFraction(conditions.maxDeferralHours) +
+    const auto wait = deferral(state_.deferral, reasons, state_.conditions, now());
+    if (!wait) {
+        log("Max deferral reached (" + withoutFraction(state_.conditions.maxDeferralHours) +
             "h) — backing up despite: " + joined(reasons));
         return false;
     }
-    const Instant recheck = plusSeconds(current, static_cast<double>(conditions.recheckMinutes) * 60);
-    const Instant nextCheck = std::min(recheck, forceAt);
-    publish(&ControllerState::deferral, DeferralInfo{reasons, originalDue, forceAt, nextCheck});
+    publish(&ControllerState::deferral, wait);
     announce("Waiting " + joined(reasons));
-    const double interval = std::max(secondsBetween(current, nextCheck), minimumTimerSeconds);
+    const double interval = std::max(secondsBetween(now(), wait->nextCheck), minimumTimerSeconds);
     recheckTimer_ = services_.timers.once(interval, 0, [this] { requestBackup(true); });
     return true;
 }
 
-void BackupController::clearDeferral() {
-    dueBackupWithdrawn_ = true;
+/// Neither the deferral nor a look for the disk leads to a scheduled backup any more.
+void BackupController::withdrawDueBackup() {
+    if (diskLook_ && diskLook_->scheduled)
+        diskLook_.reset();
     recheckTimer_.reset();
     publish(&ControllerState::deferral, std::nullopt);
 }
 
-void BackupController::clearSkipAndCatchUp() {
-    skipUntilAfter_.reset();
-    publish(&ControllerState::skipArmed, false);
-    catchUpAt_.reset();
+void BackupController::setPause(std::optional<Instant> until) {
+    bounds_.pausedUntil = until;
+    publish(&ControllerState::pausedUntil, until);
+}
+
+void BackupController::setSkip(std::optional<Instant> occurrence) {
+    bounds_.skipped = occurrence;
+    publish(&ControllerState::skipArmed, occurrence.has_value());
+}
+
+void BackupController::clearCatchUp() {
+    bounds_.catchUpAt.reset();
     publish(&ControllerState::catchUpPending, false);
 }
 
 void BackupController::pause(Instant until) {
-    clearDeferral();
-    publish(&ControllerState::pausedUntil, until);
+    withdrawDueBackup();
+    setPause(until);
     announce("Paused until " + services_.formats.dateAndTime(until));
     reschedule();
 }
@@ -163,7 +164,7 @@ void BackupController::pauseUntilTomorrow() {
 }
 
 void BackupController::resume() {
-    publish(&ControllerState::pausedUntil, std::nullopt);
+    setPause(std::nullopt);
     announce("Schedule resumed");
     reschedule();
 }
@@ -172,11 +173,9 @@ void BackupController::skipNext() {
     const std::optional<Instant> next = state_.nextFire;
     if (!next)
         return;
-    clearDeferral();
-    catchUpAt_.reset();
-    publish(&ControllerState::catchUpPending, false);
-    skipUntilAfter_ = next;
-    publish(&ControllerState::skipArmed, true);
+    withdrawDueBackup();
+    clearCatchUp();
+    setSkip(next);
     announce("Skipping the " + services_.formats.shortTime(*next) + " backup");
     reschedule();
 }
@@ -184,7 +183,7 @@ void BackupController::skipNext() {
 void BackupController::dismissDeferral() {
     if (!state_.deferral)
         return;
-    clearDeferral();
+    withdrawDueBackup();
     announce("Deferred backup dismissed");
     reschedule();
 }
@@ -194,7 +193,7 @@ void BackupController::setSchedule(const Schedule& schedule) {
         return;
     store_.setSchedule(schedule);
     publish(&ControllerState::schedule, schedule);
-    clearDeferral();
+    withdrawDueBackup();
     reschedule();
 }
 

@@ -12,35 +12,24 @@ constexpr double skipMarginSeconds = 60;
 
 } // namespace
 
-Plan planNextFire(const PlanningState& state, const Schedule& schedule, const Calendar& calendar) {
-    Plan plan;
-    Instant earliest = std::max(state.now, state.launchGraceUntil);
-    if (state.pausedUntil)
-        earliest = std::max(earliest, *state.pausedUntil);
-    if (state.retryFloor)
-        earliest = std::max(earliest, *state.retryFloor);
-    std::optional<Instant> last = state.lastBackup;
-    if (const auto skipped = state.skipUntilAfter) {
-        plan.skipExpired = *skipped < state.now;
-        if (!plan.skipExpired) {
-            // Interval rules count from the skipped occurrence, listed times lie behind it.
-            last = std::max(*skipped, last.value_or(*skipped));
-            earliest = std::max(earliest, plusSeconds(*skipped, skipMarginSeconds));
-        }
+Plan planNextFire(const PlanBounds& bounds, std::optional<Instant> lastBackup, const Schedule& schedule,
+                  const Calendar& calendar, Instant now) {
+    Instant earliest = std::max(now, bounds.launchGraceUntil);
+    for (const auto& bound : {bounds.pausedUntil, bounds.retryFloor})
+        earliest = std::max(earliest, bound.value_or(earliest));
+    if (bounds.skipped && !bounds.skipIsOver(now)) {
+        // Interval rules count from the skipped occurrence, listed times lie behind it.
+        lastBackup = std::max(*bounds.skipped, lastBackup.value_or(*bounds.skipped));
+        earliest = std::max(earliest, plusSeconds(*bounds.skipped, skipMarginSeconds));
     }
-    const NextFire next = SchedulingEngine::nextFire(schedule, last, earliest, calendar);
-    plan.nextFire = next.date;
-    plan.deferredFrom = next.deferredFrom;
-    if (state.catchUpAt) {
-        const auto catchUp = SchedulingEngine::pushPastBlackouts(std::max(earliest, *state.catchUpAt),
+    const NextFire next = SchedulingEngine::nextFire(schedule, lastBackup, earliest, calendar);
+    if (bounds.catchUpAt) {
+        const auto catchUp = SchedulingEngine::pushPastBlackouts(std::max(earliest, *bounds.catchUpAt),
                                                                  schedule.blackouts, calendar);
-        if (catchUp && (!plan.nextFire || *catchUp < *plan.nextFire)) {
-            plan.nextFire = catchUp;
-            plan.deferredFrom.reset();
-            plan.catchUp = true;
-        }
+        if (catchUp && (!next.date || *catchUp < *next.date))
+            return {catchUp, std::nullopt, true};
     }
-    return plan;
+    return {next.date, next.deferredFrom};
 }
 
 double retryDelaySeconds(std::int64_t failureStreak) {

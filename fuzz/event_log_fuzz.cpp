@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "controller/event_log.h"
-#include "controller/event_log_reader.h"
+#include "controller/log/event_log.h"
+#include "controller/log/event_log_reader.h"
 #include "fuzz/fuzz.h"
 #include "platform/text/utf8.h"
 

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "controller/log_follower.h"
-#include "ui/kit/view_values.h"
+#include "controller/log/log_follower.h"
 
 namespace norvane {
 

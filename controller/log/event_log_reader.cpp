@@ -1,4 +1,4 @@
-#include "controller/event_log_reader.h"
+#include "controller/log/event_log_reader.h"
 
 #include <algorithm>
 #include <chrono>

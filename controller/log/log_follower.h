@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "controller/event_log_reader.h"
+#include "controller/log/event_log_reader.h"
 #include "platform/log_file.h"
 
 namespace norvane {

@@ -1,4 +1,4 @@
-#include "controller/log_follower.h"
+#include "controller/log/log_follower.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "controller/event_log_reader.h"
+#include "controller/log/event_log_reader.h"
 
 #include <gtest/gtest.h>
 
-#include "controller/event_log.h"
+#include "controller/log/event_log.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "controller/event_log.h"
+#include "controller/log/event_log.h"
 
 #include <gtest/gtest.h>
 
