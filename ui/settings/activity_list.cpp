@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "controller/log/log_follower.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
 
