@@ -15,10 +15,10 @@ extern "C" {
 }
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/program_search.h"
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/backup/backup_worker.h"
-#include "timemachine_linux/rsync/rsync_process.h"
 #include "timemachine_linux/session/detached_worker.h"
 #include "timemachine_linux/snapshots/backup_history.h"
 

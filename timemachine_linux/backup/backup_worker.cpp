@@ -13,11 +13,11 @@
 #include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/files/tree_removal.h"
-#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_removal.h"
 #include "timemachine_linux/rsync/rsync_process.h"
 #include "timemachine_linux/rsync/rsync_progress.h"
-#include "timemachine_linux/session/leftover_note.h"
 #include "timemachine_linux/snapshots/backup_history.h"
+#include "timemachine_linux/snapshots/leftover_note.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {

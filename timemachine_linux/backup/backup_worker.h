@@ -9,7 +9,6 @@
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/user_defaults_file.h"
 #include "timemachine_linux/backup/change_count.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/backup/source_view.h"
 #include "timemachine_linux/destination/destination.h"
 #include "timemachine_linux/files/file_lock.h"
@@ -19,6 +18,7 @@
 #include "timemachine_linux/session/stop_requests.h"
 #include "timemachine_linux/snapshots/snapshot_removal.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 

@@ -7,7 +7,6 @@
 
 #include "platform/linux/files/mount_table.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
-#include "timemachine_linux/files/file_system_probe.h"
 
 namespace norvane {
 namespace {
@@ -32,31 +31,7 @@ bool isSameFile(const std::string& original, const std::string& copy) {
            first.st_ino == second.st_ino;
 }
 
-bool isShortOfRoom(const std::string& volume) {
-    const auto space = spaceOf(volume);
-    return space && space->availableBytes < (space->availableBytes + space->usedBytes) / 10;
-}
-
-void remove(const LocalSnapshots& snapshots, const LocalSnapshot& snapshot, std::vector<std::string>& notes) {
-    if (const std::string trouble = snapshots.remove(snapshot.token); !trouble.empty())
-        notes.push_back("Cannot remove an old local snapshot: " + trouble);
-}
-
 } // namespace
-
-void removeLocalSnapshotsForRoom(const LocalSnapshots& snapshots, std::vector<std::string>& notes) {
-    if (isShortOfRoom(snapshots.volume()))
-        for (const LocalSnapshot& snapshot : snapshots.list())
-            remove(snapshots, snapshot, notes);
-}
-
-void removeExpiredLocalSnapshots(const LocalSnapshots& snapshots, Instant now,
-                                 std::vector<std::string>& notes) {
-    const bool all = isShortOfRoom(snapshots.volume());
-    for (const LocalSnapshot& snapshot : snapshots.list())
-        if (all || secondsBetween(snapshot.created, now) > localSnapshotSeconds)
-            remove(snapshots, snapshot, notes);
-}
 
 SourceView::SourceView(const SourceSelection& selection, const std::vector<std::string>& covered,
                        const std::string& destinationFolder, Instant now, std::vector<std::string>& notes) {

@@ -14,8 +14,7 @@
 
 #include "platform/linux/files/mount_table.h"
 #include "platform/text/white_space.h"
-#include "timemachine_linux/destination/backup_place.h"
-#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 #include "timemachine_linux/files/mounted_paths.h"
 #include "timemachine_linux/files/paths.h"
 

@@ -1,4 +1,4 @@
-#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 
 #include <sys/stat.h>
 

@@ -5,9 +5,16 @@
 #include <optional>
 #include <string>
 
-#include "timemachine_linux/rsync/rsync_command.h"
-
 namespace norvane {
+
+/// What it can hold.
+struct FileSystemAbilities {
+    bool accessControlLists = true;
+    bool extendedAttributes = true;
+    bool nanoseconds = true; ///< Modification times keep fractions of a second.
+
+    bool operator==(const FileSystemAbilities&) const = default;
+};
 
 struct FileSystemSpace {
     std::int64_t availableBytes = 0; ///< For ordinary users.

@@ -8,9 +8,9 @@
 
 #include "platform/linux/files/small_file.h"
 #include "tests/support/tmutil_fixture.h"
-#include "timemachine_linux/backup/source_view.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_removal.h"
 
 namespace norvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup/restore.h"
+#include "timemachine_linux/restore/restore.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,12 +9,13 @@
 #include <cstring>
 
 #include "platform/linux/files/file_descriptor.h"
-#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 #include "timemachine_linux/files/exclusive_rename.h"
 #include "timemachine_linux/files/file_system_probe.h"
 #include "timemachine_linux/files/held_folder.h"
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 #include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {

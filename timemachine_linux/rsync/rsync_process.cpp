@@ -10,7 +10,6 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstdlib>
 #include <string_view>
 #include <thread>
 
@@ -168,19 +167,6 @@ int waitForStatus(pid_t child) {
 }
 
 } // namespace
-
-std::optional<std::string> findProgram(const std::string& name) {
-    const char* variable = std::getenv("PATH"); // NOLINT(concurrency-mt-unsafe): one thread
-    std::string_view rest = variable ? variable : "/usr/local/bin:/usr/bin:/bin";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(':'), rest.size());
-        const std::string path = std::string(rest.substr(0, end)) + "/" + name;
-        if (path.starts_with('/') && ::access(path.c_str(), X_OK) == 0)
-            return path;
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    return std::nullopt;
-}
 
 bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds, StopRequests& stop) {
     const auto deadline = SteadyClock::now() + std::chrono::duration<double>(timeoutSeconds);

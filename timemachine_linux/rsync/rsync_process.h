@@ -12,9 +12,6 @@
 
 namespace norvane {
 
-/// The program's path by $PATH; none when it is not installed.
-[[nodiscard]] std::optional<std::string> findProgram(const std::string& name);
-
 struct RsyncRun {
     std::string program;
     std::vector<std::string> arguments;

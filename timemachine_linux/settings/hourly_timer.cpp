@@ -14,8 +14,8 @@
 #include <utility>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/program_search.h"
 #include "platform/linux/files/user_folders.h"
-#include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
 namespace {

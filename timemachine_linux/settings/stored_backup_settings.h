@@ -3,9 +3,9 @@
 
 #include "platform/linux/files/user_defaults_file.h"
 #include "platform/tool_paths.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/settings/backup_settings.h"
 #include "timemachine_linux/settings/hourly_timer.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 

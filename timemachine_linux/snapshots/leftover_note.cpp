@@ -1,4 +1,4 @@
-#include "timemachine_linux/session/leftover_note.h"
+#include "timemachine_linux/snapshots/leftover_note.h"
 
 #include "platform/linux/files/small_file.h"
 #include "platform/text/property_list_xml.h"

@@ -10,6 +10,7 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "platform/linux/files/program_search.h"
 #include "platform/linux/files/user_defaults_file.h"
 #include "platform/linux/files/user_folders.h"
 #include "platform/linux/processes/child_command_runner.h"
@@ -17,17 +18,17 @@
 #include "platform/linux/time/system_clock.h"
 #include "platform/text/property_list_text.h"
 #include "timemachine_linux/backup/backup_control.h"
-#include "timemachine_linux/backup/restore.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/destination/destination.h"
 #include "timemachine_linux/destination/destination_check.h"
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
-#include "timemachine_linux/rsync/rsync_process.h"
+#include "timemachine_linux/restore/restore.h"
+#include "timemachine_linux/session/stop_requests.h"
 #include "timemachine_linux/settings/automatic_backups.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 namespace {

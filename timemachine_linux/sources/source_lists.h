@@ -1,0 +1,36 @@
+// What the user wants backed up and left out, as the preferences keep it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/linux/files/user_defaults_file.h"
+
+namespace norvane {
+
+/// The folders of one user that the rules name.
+struct UserPlaces {
+    std::string home;
+    std::string cache;       ///< $XDG_CACHE_HOME, by default ~/.cache.
+    std::string stateFolder; ///< This program's own state.
+};
+
+/// Of the process's environment.
+[[nodiscard]] UserPlaces userPlaces();
+
+/// The folders that the user wants backed up, as they are stored: the home folder when nothing is.
+[[nodiscard]] std::vector<std::string> configuredSources(const UserDefaultsFile& preferences,
+                                                         const UserPlaces& places);
+
+/// What the user wants left out, as it is stored.
+[[nodiscard]] std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences,
+                                                            const UserPlaces& places);
+
+/// Adds the path to, or removes it from, the user's list, whatever another process does to that meanwhile.
+/// What is there is not added again. False: the preferences cannot be written.
+bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+
+} // namespace norvane
