@@ -1,7 +1,7 @@
 // Starting and stopping a backup from outside.
 #pragma once
 
-#include <string>
+#include <optional>
 
 #include "platform/clock.h"
 #include "platform/linux/files/user_defaults_file.h"
@@ -12,7 +12,7 @@
 namespace norvane {
 
 struct StartOutcome {
-    BackupResult result; ///< Of the start; with `wait`, of the whole backup.
+    std::optional<BackupFailure> failure; ///< Of the start; with `wait`, of the whole backup.
     bool alreadyRunning = false;
 };
 

@@ -11,8 +11,8 @@ bool isShortOfRoom(const std::string& volume) {
 }
 
 void remove(const LocalSnapshots& snapshots, const LocalSnapshot& snapshot, std::vector<std::string>& notes) {
-    if (const std::string trouble = snapshots.remove(snapshot.token); !trouble.empty())
-        notes.push_back("Cannot remove an old local snapshot: " + trouble);
+    if (const auto failure = snapshots.remove(snapshot.token))
+        notes.push_back("Cannot remove an old local snapshot: " + failure->text);
 }
 
 } // namespace

@@ -281,7 +281,7 @@ TEST_F(LocalSnapshotsOnBtrfs, AreOfOrdinaryUsersOnlyIfTheyMayRemoveThem) {
     EXPECT_EQ(box.snapshots().size(), 2U);
     // Root may not take over what belongs to somebody else.
     ASSERT_TRUE(fs::exists(snapshots.folder()));
-    EXPECT_NE(snapshots.make(wallClock()).trouble.find("another user"), std::string::npos);
+    EXPECT_NE(snapshots.make(wallClock()).failure().text.find("another user"), std::string::npos);
 }
 
 } // namespace

@@ -178,12 +178,18 @@ bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds, S
     return true;
 }
 
-std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
+Result<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
     auto output = makePipe();
     auto errors = makePipe();
-    auto copyLock = run.copyLockPath.empty() ? std::nullopt : FileLock::tryAcquire(run.copyLockPath);
-    if (!output || !errors || (!copyLock && !run.copyLockPath.empty()))
-        return std::nullopt;
+    if (!output || !errors)
+        return systemFailure();
+    std::optional<FileLock> copyLock;
+    if (!run.copyLockPath.empty()) {
+        auto lock = FileLock::tryAcquire(run.copyLockPath);
+        if (!lock)
+            return lock.failure();
+        copyLock = std::move(*lock);
+    }
     std::vector<std::string> words{"rsync"};
     words.insert(words.end(), run.arguments.begin(), run.arguments.end());
     std::vector<std::string> variables = environmentForRsync();
@@ -195,7 +201,7 @@ std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
                          run.destinationLock,   ::getpid()};
     const pid_t child = ::fork();
     if (child < 0)
-        return std::nullopt;
+        return systemFailure();
     if (child == 0)
         becomeRsync(plan);
     ::setpgid(child, child); // whichever of the two comes first, so that a stop finds the group

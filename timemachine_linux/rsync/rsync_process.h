@@ -2,8 +2,8 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "timemachine_linux/files/file_lock.h"
@@ -28,7 +28,7 @@ struct RsyncRun {
                                      StopRequests& stop);
 
 /// Runs it to its end. rsync dies with the calling process; a stop goes to its whole process group as
-/// SIGTERM, and as SIGKILL after ten seconds. None: it could not be started; errno says why.
-[[nodiscard]] std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop);
+/// SIGTERM, and as SIGKILL after ten seconds. Fails if it cannot be started.
+[[nodiscard]] Result<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop);
 
 } // namespace norvane

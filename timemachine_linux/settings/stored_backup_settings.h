@@ -17,13 +17,13 @@ public:
     [[nodiscard]] BackupSettingsState load() const override;
     [[nodiscard]] std::vector<DestinationOffer> drives() const override;
     [[nodiscard]] DestinationOffer offerOf(const std::string& folder) const override;
-    [[nodiscard]] std::string chooseDestination(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> chooseDestination(const std::string& folder) override;
     /// The preferences say so only once the timer does.
-    [[nodiscard]] std::string setHourly(bool hourly) override;
-    [[nodiscard]] std::string addSource(const std::string& folder) override;
-    [[nodiscard]] std::string removeSource(const std::string& folder) override;
-    [[nodiscard]] std::string addExclusion(const std::string& path) override;
-    [[nodiscard]] std::string removeExclusion(const std::string& path) override;
+    [[nodiscard]] std::optional<Failure> setHourly(bool hourly) override;
+    [[nodiscard]] std::optional<Failure> addSource(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> removeSource(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> addExclusion(const std::string& path) override;
+    [[nodiscard]] std::optional<Failure> removeExclusion(const std::string& path) override;
     [[nodiscard]] std::optional<std::vector<std::string>> foldersIn(const std::string& folder) const override;
 
 private:

@@ -36,9 +36,9 @@ bool isOneOf(const PropertyList& entry, const Paths& paths, const std::string& h
     return !parsed.empty() && std::find(paths.begin(), paths.end(), parsed.front()) != paths.end();
 }
 
-bool addPath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
-             const std::string& home) {
-    return preferences.update([&](PropertyList::Dictionary& all) {
+std::optional<Failure> addPath(UserDefaultsFile& preferences, const char* key, const Paths& initial,
+                               const std::string& path, const std::string& home) {
+    return changePreferences(preferences, [&](PropertyList::Dictionary& all) {
         PropertyList::Array& list = pathList(all, key, initial);
         if (std::none_of(list.begin(), list.end(),
                          [&](const PropertyList& entry) { return isOneOf(entry, {path}, home); }))
@@ -46,15 +46,15 @@ bool addPath(UserDefaultsFile& preferences, const char* key, const Paths& initia
     });
 }
 
-bool removePath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
-                const std::string& home) {
+std::optional<Failure> removePath(UserDefaultsFile& preferences, const char* key, const Paths& initial,
+                                  const std::string& path, const std::string& home) {
     // Entries that people wrote by hand may spell the path in another way. Asked before the lock is taken: a
     // file system may not answer.
     Paths spellings{path};
     for (const std::string& stored : storedPaths(preferences, key, home))
-        if (stored != path && resolvedPath(stored).value_or(stored) == path)
+        if (stored != path && resolvedPath(stored).valueOr(stored) == path)
             spellings.push_back(stored);
-    return preferences.update([&](PropertyList::Dictionary& all) {
+    return changePreferences(preferences, [&](PropertyList::Dictionary& all) {
         std::erase_if(pathList(all, key, initial),
                       [&](const PropertyList& entry) { return isOneOf(entry, spellings, home); });
     });
@@ -81,19 +81,23 @@ std::vector<std::string> configuredExclusions(const UserDefaultsFile& preference
     return storedPaths(preferences, exclusionsKey, places.home);
 }
 
-bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+std::optional<Failure> addSource(UserDefaultsFile& preferences, const std::string& path,
+                                 const std::string& home) {
     return addPath(preferences, sourcesKey, {home}, path, home);
 }
 
-bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+std::optional<Failure> removeSource(UserDefaultsFile& preferences, const std::string& path,
+                                    const std::string& home) {
     return removePath(preferences, sourcesKey, {home}, path, home);
 }
 
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+std::optional<Failure> addExclusion(UserDefaultsFile& preferences, const std::string& path,
+                                    const std::string& home) {
     return addPath(preferences, exclusionsKey, {}, path, home);
 }
 
-bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
+std::optional<Failure> removeExclusion(UserDefaultsFile& preferences, const std::string& path,
+                                       const std::string& home) {
     return removePath(preferences, exclusionsKey, {}, path, home);
 }
 

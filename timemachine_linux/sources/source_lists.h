@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
 
@@ -27,10 +27,14 @@ struct UserPlaces {
                                                             const UserPlaces& places);
 
 /// Adds the path to, or removes it from, the user's list, whatever another process does to that meanwhile.
-/// What is there is not added again. False: the preferences cannot be written.
-bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
+/// What is there is not added again.
+std::optional<Failure> addSource(UserDefaultsFile& preferences, const std::string& path,
+                                 const std::string& home);
+std::optional<Failure> removeSource(UserDefaultsFile& preferences, const std::string& path,
+                                    const std::string& home);
+std::optional<Failure> addExclusion(UserDefaultsFile& preferences, const std::string& path,
+                                    const std::string& home);
+std::optional<Failure> removeExclusion(UserDefaultsFile& preferences, const std::string& path,
+                                       const std::string& home);
 
 } // namespace norvane

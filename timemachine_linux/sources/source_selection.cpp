@@ -2,14 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
 #include "timemachine_linux/files/bounded_call.h"
 #include "timemachine_linux/files/mounted_paths.h"
@@ -21,7 +20,7 @@ namespace norvane {
 namespace {
 
 // Rules and walks speak of canonical paths; what does not exist cannot be met by them.
-std::string resolvedOrAsGiven(const std::string& path) { return resolvedPath(path).value_or(path); }
+std::string resolvedOrAsGiven(const std::string& path) { return resolvedPath(path).valueOr(path); }
 
 void addOnce(std::vector<std::string>& list, std::string path) {
     if (std::find(list.begin(), list.end(), path) == list.end())
@@ -51,10 +50,9 @@ void leaveOutBackups(const std::string& destinationFolder, Paths& sources, Sourc
 }
 
 bool onSameFileSystem(const std::string& one, const std::string& other) {
-    struct stat first {};
-    struct stat second {};
-    return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
-           first.st_dev == second.st_dev;
+    const auto first = fileStatus(one);
+    const auto second = fileStatus(other);
+    return first && second && first->st_dev == second->st_dev;
 }
 
 } // namespace
@@ -66,10 +64,10 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
     for (const std::string& path : configuredSources(preferences, places)) {
         if (auto canonical = canonicalPath(path))
             addOnce(found, std::move(*canonical));
-        else if (errno == ENOENT || errno == ENOTDIR)
+        else if (const int error = canonical.failure().error; error == ENOENT || error == ENOTDIR)
             selection.missing.push_back(path);
         else
-            selection.unreachable.push_back(path + ": " + std::strerror(errno));
+            selection.unreachable.push_back(path + ": " + canonical.failure().text);
     }
     for (const std::string& path :
          {places.home + "/.cache", places.cache, places.home + "/.local/share/Trash", places.stateFolder})
@@ -106,8 +104,7 @@ std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
             if (isWithin(folder, one) && one.size() >= source.size())
                 source = one;
         const auto answer = callBounded(patienceSeconds, [&]() -> std::optional<std::string> {
-            struct stat status {};
-            if (::lstat(folder.c_str(), &status) != 0) {
+            if (!fileStatus(folder)) {
                 if (errno == ENOENT) // hidden by a later mount
                     return "same";
                 return errno == EACCES ? std::optional<std::string>("other") : std::nullopt;
@@ -120,24 +117,23 @@ std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
     return mounts;
 }
 
-std::string troubleWithSource(const std::string& source) {
-    const auto trouble = [&] { return source + ": " + std::strerror(errno); };
-    struct stat status {};
-    if (::lstat(source.c_str(), &status) != 0)
-        return trouble();
-    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode))
-        return {};
+std::optional<Failure> failureToRead(const std::string& source) {
+    const auto status = fileStatus(source);
+    if (!status)
+        return systemFailure(source);
+    if (!S_ISDIR(status->st_mode) && !S_ISREG(status->st_mode))
+        return std::nullopt;
     const FileDescriptor opened(::open(source.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!opened)
-        return trouble();
-    if (S_ISREG(status.st_mode))
-        return {};
+        return systemFailure(source);
+    if (S_ISREG(status->st_mode))
+        return std::nullopt;
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(
         ::fdopendir(::openat(opened.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), ::closedir);
     errno = listing ? 0 : errno;
     if (!listing || (!::readdir(listing.get()) && errno != 0))
-        return trouble();
-    return {};
+        return systemFailure(source);
+    return std::nullopt;
 }
 
 bool isLeftOut(const SourceSelection& selection, std::string_view path) {

@@ -34,9 +34,8 @@ struct MountBelow {
 [[nodiscard]] std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
                                                        const std::vector<std::string>& mountFolders);
 
-/// Why the source cannot be read, as `SourceSelection::unreachable`; empty: it can. What it holds may still
-/// refuse.
-[[nodiscard]] std::string troubleWithSource(const std::string& source);
+/// Why the source cannot be read, as `SourceSelection::unreachable`. What it holds may still refuse.
+[[nodiscard]] std::optional<Failure> failureToRead(const std::string& source);
 
 /// Whether a backup leaves the path (as `resolvedPath` gives it) out: an exclusion covers it, or no source
 /// does.
