@@ -26,11 +26,11 @@ std::vector<std::string> argumentsFrom(std::string_view input) {
 void fuzz(std::string_view input) {
     const auto arguments = argumentsFrom(input);
     const auto parsed = parseDefaultsValue(arguments);
-    if (const auto* error = std::get_if<DefaultsValueError>(&parsed)) {
-        check(!error->reason.empty(), "An error has a reason.");
+    if (!parsed) {
+        check(!parsed.failure().text.empty(), "A failure has a reason.");
         return;
     }
-    const auto& [value, appends] = std::get<DefaultsValue>(parsed);
+    const auto& [value, appends] = *parsed;
     check(!appends || value.array(), "Only arrays are appended.");
     const std::string text = writeTextPropertyList(value);
     check(text.find('\n') == std::string::npos || value.array() || value.dictionary(),

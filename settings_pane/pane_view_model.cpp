@@ -107,15 +107,15 @@ void PaneViewModel::makeNextChange() {
     runInBackground(
         services_.background, lifetime_,
         [&settings = services_.settings, make = changes_.front().make] { return make(settings); },
-        [this](const std::string& wrong) { changeMade(wrong); });
+        [this](const std::optional<Failure>& failure) { changeMade(failure); });
 }
 
-void PaneViewModel::changeMade(const std::string& wrong) {
+void PaneViewModel::changeMade(const std::optional<Failure>& failure) {
     const Change made = std::move(changes_.front());
     changes_.pop_front();
-    if (!wrong.empty() && !hasLaterChoice(made)) {
+    if (failure && !hasLaterChoice(made)) {
         const QString complaint =
-            viewText(fillIn(services_.translator.translate(made.complaint), {printable(wrong)}));
+            viewText(fillIn(services_.translator.translate(made.complaint), {printable(failure->text)}));
         trouble_ += (trouble_.isEmpty() ? "" : "\n") + complaint;
     }
     if (changing())

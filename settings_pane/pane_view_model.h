@@ -92,8 +92,7 @@ private:
     struct Change {
         enum Subject { disk, frequency, folders } subject;
         const char* complaint; ///< To be filled in with what went wrong.
-        /// Off the main thread. Returns what went wrong; empty: nothing.
-        std::function<std::string(BackupSettings&)> make;
+        std::function<std::optional<Failure>(BackupSettings&)> make; ///< Off the main thread.
     };
 
     void look();
@@ -103,7 +102,7 @@ private:
     /// Makes the change when those before it are made, then reads anew.
     void change(Change change);
     void makeNextChange();
-    void changeMade(const std::string& wrong);
+    void changeMade(const std::optional<Failure>& failure);
     [[nodiscard]] bool hasLaterChoice(const Change& change) const;
     void showState();
     void showOffers();

@@ -30,24 +30,24 @@ struct SimulatedBackupSettings final : BackupSettings {
         const auto found = offers.find(folder);
         return found == offers.end() ? DestinationOffer{folder, false, {}, {}} : found->second;
     }
-    std::string chooseDestination(const std::string& folder) override {
+    std::optional<Failure> chooseDestination(const std::string& folder) override {
         return change([&] {
             state.disk = BackupDisk{folder.substr(folder.rfind('/') + 1), folder, "", true, {}, {}, {}};
         });
     }
-    std::string setHourly(bool hourly) override {
+    std::optional<Failure> setHourly(bool hourly) override {
         return change([&] { state.frequency = hourly ? BackupFrequency::hourly : BackupFrequency::manual; });
     }
-    std::string addSource(const std::string& folder) override {
+    std::optional<Failure> addSource(const std::string& folder) override {
         return change([&] { state.sources.push_back(folder); });
     }
-    std::string removeSource(const std::string& folder) override {
+    std::optional<Failure> removeSource(const std::string& folder) override {
         return change([&] { std::erase(state.sources, folder); });
     }
-    std::string addExclusion(const std::string& path) override {
+    std::optional<Failure> addExclusion(const std::string& path) override {
         return change([&] { state.exclusions.push_back(path); });
     }
-    std::string removeExclusion(const std::string& path) override {
+    std::optional<Failure> removeExclusion(const std::string& path) override {
         return change([&] { std::erase(state.exclusions, path); });
     }
     std::optional<std::vector<std::string>> foldersIn(const std::string& folder) const override {
@@ -57,11 +57,12 @@ struct SimulatedBackupSettings final : BackupSettings {
 
 private:
     template <class Change>
-    std::string change(Change change) {
+    std::optional<Failure> change(Change change) {
         whenChanging();
-        if (trouble.empty())
-            change();
-        return trouble;
+        if (!trouble.empty())
+            return Failure{trouble};
+        change();
+        return std::nullopt;
     }
 };
 

@@ -19,6 +19,7 @@
 #include "platform/linux/files/user_folders.h"
 #include "platform/text/property_list_text.h"
 #include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
 namespace {
@@ -45,7 +46,7 @@ void hashInto(std::uint64_t& hash, const std::string& text) {
 BackupSandbox::BackupSandbox() : BackupSandbox(newRoot()) {}
 
 BackupSandbox::BackupSandbox(std::string root)
-    : preferences(preferencesFile("com.apple.TimeMachine")), session(libraryFolder() + "/TimeMachine"),
+    : preferences(timeMachinePreferences()), session(libraryFolder() + "/TimeMachine"),
       root_(std::move(root)) {
     makeFolder(preferencesFolder());
     addSystemctl();

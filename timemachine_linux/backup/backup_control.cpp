@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <thread>
 
 extern "C" {
@@ -15,10 +14,10 @@ extern "C" {
 }
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/program_search.h"
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/backup/backup_worker.h"
-#include "timemachine_linux/rsync/rsync_process.h"
 #include "timemachine_linux/session/detached_worker.h"
 #include "timemachine_linux/snapshots/backup_history.h"
 
@@ -36,26 +35,24 @@ void stayVisible(const Clock& clock, Instant start, StopRequests& stop) {
         ::poll(&request, 1, static_cast<int>(std::min(left, shortestVisibleSeconds) * 1000));
 }
 
-BackupResult failedStart(const Clock& clock, UserDefaultsFile& preferences, const Destination& destination,
-                         BackupResult result) {
+BackupFailure failedStart(const Clock& clock, UserDefaultsFile& preferences, const Destination& destination,
+                          BackupFailure failure) {
     recordAttemptStart(preferences, destination.id, clock.now());
-    recordAttemptEnd(preferences, destination.id, {result, {}, std::nullopt});
-    return result;
+    recordAttemptEnd(preferences, destination.id, {failure, {}, std::nullopt});
+    return failure;
 }
 
-std::optional<BackupResult> obstacle(bool rsyncFound, const Destination& destination) {
+std::optional<BackupFailure> failureFromTheStart(bool rsyncFound, const Destination& destination) {
     if (!rsyncFound)
-        return BackupResult{ResultCode::rsyncMissing, "rsync is not installed"};
+        return BackupFailure{ResultCode::rsyncMissing, "rsync is not installed"};
     if (!isAvailable(destination))
-        return BackupResult{ResultCode::destinationUnavailable, destination.path + " is not available"};
+        return BackupFailure{ResultCode::destinationUnavailable, destination.path + " is not available"};
     return std::nullopt;
 }
 
 std::string lastMessage(const UserDefaultsFile& preferences) {
-    const auto destinations = preferences.object("Destinations");
-    if (!destinations || !destinations->array() || destinations->array()->empty())
-        return {};
-    const PropertyList* messages = destinations->array()->front().find("MessageParameters");
+    const PropertyList destination = firstDestination(preferences);
+    const PropertyList* messages = destination.find("MessageParameters");
     if (!messages || !messages->array() || messages->array()->empty() || !messages->array()->front().string())
         return {};
     return *messages->array()->front().string();
@@ -77,22 +74,22 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
     const SessionFiles files(places.stateFolder);
     const auto destination = configuredDestination(preferences);
     if (!destination)
-        return {{ResultCode::noDestination, "No destinations configured."}};
+        return {BackupFailure{ResultCode::noDestination, destination.failure().text}};
     if (!makeFolder(files.folder))
-        return {{ResultCode::failed, "Cannot make the folder " + files.folder + "."}};
+        return {BackupFailure{ResultCode::failed, "Cannot make the folder " + files.folder + "."}};
     // Asked before the lock is taken, and recorded only under it: looking at a dead file system takes
     // seconds, in which nothing runs.
     const auto rsync = findProgram("rsync");
-    const auto trouble = obstacle(rsync.has_value(), *destination);
+    const auto failure = failureFromTheStart(rsync.has_value(), *destination);
     const auto lock = FileLock::tryAcquire(files.runLock);
-    if (!lock && errno == EAGAIN)
+    if (!lock && lock.failure().error == EAGAIN)
         return {{}, true};
     if (!lock)
-        return {{ResultCode::failed, files.runLock + ": " + std::strerror(errno)}};
+        return {BackupFailure{ResultCode::failed, files.runLock + ": " + lock.failure().text}};
     lock->write("");
     ::unlink(files.status.c_str());
-    if (trouble)
-        return {failedStart(clock, preferences, *destination, *trouble)};
+    if (failure)
+        return {failedStart(clock, preferences, *destination, *failure)};
     const auto worker = startDetached(*lock, [&](const std::function<void()>& going) {
         const Instant start = clock.now();
         StopRequests stop;
@@ -107,7 +104,7 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
         return static_cast<int>(code);
     });
     if (!worker)
-        return {{ResultCode::failed, "The backup process could not be started."}};
+        return {BackupFailure{ResultCode::failed, "The backup process could not be started."}};
     if (!wait)
         return {};
     const int status = waitForDetached(*worker);
@@ -115,8 +112,8 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
         return {};
     constexpr int highestCode = static_cast<int>(ResultCode::nothingToBackUp);
     if (status > highestCode)
-        return {{ResultCode::failed, "The backup process was killed."}};
-    return {{static_cast<ResultCode>(status), lastMessage(preferences)}};
+        return {BackupFailure{ResultCode::failed, "The backup process was killed."}};
+    return {BackupFailure{static_cast<ResultCode>(status), lastMessage(preferences)}};
 }
 
 bool stopBackup(const SessionFiles& files) {

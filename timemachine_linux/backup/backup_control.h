@@ -1,18 +1,18 @@
 // Starting and stopping a backup from outside.
 #pragma once
 
-#include <string>
+#include <optional>
 
 #include "platform/clock.h"
 #include "platform/linux/files/user_defaults_file.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/session/backup_session_state.h"
 #include "timemachine_linux/session/result_code.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 
 struct StartOutcome {
-    BackupResult result; ///< Of the start; with `wait`, of the whole backup.
+    std::optional<BackupFailure> failure; ///< Of the start; with `wait`, of the whole backup.
     bool alreadyRunning = false;
 };
 

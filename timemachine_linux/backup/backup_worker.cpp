@@ -1,23 +1,23 @@
 #include "timemachine_linux/backup/backup_worker.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/files/tree_removal.h"
-#include "timemachine_linux/local_snapshots/local_snapshots.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_removal.h"
 #include "timemachine_linux/rsync/rsync_process.h"
 #include "timemachine_linux/rsync/rsync_progress.h"
-#include "timemachine_linux/session/leftover_note.h"
 #include "timemachine_linux/snapshots/backup_history.h"
+#include "timemachine_linux/snapshots/leftover_note.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
@@ -37,23 +37,25 @@ ResultCode BackupWorker::run() {
     around_.status.setDestination(destination_.id, destination_.path);
     around_.status.enter(phase::starting);
     recordAttemptStart(around_.preferences, destination_.id, around_.clock.now());
-    const BackupResult result = backUp().value_or(BackupResult{});
+    const Step failure = backUp();
     view_.reset();
-    removeLocalSnapshots(result.code);
-    if (result.code != ResultCode::success)
-        keepLeftover(result.code);
-    bool recorded = record(result);
-    if (result.code == ResultCode::success && removal().thin(around_.clock.now()))
-        recorded = record(result);
+    removeLocalSnapshots(!failure);
+    if (failure)
+        keepLeftover(failure->code);
+    bool recorded = record(failure);
+    if (!failure && removal().thin(around_.clock.now()))
+        recorded = record(failure);
     destinationLock_.reset();
-    return result.code == ResultCode::success && !recorded ? ResultCode::failed : result.code;
+    if (failure)
+        return failure->code;
+    return recorded ? ResultCode::success : ResultCode::failed;
 }
 
-BackupWorker::Failure BackupWorker::backUp() {
+BackupWorker::Step BackupWorker::backUp() {
     for (const auto step : {&BackupWorker::awaitEarlierRun, &BackupWorker::openDestination,
                             &BackupWorker::chooseSources, &BackupWorker::chooseView,
                             &BackupWorker::prepareFolder, &BackupWorker::copy, &BackupWorker::finish}) {
-        if (Failure failure = (this->*step)())
+        if (Step failure = (this->*step)())
             return failure;
         if (around_.stop.requested() && step != &BackupWorker::finish)
             return stopped();
@@ -61,19 +63,19 @@ BackupWorker::Failure BackupWorker::backUp() {
     return std::nullopt;
 }
 
-BackupWorker::Failure BackupWorker::awaitEarlierRun() {
+BackupWorker::Step BackupWorker::awaitEarlierRun() {
     constexpr double earlierRunSeconds = 30;
     if (!waitForEarlierRun(around_.files.copyLock, earlierRunSeconds, around_.stop)) {
         if (around_.stop.requested())
             return stopped();
-        return BackupResult{ResultCode::failed, "rsync of an earlier backup is still running"};
+        return BackupFailure{ResultCode::failed, "rsync of an earlier backup is still running"};
     }
     return std::nullopt;
 }
 
-BackupWorker::Failure BackupWorker::openDestination() {
+BackupWorker::Step BackupWorker::openDestination() {
     if (!isAvailable(destination_))
-        return BackupResult{ResultCode::destinationUnavailable, destination_.path + " is not available"};
+        return unavailable("is not available");
     if (::mkdir(store_.folder().c_str(), privateFolder) != 0 && errno != EEXIST)
         return destinationFailure("making the folder of this machine", errno);
     // Whoever else may write to the destination could lead elsewhere by a link.
@@ -81,31 +83,34 @@ BackupWorker::Failure BackupWorker::openDestination() {
         ::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!destinationFolder_)
         return destinationFailure("opening the folder of this machine", errno);
-    if (Failure failure = lockDestination())
+    if (Step failure = lockDestination())
         return failure;
     // On a full one, room may still be made.
-    if (const int error = probeWriting(store_.folder()); error != 0 && !isFull(error))
-        return destinationFailure("writing", error);
+    if (const auto failure = probeWriting(store_.folder()); failure && !isFull(failure->error))
+        return destinationFailure("writing", failure->error);
     return std::nullopt;
 }
 
-BackupWorker::Failure BackupWorker::lockDestination() {
+BackupWorker::Step BackupWorker::lockDestination() {
     // A worker that was killed lets go of its locks one after the other.
     constexpr double lastHolderSeconds = 2;
     if (!waitForEarlierRun(store_.lockFile(), lastHolderSeconds, around_.stop) && around_.stop.requested())
         return stopped();
-    destinationLock_ = FileLock::tryAcquire(store_.lockFile());
-    if (destinationLock_)
+    auto lock = FileLock::tryAcquire(store_.lockFile());
+    if (lock) {
+        destinationLock_ = std::move(*lock);
         return std::nullopt;
-    if (errno == EAGAIN)
-        return BackupResult{ResultCode::failed, "another backup to this destination is running"};
-    if (errno != ENOLCK && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL)
-        return destinationFailure("locking the folder of this machine", errno);
+    }
+    const int error = lock.failure().error;
+    if (error == EAGAIN)
+        return BackupFailure{ResultCode::failed, "another backup to this destination is running"};
+    if (error != ENOLCK && error != EOPNOTSUPP && error != ENOSYS && error != EINVAL)
+        return destinationFailure("locking the folder of this machine", error);
     notes_.emplace_back("The destination cannot lock files: let no other machine or user back up to it");
     return std::nullopt;
 }
 
-BackupWorker::Failure BackupWorker::chooseSources() {
+BackupWorker::Step BackupWorker::chooseSources() {
     around_.status.enter(phase::findingChanges);
     selection_ = selectSources(around_.preferences, around_.places, destination_.path);
     for (const std::string& path : selection_.missing)
@@ -115,13 +120,13 @@ BackupWorker::Failure BackupWorker::chooseSources() {
     leaveOutOtherFileSystems();
     std::vector<std::string> unreachable = selection_.unreachable;
     for (const std::string& source : selection_.sources)
-        if (std::string trouble = troubleWithSource(source); !trouble.empty())
-            unreachable.push_back(std::move(trouble));
+        if (const auto failure = failureToRead(source))
+            unreachable.push_back(failure->text);
     if (!unreachable.empty())
-        return BackupResult{ResultCode::copyFailed,
-                            "Cannot read a folder to back up, " + unreachable.front()};
+        return BackupFailure{ResultCode::copyFailed,
+                             "Cannot read a folder to back up, " + unreachable.front()};
     if (selection_.sources.empty())
-        return BackupResult{ResultCode::nothingToBackUp, "There is no folder to back up"};
+        return BackupFailure{ResultCode::nothingToBackUp, "There is no folder to back up"};
     return std::nullopt;
 }
 
@@ -146,29 +151,29 @@ void BackupWorker::leaveOutOtherFileSystems() {
     }
 }
 
-BackupWorker::Failure BackupWorker::chooseView() {
+BackupWorker::Step BackupWorker::chooseView() {
     for (const std::string& volume : volumesHolding(selection_.sources))
         removeLocalSnapshotsForRoom(LocalSnapshots(volume), notes_);
     view_.emplace(selection_, coveredFolders_, destination_.path, around_.clock.now(), notes_);
     return std::nullopt;
 }
 
-void BackupWorker::removeLocalSnapshots(ResultCode code) {
+void BackupWorker::removeLocalSnapshots(bool backedUp) {
     for (const std::string& volume : volumesHolding(selection_.sources))
-        if (code == ResultCode::success)
+        if (backedUp)
             removeExpiredLocalSnapshots(LocalSnapshots(volume), around_.clock.now(), notes_);
         else
             removeLocalSnapshotsForRoom(LocalSnapshots(volume), notes_);
 }
 
-BackupWorker::Failure BackupWorker::prepareFolder() {
+BackupWorker::Step BackupWorker::prepareFolder() {
     std::vector<std::string> leftovers = store_.unfinished();
     const std::string newest = leftovers.empty() ? std::string() : leftovers.back();
     job_.resuming = !newest.empty() && resume(newest);
     for (const std::string& name : leftovers)
         if (!(job_.resuming && name == newest) && !removeTree(store_.pathOf(name)))
             notes_.push_back("Cannot remove the unfinished backup " + name);
-    if (Failure failure = makeWritable())
+    if (Step failure = makeWritable())
         return failure;
     const std::string name = snapshotName(around_.clock.now()) + std::string(inProgressSuffix);
     unfinishedName_ = job_.resuming ? newest : name;
@@ -183,14 +188,14 @@ BackupWorker::Failure BackupWorker::prepareFolder() {
 }
 
 /// A disk that is full to the last byte takes not even the folder of a backup, nor tells what it can hold.
-BackupWorker::Failure BackupWorker::makeWritable() {
+BackupWorker::Step BackupWorker::makeWritable() {
     constexpr std::int64_t roomToBegin = 1 << 20;
-    int error = probeWriting(store_.folder());
-    if (isFull(error)) {
+    auto failure = probeWriting(store_.folder());
+    if (failure && isFull(failure->error)) {
         removal().makeRoom(roomToBegin);
-        error = probeWriting(store_.folder());
+        failure = probeWriting(store_.folder());
     }
-    return error == 0 ? std::nullopt : Failure(destinationFailure("writing", error));
+    return failure ? Step(destinationFailure("writing", failure->error)) : std::nullopt;
 }
 
 bool BackupWorker::resume(const std::string& name) {
@@ -226,7 +231,7 @@ void BackupWorker::noteSubvolumes(const std::vector<std::string>& otherFileSyste
                              " is a subvolume of its own, which can be added to the folders to back up");
 }
 
-BackupWorker::Failure BackupWorker::copy() {
+BackupWorker::Step BackupWorker::copy() {
     const std::vector<Snapshot> snapshots = store_.list();
     job_.target = store_.pathOf(unfinishedName_);
     if (!snapshots.empty())
@@ -242,34 +247,33 @@ BackupWorker::Failure BackupWorker::copy() {
         return stopped();
     around_.status.enter(phase::copying);
     for (const SourcePlace& place : view_->places())
-        if (Failure failure = copyFrom(place))
+        if (Step failure = copyFrom(place))
             return failure;
     if (!view_->isWhole())
-        return BackupResult{ResultCode::copyFailed, "A local snapshot was removed while it was backed up"};
+        return BackupFailure{ResultCode::copyFailed, "A local snapshot was removed while it was backed up"};
     return copyVolumeFolders();
 }
 
-BackupWorker::Failure BackupWorker::copyFrom(const SourcePlace& place) {
+BackupWorker::Step BackupWorker::copyFrom(const SourcePlace& place) {
     job_.place = place;
     if (!makeFolder(volumeBelow(job_.target, place)))
         return destinationFailure("making the folder of " + place.volume, errno);
     if (!replaceFile(job_.filterFile, filterFileFor(place, selection_.excluded)))
-        return BackupResult{ResultCode::failed,
-                            "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
+        return BackupFailure{ResultCode::failed,
+                             "Cannot write " + job_.filterFile + ": " + std::strerror(errno)};
     CopyJob job = job_;
-    struct stat status {};
-    if (job.previousSnapshot && ::lstat(volumeBelow(*job.previousSnapshot, place).c_str(), &status) != 0)
+    if (job.previousSnapshot && !fileStatus(volumeBelow(*job.previousSnapshot, place)))
         job.previousSnapshot.reset(); // it did not hold this volume
     return runCopy(rsyncArguments(job));
 }
 
 /// From a snapshot come the sources, but neither its top folder nor those above. Last, because each run of
 /// rsync changes the times of the folders that it makes something in.
-BackupWorker::Failure BackupWorker::copyVolumeFolders() {
+BackupWorker::Step BackupWorker::copyVolumeFolders() {
     std::vector<std::string> folders;
     for (const SourcePlace& place : view_->places()) {
         const bool whole = place.sources.front() == place.volume;
-        const std::string folder = whole ? place.volume.substr(0, place.volume.rfind('/')) : place.volume;
+        const std::string folder = whole ? parentOf(place.volume) : place.volume;
         if (!folder.empty() && folder != "/")
             folders.push_back(folder);
     }
@@ -277,8 +281,8 @@ BackupWorker::Failure BackupWorker::copyVolumeFolders() {
     return folders.empty() ? std::nullopt : runCopy(rsyncFolderArguments(job_, folders));
 }
 
-BackupWorker::Failure BackupWorker::runCopy(const std::vector<std::string>& arguments) {
-    if (Failure failure = awaitEarlierRun())
+BackupWorker::Step BackupWorker::runCopy(const std::vector<std::string>& arguments) {
+    if (Step failure = awaitEarlierRun())
         return failure;
     RsyncProgressReader progress;
     const auto tell = [&] {
@@ -294,33 +298,32 @@ BackupWorker::Failure BackupWorker::runCopy(const std::vector<std::string>& argu
     run.onStopping = [&] { around_.status.setStopping(); };
     const auto exit = runRsync(run, around_.stop);
     if (!exit)
-        return BackupResult{ResultCode::failed,
-                            std::string("rsync could not be started: ") + std::strerror(errno)};
+        return BackupFailure{ResultCode::failed, "rsync could not be started: " + exit.failure().text};
     tell();
     copiedBytes_ += progress.bytes();
     copiedFiles_ += progress.files();
     const RsyncOutcome outcome = judgeRsyncExit(*exit, around_.stop.requested());
     for (const std::string& note : outcome.notes)
         notes_.push_back(withOriginalPaths(note, job_.place));
-    if (outcome.code != ResultCode::success)
-        return BackupResult{outcome.code, withOriginalPaths(outcome.message, job_.place)};
-    return std::nullopt;
+    if (!outcome.failure)
+        return std::nullopt;
+    return BackupFailure{outcome.failure->code, withOriginalPaths(outcome.failure->text, job_.place)};
 }
 
-BackupWorker::Failure BackupWorker::finish() {
+BackupWorker::Step BackupWorker::finish() {
     around_.status.enter(phase::finishing);
     constexpr double lastProcessSeconds = 30;
     StopRequests& stop = around_.stop;
     if (!waitForEarlierRun(around_.files.copyLock, lastProcessSeconds, stop))
-        return stop.requested() ? stopped() : BackupResult{ResultCode::copyFailed, "rsync did not end"};
+        return stop.requested() ? stopped() : BackupFailure{ResultCode::copyFailed, "rsync did not end"};
     if (::syncfs(destinationFolder_.get()) != 0)
         return destinationFailure("writing to the disk", errno);
-    if (const int error = probeWriting(store_.folder()); error != 0)
-        return destinationFailure("writing to the disk", error);
+    if (const auto failure = probeWriting(store_.folder()))
+        return destinationFailure("writing to the disk", failure->error);
     if (!isAvailable(destination_))
-        return BackupResult{ResultCode::destinationUnavailable, destination_.path + " has gone away"};
-    if (!store_.publish(unfinishedName_, around_.clock.now()))
-        return destinationFailure("naming the backup", errno);
+        return unavailable("has gone away");
+    if (const auto snapshot = store_.publish(unfinishedName_, around_.clock.now()); !snapshot)
+        return destinationFailure("naming the backup", snapshot.failure().error);
     unfinishedName_.clear();
     ::unlink(around_.files.leftover.c_str());
     return std::nullopt;
@@ -337,20 +340,22 @@ void BackupWorker::keepLeftover(ResultCode code) {
         ::unlink(around_.files.leftover.c_str());
 }
 
-bool BackupWorker::record(const BackupResult& result) {
-    AttemptEnd end{result, notes_, std::nullopt};
-    if (result.code != ResultCode::destinationUnavailable && isAvailable(destination_))
+bool BackupWorker::record(const Step& failure) {
+    AttemptEnd end{failure, notes_, std::nullopt};
+    const bool away = failure && failure->code == ResultCode::destinationUnavailable;
+    if (!away && isAvailable(destination_))
         end.contents = contentsOf(store_);
     const bool recorded = recordAttemptEnd(around_.preferences, destination_.id, end);
     if (!recorded)
         notes_.emplace_back("The result could not be stored in the preferences");
-    writeLog(result);
+    writeLog(failure);
     return recorded;
 }
 
-void BackupWorker::writeLog(const BackupResult& result) const {
-    std::string text = "Result " + std::to_string(static_cast<int>(result.code));
-    text += result.message.empty() ? "\n" : ": " + printable(result.message) + "\n";
+void BackupWorker::writeLog(const Step& failure) const {
+    const ResultCode code = failure ? failure->code : ResultCode::success;
+    std::string text = "Result " + std::to_string(static_cast<int>(code));
+    text += failure ? ": " + printable(failure->text) + "\n" : "\n";
     for (const std::string& note : notes_)
         text += printable(note) + "\n";
     replaceFile(around_.files.log, text);
@@ -358,11 +363,15 @@ void BackupWorker::writeLog(const BackupResult& result) const {
 
 SnapshotRemoval BackupWorker::removal() { return {store_, around_.stop, around_.status, notes_}; }
 
-BackupResult BackupWorker::destinationFailure(const std::string& step, int error) const {
+BackupFailure BackupWorker::destinationFailure(const std::string& step, int error) const {
     const std::string message = destination_.path + ": " + step + ": " + std::strerror(error);
     return {isFull(error) ? ResultCode::destinationFull : ResultCode::destinationFailing, message};
 }
 
-BackupResult BackupWorker::stopped() { return {ResultCode::stopped, "The backup was stopped"}; }
+BackupFailure BackupWorker::unavailable(const char* how) const {
+    return {ResultCode::destinationUnavailable, destination_.path + " " + how};
+}
+
+BackupFailure BackupWorker::stopped() { return {ResultCode::stopped, "The backup was stopped"}; }
 
 } // namespace norvane

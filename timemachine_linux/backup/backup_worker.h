@@ -9,7 +9,6 @@
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/user_defaults_file.h"
 #include "timemachine_linux/backup/change_count.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/backup/source_view.h"
 #include "timemachine_linux/destination/destination.h"
 #include "timemachine_linux/files/file_lock.h"
@@ -19,6 +18,7 @@
 #include "timemachine_linux/session/stop_requests.h"
 #include "timemachine_linux/snapshots/snapshot_removal.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 
@@ -43,33 +43,34 @@ public:
     [[nodiscard]] ResultCode run();
 
 private:
-    using Failure = std::optional<BackupResult>; // none: go on
+    using Step = std::optional<BackupFailure>; // none: go on
 
-    Failure backUp();
-    Failure awaitEarlierRun();
-    Failure openDestination();
-    Failure lockDestination();
-    Failure chooseSources();
-    Failure chooseView();
-    Failure prepareFolder();
-    Failure makeWritable();
+    Step backUp();
+    Step awaitEarlierRun();
+    Step openDestination();
+    Step lockDestination();
+    Step chooseSources();
+    Step chooseView();
+    Step prepareFolder();
+    Step makeWritable();
     void leaveOutOtherFileSystems();
-    void removeLocalSnapshots(ResultCode code);
+    void removeLocalSnapshots(bool backedUp);
     [[nodiscard]] ChangeTotals countTotals();
     void noteSubvolumes(const std::vector<std::string>& otherFileSystems);
-    Failure copy();
-    Failure copyFrom(const SourcePlace& place);
-    Failure copyVolumeFolders();
-    Failure runCopy(const std::vector<std::string>& arguments);
-    Failure finish();
+    Step copy();
+    Step copyFrom(const SourcePlace& place);
+    Step copyVolumeFolders();
+    Step runCopy(const std::vector<std::string>& arguments);
+    Step finish();
 
     bool resume(const std::string& name);
     void keepLeftover(ResultCode code);
-    [[nodiscard]] bool record(const BackupResult& result);
-    void writeLog(const BackupResult& result) const;
+    [[nodiscard]] bool record(const Step& failure);
+    void writeLog(const Step& failure) const;
     [[nodiscard]] SnapshotRemoval removal();
-    [[nodiscard]] BackupResult destinationFailure(const std::string& step, int error) const;
-    [[nodiscard]] static BackupResult stopped();
+    [[nodiscard]] BackupFailure destinationFailure(const std::string& step, int error) const;
+    [[nodiscard]] BackupFailure unavailable(const char* how) const;
+    [[nodiscard]] static BackupFailure stopped();
 
     Surroundings around_;
     const Destination destination_;

@@ -11,13 +11,12 @@
 #include <utility>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/paths.h"
 
 namespace norvane {
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
-std::string parentOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
 class Walk {
 public:
@@ -34,7 +33,7 @@ public:
             return;
         device_ = status.st_dev;
         if (!S_ISDIR(status.st_mode)) {
-            visitFile(openBases(parentOf(source)), source.substr(source.rfind('/') + 1).c_str(), status);
+            visitFile(openBases(parentOf(source)), nameOf(source).c_str(), status);
             return;
         }
         pending_ = {source == "/" ? std::string() : source};

@@ -1,13 +1,11 @@
 #include "timemachine_linux/backup/source_view.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <map>
 
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
-#include "timemachine_linux/files/file_system_probe.h"
 
 namespace norvane {
 namespace {
@@ -25,38 +23,13 @@ bool anyNested(const std::vector<std::string>& sources) {
 }
 
 /// A snapshot keeps the inode numbers. Where they differ, the path leads elsewhere than to the volume.
-bool isSameFile(const std::string& original, const std::string& copy) {
-    struct stat first {};
-    struct stat second {};
-    return ::lstat(original.c_str(), &first) == 0 && ::lstat(copy.c_str(), &second) == 0 &&
-           first.st_ino == second.st_ino;
-}
-
-bool isShortOfRoom(const std::string& volume) {
-    const auto space = spaceOf(volume);
-    return space && space->availableBytes < (space->availableBytes + space->usedBytes) / 10;
-}
-
-void remove(const LocalSnapshots& snapshots, const LocalSnapshot& snapshot, std::vector<std::string>& notes) {
-    if (const std::string trouble = snapshots.remove(snapshot.token); !trouble.empty())
-        notes.push_back("Cannot remove an old local snapshot: " + trouble);
+bool showsTheSame(const std::string& original, const std::string& copy) {
+    const auto first = fileStatus(original);
+    const auto second = fileStatus(copy);
+    return first && second && first->st_ino == second->st_ino;
 }
 
 } // namespace
-
-void removeLocalSnapshotsForRoom(const LocalSnapshots& snapshots, std::vector<std::string>& notes) {
-    if (isShortOfRoom(snapshots.volume()))
-        for (const LocalSnapshot& snapshot : snapshots.list())
-            remove(snapshots, snapshot, notes);
-}
-
-void removeExpiredLocalSnapshots(const LocalSnapshots& snapshots, Instant now,
-                                 std::vector<std::string>& notes) {
-    const bool all = isShortOfRoom(snapshots.volume());
-    for (const LocalSnapshot& snapshot : snapshots.list())
-        if (all || secondsBetween(snapshot.created, now) > localSnapshotSeconds)
-            remove(snapshots, snapshot, notes);
-}
 
 SourceView::SourceView(const SourceSelection& selection, const std::vector<std::string>& covered,
                        const std::string& destinationFolder, Instant now, std::vector<std::string>& notes) {
@@ -80,15 +53,15 @@ SourceView::SourceView(const SourceSelection& selection, const std::vector<std::
 void SourceView::takeFrom(const std::string& volume, const std::vector<std::string>& sources, Instant now,
                           std::vector<std::string>& inPlace, std::vector<std::string>& notes) {
     const LocalSnapshots snapshots(volume);
-    const LocalSnapshots::Made made = snapshots.make(now);
-    auto held = made.token.empty() ? std::nullopt : snapshots.hold(made.token);
+    const auto token = snapshots.make(now);
+    auto held = token ? snapshots.hold(*token) : std::nullopt;
     // Who may not have snapshots need not hear it every hour.
-    if (!held && !made.forbidden)
+    if (!held && (token || !isForbidden(token.failure())))
         notes.push_back("Saved files of different moments, without a local snapshot: " +
-                        (made.token.empty() ? made.trouble : "it was removed"));
-    SourcePlace place{{}, volume, held ? snapshots.pathOf(made.token) : ""};
+                        (token ? "it was removed" : token.failure().text));
+    SourcePlace place{{}, volume, held ? snapshots.pathOf(*token) : ""};
     for (const std::string& source : sources) {
-        const bool inside = held && isSameFile(source, pathInPlace(place, source));
+        const bool inside = held && showsTheSame(source, pathInPlace(place, source));
         (inside ? place.sources : inPlace).push_back(source);
     }
     if (place.sources.empty())

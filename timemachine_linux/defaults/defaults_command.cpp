@@ -186,10 +186,9 @@ private:
 
     int writeKey(const Domain& domain, const Entries&) {
         const auto parsed = parseDefaultsValue(arguments_.subspan(3));
-        if (const auto* error = std::get_if<DefaultsValueError>(&parsed))
-            return fail(error->reason + "; leaving defaults unchanged.");
-        const PropertyList& value = std::get<DefaultsValue>(parsed).value;
-        const bool appends = std::get<DefaultsValue>(parsed).appends;
+        if (!parsed)
+            return fail(parsed.failure().text + "; leaving defaults unchanged.");
+        const auto& [value, appends] = *parsed;
         bool fits = true;
         const bool stored = update(domain, [&](Entries& entries) {
             const auto entry = entries.find(arguments_[2]);

@@ -152,11 +152,11 @@ private:
 
 } // namespace
 
-std::variant<DefaultsValue, DefaultsValueError> parseDefaultsValue(std::span<const std::string> arguments) {
+Result<DefaultsValue> parseDefaultsValue(std::span<const std::string> arguments) {
     ValueReader reader(arguments);
     auto value = reader.readAll();
     if (!value)
-        return DefaultsValueError{reader.error};
+        return Failure{reader.error};
     return DefaultsValue{std::move(*value), !arguments.empty() && arguments.front() == "-array-add"};
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
 
@@ -20,15 +20,14 @@ struct Destination {
 /// The file in the destination's folder that tells it from the empty mount point of a disk that is away.
 inline constexpr const char* destinationMarkerName = ".norvane-destination";
 
-/// The configured destination; none when there is none.
-[[nodiscard]] std::optional<Destination> configuredDestination(const UserDefaultsFile& preferences);
+/// Fails when there is none.
+[[nodiscard]] Result<Destination> configuredDestination(const UserDefaultsFile& preferences);
 
 /// Makes the folder the destination, with the backups of this machine that it holds. It is canonical, and
-/// `judgeDestination` found it usable. Returns what went wrong; empty on success.
-[[nodiscard]] std::string setDestination(UserDefaultsFile& preferences, const std::string& folder);
+/// `judgeDestination` found it usable.
+[[nodiscard]] std::optional<Failure> setDestination(UserDefaultsFile& preferences, const std::string& folder);
 
-/// False: none was configured, or the preferences cannot be written.
-bool removeDestination(UserDefaultsFile& preferences);
+[[nodiscard]] std::optional<Failure> removeDestination(UserDefaultsFile& preferences);
 
 /// Whether the folder is there and holds the marker with the destination's id. Bounded to a few seconds even
 /// on a network mount that no longer answers; quick otherwise.

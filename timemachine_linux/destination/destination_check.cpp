@@ -14,8 +14,7 @@
 
 #include "platform/linux/files/mount_table.h"
 #include "platform/text/white_space.h"
-#include "timemachine_linux/destination/backup_place.h"
-#include "timemachine_linux/files/file_system_probe.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 #include "timemachine_linux/files/mounted_paths.h"
 #include "timemachine_linux/files/paths.h"
 
@@ -131,10 +130,11 @@ void lookUpWriting(DestinationFacts& facts) {
 }
 
 void tryWriting(DestinationFacts& facts) {
-    facts.writeError = probeWriting(facts.path);
+    const auto errorOf = [](const std::optional<Failure>& failure) { return failure ? failure->error : 0; };
+    facts.writeError = errorOf(probeWriting(facts.path));
     if (facts.writeError != 0)
         return;
-    facts.linkError = probeHardLinks(facts.path);
+    facts.linkError = errorOf(probeHardLinks(facts.path));
     facts.abilities = abilitiesOf(facts.path);
 }
 
@@ -143,7 +143,7 @@ bool reach(DestinationFacts& facts) {
     struct stat status {};
     const auto canonical = canonicalPath(facts.path);
     if (!canonical || ::stat(canonical->c_str(), &status) != 0) {
-        facts.accessError = errno;
+        facts.accessError = canonical ? errno : canonical.failure().error;
         return false;
     }
     facts.path = *canonical;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "timemachine_linux/rsync/rsync_command.h"
+#include "timemachine_linux/files/file_system_probe.h"
 
 namespace norvane {
 

@@ -8,8 +8,8 @@
 
 #include "platform/linux/files/mount_table.h"
 #include "tests/support/backup_sandbox.h"
-#include "timemachine_linux/destination/backup_place.h"
 #include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 
 namespace norvane {
 namespace {

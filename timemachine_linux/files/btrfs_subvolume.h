@@ -1,4 +1,4 @@
-// Subvolumes and snapshots of Btrfs by the kernel's own calls. Source: linux/btrfs.h, btrfs-subvolume(8).
+// Subvolumes and snapshots of Btrfs (btrfs-subvolume(8)).
 #pragma once
 
 #include <array>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/instant.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -25,9 +26,9 @@ struct SubvolumeInfo {
 /// not Btrfs, or when the top folder is not above the path because only a part of the subvolume is mounted.
 [[nodiscard]] std::optional<std::string> subvolumeHolding(const std::string& path);
 
-/// All of them act in the open folder, with names that hold no slash. 0, or the errno of the failure.
-[[nodiscard]] int makeSubvolume(int folder, const std::string& name);
-[[nodiscard]] int makeReadOnlySnapshot(int subvolume, int folder, const std::string& name);
-[[nodiscard]] int removeSubvolume(int folder, const std::string& name);
+/// All of them act in the open folder, with names that hold no slash.
+[[nodiscard]] std::optional<Failure> makeSubvolume(int folder, const std::string& name);
+[[nodiscard]] std::optional<Failure> makeReadOnlySnapshot(int subvolume, int folder, const std::string& name);
+[[nodiscard]] std::optional<Failure> removeSubvolume(int folder, const std::string& name);
 
 } // namespace norvane

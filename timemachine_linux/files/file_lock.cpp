@@ -7,16 +7,16 @@
 
 namespace norvane {
 
-std::optional<FileLock> FileLock::tryAcquire(const std::string& path) {
+Result<FileLock> FileLock::tryAcquire(const std::string& path) {
     FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file)
-        return std::nullopt;
+        return systemFailure();
     struct flock whole {};
     whole.l_type = F_WRLCK;
     if (::fcntl(file.get(), F_OFD_SETLK, &whole) != 0) {
         if (errno == EACCES)
             errno = EAGAIN;
-        return std::nullopt;
+        return systemFailure();
     }
     return FileLock(std::move(file));
 }

@@ -1,10 +1,10 @@
 // Locks between processes that the system takes back when their holder dies, however it dies.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -13,9 +13,8 @@ namespace norvane {
 /// flock(2) it can be looked at without being taken, so a look never makes somebody else's attempt fail.
 class FileLock {
 public:
-    /// Makes the file if need be. None: somebody else holds it, or the file cannot be opened; errno says
-    /// which (EAGAIN for a held lock).
-    [[nodiscard]] static std::optional<FileLock> tryAcquire(const std::string& path);
+    /// Makes the file if need be. Fails with EAGAIN while somebody else holds the lock.
+    [[nodiscard]] static Result<FileLock> tryAcquire(const std::string& path);
 
     [[nodiscard]] static bool isHeld(const std::string& path);
 

@@ -54,25 +54,26 @@ FileSystemAbilities abilitiesOf(const std::string& folder) {
             keepsNanoseconds(folder)};
 }
 
-int probeHardLinks(const std::string& folder) {
+std::optional<Failure> probeHardLinks(const std::string& folder) {
     const std::string path = probePath(folder);
     const std::string second = path + "-link";
     const FileDescriptor file = makeProbe(path);
     ::unlink(second.c_str());
-    const int error = file && ::link(path.c_str(), second.c_str()) == 0 ? 0 : errno;
+    const bool linked = file && ::link(path.c_str(), second.c_str()) == 0;
+    const auto failure = linked ? std::nullopt : std::optional(systemFailure());
     ::unlink(second.c_str());
     ::unlink(path.c_str());
-    return error;
+    return failure;
 }
 
-int probeWriting(const std::string& folder) {
+std::optional<Failure> probeWriting(const std::string& folder) {
     const std::string path = probePath(folder);
     const FileDescriptor file = makeProbe(path);
     const std::string block(4096, 'p');
-    const bool good = file && writeAll(file.get(), block) && ::fsync(file.get()) == 0;
-    const int error = good ? 0 : errno;
+    const bool written = file && writeAll(file.get(), block) && ::fsync(file.get()) == 0;
+    const auto failure = written ? std::nullopt : std::optional(systemFailure());
     ::unlink(path.c_str());
-    return error;
+    return failure;
 }
 
 } // namespace norvane

@@ -5,9 +5,18 @@
 #include <optional>
 #include <string>
 
-#include "timemachine_linux/rsync/rsync_command.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
+
+/// What it can hold.
+struct FileSystemAbilities {
+    bool accessControlLists = true;
+    bool extendedAttributes = true;
+    bool nanoseconds = true; ///< Modification times keep fractions of a second.
+
+    bool operator==(const FileSystemAbilities&) const = default;
+};
 
 struct FileSystemSpace {
     std::int64_t availableBytes = 0; ///< For ordinary users.
@@ -20,10 +29,10 @@ struct FileSystemSpace {
 /// Tries it out with a file in the folder, which must be writable. What cannot be found out counts as there.
 [[nodiscard]] FileSystemAbilities abilitiesOf(const std::string& folder);
 
-/// Makes a file in the folder, gives it a second name and removes both. 0, or the errno of the failure.
-[[nodiscard]] int probeHardLinks(const std::string& folder);
+/// Makes a file in the folder, gives it a second name and removes both.
+[[nodiscard]] std::optional<Failure> probeHardLinks(const std::string& folder);
 
-/// Writes a file in the folder, proves it to be on the disk and removes it. 0, or the errno of the failure.
-[[nodiscard]] int probeWriting(const std::string& folder);
+/// Writes a file in the folder, proves it to be on the disk and removes it.
+[[nodiscard]] std::optional<Failure> probeWriting(const std::string& folder);
 
 } // namespace norvane

@@ -1,14 +1,9 @@
 #include "timemachine_linux/files/held_folder.h"
 
-#include <sys/stat.h>
+#include "platform/linux/files/file_status.h"
 
 namespace norvane {
 
-bool HeldFolder::isInPlace() const {
-    struct stat opened {};
-    struct stat found {};
-    return ::fstat(folder.get(), &opened) == 0 && ::lstat(path.c_str(), &found) == 0 &&
-           opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
-}
+bool HeldFolder::isInPlace() const { return isSameFile(fileStatus(folder.get()), fileStatus(path)); }
 
 } // namespace norvane

@@ -1,18 +1,10 @@
 #include "timemachine_linux/files/mounted_paths.h"
 
-#include <sys/stat.h>
-
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
 
 namespace norvane {
 namespace {
-
-bool isSameFile(const std::string& one, const std::string& other) {
-    struct stat first {};
-    struct stat second {};
-    return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
-           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-}
 
 /// `path`, which lies in the folder `from`, as it is called in the folder `to`.
 std::string moved(const std::string& path, const std::string& from, const std::string& to) {
@@ -37,7 +29,7 @@ std::vector<std::string> pathsOf(const std::string& folder) {
             !isWithin(inside, mount->root))
             continue;
         const std::string path = moved(inside, mount->root, mount->folder);
-        if (path != folder && isSameFile(path, folder))
+        if (path != folder && isSameFile(fileStatus(path), fileStatus(folder)))
             paths.push_back(path);
     }
     return paths;

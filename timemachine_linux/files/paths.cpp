@@ -19,14 +19,14 @@ std::string withoutTrailingSlashes(std::string path) {
 
 } // namespace
 
-std::optional<std::string> canonicalPath(const std::string& path) {
+Result<std::string> canonicalPath(const std::string& path) {
     const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), std::free);
     if (!resolved)
-        return std::nullopt;
+        return systemFailure();
     return std::string(resolved.get());
 }
 
-std::optional<std::string> resolvedPath(const std::string& path) {
+Result<std::string> resolvedPath(const std::string& path) {
     const std::string trimmed = withoutTrailingSlashes(path);
     const std::size_t slash = trimmed.rfind('/');
     const std::string name = slash == std::string::npos ? trimmed : trimmed.substr(slash + 1);
@@ -34,9 +34,13 @@ std::optional<std::string> resolvedPath(const std::string& path) {
         return canonicalPath(trimmed);
     const auto parent = canonicalPath(slash == std::string::npos ? "." : trimmed.substr(0, slash + 1));
     if (!parent)
-        return std::nullopt;
+        return parent;
     return *parent == "/" ? "/" + name : *parent + "/" + name;
 }
+
+std::string parentOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
+
+std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 bool isPrintableUtf8(std::string_view bytes) {
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };

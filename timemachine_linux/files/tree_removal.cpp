@@ -15,7 +15,6 @@
 
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/mount_table.h"
-#include "timemachine_linux/files/paths.h"
 
 namespace norvane {
 namespace {

@@ -3,14 +3,13 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <set>
 
+#include "platform/linux/files/file_status.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
@@ -26,23 +25,26 @@ struct OpenVolume {
     FileDescriptor top;
     FileDescriptor snapshots; ///< The folder that holds them; may be closed.
     SubvolumeInfo info;
-    std::string trouble; ///< Why the folder cannot be used.
+    std::optional<Failure> failure; ///< Why the folder cannot be used.
 };
 
 std::string folderName() { return std::string(localSnapshotsFolderName); }
 
-std::string troubleWithFolder(int top, int folder) {
-    struct stat above {};
-    struct stat status {};
-    if (::fstat(top, &above) != 0 || ::fstat(folder, &status) != 0)
-        return std::strerror(errno);
-    if (status.st_dev != above.st_dev)
-        return "it is another file system";
-    if (status.st_uid != ::geteuid())
-        return "it belongs to another user";
-    if ((status.st_mode & ALLPERMS) != privateFolder && ::fchmod(folder, privateFolder) != 0)
-        return std::strerror(errno);
-    return {};
+/// What does not depend on this user counts as forbidden, too: it will be so the next time.
+Failure forbidden(std::string text) { return {std::move(text), EPERM}; }
+
+std::optional<Failure> failureOfFolder(int top, int folder) {
+    const auto above = fileStatus(top);
+    const auto status = fileStatus(folder);
+    if (!above || !status)
+        return systemFailure();
+    if (status->st_dev != above->st_dev)
+        return Failure{"it is another file system"};
+    if (status->st_uid != ::geteuid())
+        return Failure{"it belongs to another user"};
+    if ((status->st_mode & ALLPERMS) != privateFolder && ::fchmod(folder, privateFolder) != 0)
+        return systemFailure();
+    return std::nullopt;
 }
 
 enum class IfMissing { leave, make };
@@ -58,13 +60,13 @@ std::optional<OpenVolume> openVolume(const std::string& volume, IfMissing ifMiss
     const std::string name = folderName();
     if (ifMissing == IfMissing::make && ::mkdirat(opened.top.get(), name.c_str(), privateFolder) != 0 &&
         errno != EEXIST) {
-        opened.trouble = std::strerror(errno);
+        opened.failure = systemFailure();
         return opened;
     }
     opened.snapshots.reset(::openat(opened.top.get(), name.c_str(), realFolder));
-    opened.trouble =
-        opened.snapshots ? troubleWithFolder(opened.top.get(), opened.snapshots.get()) : std::strerror(errno);
-    if (!opened.trouble.empty())
+    opened.failure =
+        opened.snapshots ? failureOfFolder(opened.top.get(), opened.snapshots.get()) : systemFailure();
+    if (opened.failure)
         opened.snapshots.reset();
     return opened;
 }
@@ -81,18 +83,15 @@ std::optional<LocalSnapshot> snapshotNamed(const OpenVolume& volume, const std::
 }
 
 /// Whether this user may remove a subvolume, which mount options decide: told by trying.
-int probeRemoval(int folder) {
+std::optional<Failure> probeRemoval(int folder) {
     const std::string name = ".probe";
-    int error = makeSubvolume(folder, name);
-    if (error != 0 && error != EEXIST)
-        return error;
-    error = removeSubvolume(folder, name);
-    if (error != 0)
+    if (auto failure = makeSubvolume(folder, name); failure && failure->error != EEXIST)
+        return failure;
+    auto failure = removeSubvolume(folder, name);
+    if (failure)
         ::unlinkat(folder, name.c_str(), AT_REMOVEDIR); // allowed for an empty one
-    return error;
+    return failure;
 }
-
-bool isForbidden(int error) { return error == EPERM || error == EACCES; }
 
 } // namespace
 
@@ -120,42 +119,45 @@ std::vector<LocalSnapshot> LocalSnapshots::list() const {
     return snapshots;
 }
 
-LocalSnapshots::Made LocalSnapshots::make(Instant now) const {
+Result<std::string> LocalSnapshots::make(Instant now) const {
     const auto volume = openVolume(volume_, IfMissing::make);
     if (!volume)
-        return {{}, volume_ + " is on a file system without snapshots", true};
+        return forbidden(volume_ + " is on a file system without snapshots");
     if (!volume->snapshots)
-        return {{}, folder() + ": " + volume->trouble, true};
-    const int removal = ::geteuid() == 0 ? 0 : probeRemoval(volume->snapshots.get());
-    if (removal != 0) {
+        return forbidden(folder() + ": " + volume->failure->text);
+    if (const auto failure = ::geteuid() == 0 ? std::nullopt : probeRemoval(volume->snapshots.get())) {
         ::unlinkat(volume->top.get(), folderName().c_str(), AT_REMOVEDIR); // if nothing is in it
-        return {{},
-                isForbidden(removal)
-                    ? volume_ + " lets only root remove snapshots again, unless it is mounted "
-                                "with the option user_subvol_rm_allowed"
-                    : folder() + ": " + std::strerror(removal),
-                isForbidden(removal)};
+        return isForbidden(*failure)
+                   ? forbidden(volume_ + " lets only root remove snapshots again, unless it is mounted "
+                                         "with the option user_subvol_rm_allowed")
+                   : Failure{folder() + ": " + failure->text, failure->error};
     }
-    int error = EEXIST;
-    for (int tries = 0; tries < mostTries && error == EEXIST; ++tries, now += std::chrono::seconds(1)) {
+    Failure failure;
+    for (int tries = 0; tries < mostTries; ++tries, now += std::chrono::seconds(1)) {
         const std::string token = snapshotName(now);
-        error = makeReadOnlySnapshot(volume->top.get(), volume->snapshots.get(), localSnapshotName(token));
-        if (error == 0)
-            return {token, {}, false};
+        const auto refused =
+            makeReadOnlySnapshot(volume->top.get(), volume->snapshots.get(), localSnapshotName(token));
+        if (!refused)
+            return token;
+        failure = {volume_ + ": " + refused->text, refused->error};
+        if (failure.error != EEXIST)
+            break;
     }
-    return {{}, volume_ + ": " + std::strerror(error), isForbidden(error)};
+    return failure;
 }
 
-std::string LocalSnapshots::remove(const std::string& token) const {
+std::optional<Failure> LocalSnapshots::remove(const std::string& token) const {
     const auto volume = openVolume(volume_, IfMissing::leave);
     const std::string name = localSnapshotName(token);
     if (!volume || !volume->snapshots || !snapshotNamed(*volume, name))
-        return "there is no local snapshot with the date " + token;
+        return Failure{"there is no local snapshot with the date " + token};
     const FileDescriptor snapshot(::openat(volume->snapshots.get(), name.c_str(), realFolder));
     if (snapshot && ::flock(snapshot.get(), LOCK_EX | LOCK_NB) != 0)
-        return pathOf(token) + " is being backed up";
-    const int error = removeSubvolume(volume->snapshots.get(), name);
-    return error == 0 ? std::string() : pathOf(token) + ": " + std::strerror(error);
+        return Failure{pathOf(token) + " is being backed up"};
+    auto failure = removeSubvolume(volume->snapshots.get(), name);
+    if (failure)
+        failure->text = pathOf(token) + ": " + failure->text;
+    return failure;
 }
 
 std::optional<FileDescriptor> LocalSnapshots::hold(const std::string& token) const {
@@ -164,6 +166,8 @@ std::optional<FileDescriptor> LocalSnapshots::hold(const std::string& token) con
         return std::nullopt;
     return snapshot;
 }
+
+bool isForbidden(const Failure& failure) { return failure.error == EPERM || failure.error == EACCES; }
 
 std::vector<std::string> volumesHolding(const std::vector<std::string>& paths) {
     std::set<std::string> volumes;

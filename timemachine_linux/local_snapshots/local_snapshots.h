@@ -9,6 +9,7 @@
 
 #include "platform/instant.h"
 #include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -32,17 +33,11 @@ public:
     /// Oldest first. Of what is in the folder, only snapshots of this very volume count.
     [[nodiscard]] std::vector<LocalSnapshot> list() const;
 
-    struct Made {
-        std::string token;      ///< Empty: none was made.
-        std::string trouble;    ///< Why not.
-        bool forbidden = false; ///< This user may not, now or later.
-    };
+    /// Named by `now`, or the next second that is free; gives the token. Makes none that this user could not
+    /// remove again.
+    [[nodiscard]] Result<std::string> make(Instant now) const;
 
-    /// Named by `now`, or the next second that is free. Makes none that this user could not remove again.
-    [[nodiscard]] Made make(Instant now) const;
-
-    /// Returns why it cannot be removed; empty on success.
-    [[nodiscard]] std::string remove(const std::string& token) const;
+    [[nodiscard]] std::optional<Failure> remove(const std::string& token) const;
 
     /// Keeps the snapshot from being removed by this program while the descriptor is open, in a child or
     /// here. None: it is not there.
@@ -51,6 +46,9 @@ public:
 private:
     std::string volume_;
 };
+
+/// Whether this user may not have a snapshot, now or later.
+[[nodiscard]] bool isForbidden(const Failure& failure);
 
 /// The volumes that hold the paths, each once, in order; paths elsewhere have none.
 [[nodiscard]] std::vector<std::string> volumesHolding(const std::vector<std::string>& paths);

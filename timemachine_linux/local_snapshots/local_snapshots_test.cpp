@@ -8,9 +8,9 @@
 
 #include "platform/linux/files/small_file.h"
 #include "tests/support/tmutil_fixture.h"
-#include "timemachine_linux/backup/source_view.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
+#include "timemachine_linux/local_snapshots/local_snapshot_removal.h"
 
 namespace norvane {
 namespace {
@@ -281,7 +281,7 @@ TEST_F(LocalSnapshotsOnBtrfs, AreOfOrdinaryUsersOnlyIfTheyMayRemoveThem) {
     EXPECT_EQ(box.snapshots().size(), 2U);
     // Root may not take over what belongs to somebody else.
     ASSERT_TRUE(fs::exists(snapshots.folder()));
-    EXPECT_NE(snapshots.make(wallClock()).trouble.find("another user"), std::string::npos);
+    EXPECT_NE(snapshots.make(wallClock()).failure().text.find("another user"), std::string::npos);
 }
 
 } // namespace

@@ -5,16 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "timemachine_linux/files/file_system_probe.h"
+
 namespace norvane {
-
-/// What the destination's file system can hold.
-struct FileSystemAbilities {
-    bool accessControlLists = true;
-    bool extendedAttributes = true;
-    bool nanoseconds = true; ///< Modification times keep fractions of a second.
-
-    bool operator==(const FileSystemAbilities&) const = default;
-};
 
 /// Sources, and where they are read.
 struct SourcePlace {

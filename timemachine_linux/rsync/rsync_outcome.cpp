@@ -74,6 +74,8 @@ const std::string* firstLine(const std::vector<std::string>& lines, bool (*match
     return found == lines.end() ? nullptr : &*found;
 }
 
+RsyncOutcome failedBy(BackupFailure failure) { return {std::move(failure), {}}; }
+
 } // namespace
 
 bool isFatal(std::string_view line) {
@@ -84,9 +86,9 @@ RsyncOutcome judgeRsyncExit(const RsyncExit& exit, bool stopRequested) {
     if (exit.status == 0)
         return {};
     if (const std::string* line = firstLine(exit.errors, saysFull))
-        return {ResultCode::destinationFull, *line, {}};
+        return failedBy({ResultCode::destinationFull, *line});
     if (const std::string* line = firstLine(exit.errors, saysFailing))
-        return {ResultCode::destinationFailing, *line, {}};
+        return failedBy({ResultCode::destinationFailing, *line});
     const bool partial = exit.status == partialTransfer || exit.status == sourceFilesVanished;
     const std::string* line = firstLine(exit.errors, isFatal);
     if (partial && !line && !exit.errors.empty()) {
@@ -96,12 +98,11 @@ RsyncOutcome judgeRsyncExit(const RsyncExit& exit, bool stopRequested) {
         return outcome;
     }
     if (stopRequested)
-        return {ResultCode::stopped, "The backup was stopped.", {}};
+        return failedBy({ResultCode::stopped, "The backup was stopped."});
     if (!line)
         line = firstLine(exit.errors, [](std::string_view text) { return !isSummary(text); });
-    return {ResultCode::copyFailed,
-            "rsync ended with status " + std::to_string(exit.status) + (line ? ": " + *line : std::string()),
-            {}};
+    return failedBy({ResultCode::copyFailed, "rsync ended with status " + std::to_string(exit.status) +
+                                                 (line ? ": " + *line : std::string())});
 }
 
 } // namespace norvane

@@ -1,6 +1,7 @@
 // What an ended rsync run means for the backup. Pure. Source: rsync(1), EXIT VALUES; errno(3) on Linux.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,8 +16,7 @@ struct RsyncExit {
 };
 
 struct RsyncOutcome {
-    ResultCode code = ResultCode::success;
-    std::string message;            ///< Why it failed; empty on success.
+    std::optional<BackupFailure> failure;
     std::vector<std::string> notes; ///< On success: what could not be saved.
 };
 

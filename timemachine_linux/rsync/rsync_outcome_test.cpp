@@ -79,8 +79,8 @@ TEST(RsyncOutcome, JudgesExitsByStatusAndByWhoMetTheError) {
         const RsyncOutcome outcome = judgeRsyncExit(c.exit, c.stopRequested);
         const std::string hint =
             std::to_string(c.exit.status) + (c.exit.errors.empty() ? "" : c.exit.errors[0]);
-        EXPECT_EQ(outcome.code, c.code) << hint;
-        EXPECT_EQ(outcome.message.empty(), c.code == ResultCode::success) << hint;
+        EXPECT_EQ(outcome.failure ? outcome.failure->code : ResultCode::success, c.code) << hint;
+        EXPECT_FALSE(outcome.failure && outcome.failure->text.empty()) << hint;
         EXPECT_EQ(outcome.notes, c.notes) << hint;
     }
 }

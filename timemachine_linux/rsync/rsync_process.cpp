@@ -10,7 +10,6 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstdlib>
 #include <string_view>
 #include <thread>
 
@@ -169,19 +168,6 @@ int waitForStatus(pid_t child) {
 
 } // namespace
 
-std::optional<std::string> findProgram(const std::string& name) {
-    const char* variable = std::getenv("PATH"); // NOLINT(concurrency-mt-unsafe): one thread
-    std::string_view rest = variable ? variable : "/usr/local/bin:/usr/bin:/bin";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(':'), rest.size());
-        const std::string path = std::string(rest.substr(0, end)) + "/" + name;
-        if (path.starts_with('/') && ::access(path.c_str(), X_OK) == 0)
-            return path;
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    return std::nullopt;
-}
-
 bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds, StopRequests& stop) {
     const auto deadline = SteadyClock::now() + std::chrono::duration<double>(timeoutSeconds);
     while (FileLock::isHeld(copyLockPath)) {
@@ -192,12 +178,18 @@ bool waitForEarlierRun(const std::string& copyLockPath, double timeoutSeconds, S
     return true;
 }
 
-std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
+Result<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
     auto output = makePipe();
     auto errors = makePipe();
-    auto copyLock = run.copyLockPath.empty() ? std::nullopt : FileLock::tryAcquire(run.copyLockPath);
-    if (!output || !errors || (!copyLock && !run.copyLockPath.empty()))
-        return std::nullopt;
+    if (!output || !errors)
+        return systemFailure();
+    std::optional<FileLock> copyLock;
+    if (!run.copyLockPath.empty()) {
+        auto lock = FileLock::tryAcquire(run.copyLockPath);
+        if (!lock)
+            return lock.failure();
+        copyLock = std::move(*lock);
+    }
     std::vector<std::string> words{"rsync"};
     words.insert(words.end(), run.arguments.begin(), run.arguments.end());
     std::vector<std::string> variables = environmentForRsync();
@@ -209,7 +201,7 @@ std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop) {
                          run.destinationLock,   ::getpid()};
     const pid_t child = ::fork();
     if (child < 0)
-        return std::nullopt;
+        return systemFailure();
     if (child == 0)
         becomeRsync(plan);
     ::setpgid(child, child); // whichever of the two comes first, so that a stop finds the group

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "timemachine_linux/files/file_lock.h"
@@ -11,9 +11,6 @@
 #include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
-
-/// The program's path by $PATH; none when it is not installed.
-[[nodiscard]] std::optional<std::string> findProgram(const std::string& name);
 
 struct RsyncRun {
     std::string program;
@@ -31,7 +28,7 @@ struct RsyncRun {
                                      StopRequests& stop);
 
 /// Runs it to its end. rsync dies with the calling process; a stop goes to its whole process group as
-/// SIGTERM, and as SIGKILL after ten seconds. None: it could not be started; errno says why.
-[[nodiscard]] std::optional<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop);
+/// SIGTERM, and as SIGKILL after ten seconds. Fails if it cannot be started.
+[[nodiscard]] Result<RsyncExit> runRsync(const RsyncRun& run, StopRequests& stop);
 
 } // namespace norvane

@@ -19,10 +19,10 @@ enum class ResultCode : int {
     nothingToBackUp = 9,        ///< No source folder exists, or all are excluded.
 };
 
-/// An outcome with its explanation; the message is empty on plain success.
-struct BackupResult {
-    ResultCode code = ResultCode::success;
-    std::string message;
+/// Why a backup failed. None where a backup may have failed: it succeeded.
+struct BackupFailure {
+    ResultCode code = ResultCode::failed;
+    std::string text; ///< For a person.
 };
 
 } // namespace norvane

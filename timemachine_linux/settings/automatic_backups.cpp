@@ -4,7 +4,6 @@ namespace norvane {
 namespace {
 
 constexpr auto flagKey = "AutoBackup";
-constexpr auto unwritable = "The preferences cannot be written.";
 
 } // namespace
 
@@ -12,32 +11,31 @@ std::optional<bool> automaticBackups(const UserDefaultsFile& preferences) {
     return preferences.object(flagKey) ? std::optional(preferences.boolean(flagKey)) : std::nullopt;
 }
 
-std::string setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer, bool on) {
+std::optional<Failure> setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer, bool on) {
     const std::optional<PropertyList> before = preferences.object(flagKey);
     const bool ran = timer.state() == HourlyTimer::State::active;
     const auto store = [&](const std::optional<PropertyList>& flag) {
-        return preferences.update([&](PropertyList::Dictionary& all) {
+        return changePreferences(preferences, [&](PropertyList::Dictionary& all) {
             all.erase(flagKey);
             if (flag)
                 all[flagKey] = *flag;
         });
     };
     if (on) {
-        if (std::string trouble = timer.start(); !trouble.empty())
-            return trouble;
-        if (store(PropertyList{true}))
-            return {};
-        if (!ran)
+        if (auto failure = timer.start())
+            return failure;
+        auto failure = store(PropertyList{true});
+        if (failure && !ran)
             (void)timer.stop();
-        return unwritable;
+        return failure;
     }
     // In this order: a timer without the flag does nothing, a flag without the timer would be a lie.
-    if (!store(PropertyList{false}))
-        return unwritable;
-    std::string trouble = timer.stop();
-    if (!trouble.empty())
+    if (auto failure = store(PropertyList{false}))
+        return failure;
+    auto failure = timer.stop();
+    if (failure)
         (void)store(before);
-    return trouble;
+    return failure;
 }
 
 } // namespace norvane

@@ -2,9 +2,8 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
-#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/files/preferences.h"
 #include "timemachine_linux/settings/hourly_timer.h"
 
 namespace norvane {
@@ -12,9 +11,9 @@ namespace norvane {
 /// What the flag says, whatever the timer does: off, no backup starts by itself. None: nobody has set it.
 [[nodiscard]] std::optional<bool> automaticBackups(const UserDefaultsFile& preferences);
 
-/// Starts or stops the timer, even if the flag says so already, and stores the flag. Returns what went wrong
-/// as a readable text; then flag and timer are as they were. Empty on success.
-[[nodiscard]] std::string setAutomaticBackups(UserDefaultsFile& preferences, const HourlyTimer& timer,
-                                              bool on);
+/// Starts or stops the timer, even if the flag says so already, and stores the flag. After a failure
+/// both are as they were.
+[[nodiscard]] std::optional<Failure> setAutomaticBackups(UserDefaultsFile& preferences,
+                                                         const HourlyTimer& timer, bool on);
 
 } // namespace norvane

@@ -8,6 +8,7 @@
 
 #include "platform/instant.h"
 #include "timemachine_linux/destination/destination_check.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -50,8 +51,7 @@ struct DestinationOffer {
     bool operator==(const DestinationOffer&) const = default;
 };
 
-/// Every call may take seconds: background threads only, any number at once. What can fail returns what went
-/// wrong in a readable text, and empty when it was done.
+/// Every call may take seconds: background threads only, any number at once.
 class BackupSettings {
 public:
     virtual ~BackupSettings() = default;
@@ -60,15 +60,15 @@ public:
 
     [[nodiscard]] virtual std::vector<DestinationOffer> drives() const = 0;
     [[nodiscard]] virtual DestinationOffer offerOf(const std::string& folder) const = 0;
-    [[nodiscard]] virtual std::string chooseDestination(const std::string& folder) = 0;
+    [[nodiscard]] virtual std::optional<Failure> chooseDestination(const std::string& folder) = 0;
 
-    [[nodiscard]] virtual std::string setHourly(bool hourly) = 0;
+    [[nodiscard]] virtual std::optional<Failure> setHourly(bool hourly) = 0;
 
     /// Neither adds what is there already.
-    [[nodiscard]] virtual std::string addSource(const std::string& folder) = 0;
-    [[nodiscard]] virtual std::string removeSource(const std::string& folder) = 0;
-    [[nodiscard]] virtual std::string addExclusion(const std::string& path) = 0;
-    [[nodiscard]] virtual std::string removeExclusion(const std::string& path) = 0;
+    [[nodiscard]] virtual std::optional<Failure> addSource(const std::string& folder) = 0;
+    [[nodiscard]] virtual std::optional<Failure> removeSource(const std::string& folder) = 0;
+    [[nodiscard]] virtual std::optional<Failure> addExclusion(const std::string& path) = 0;
+    [[nodiscard]] virtual std::optional<Failure> removeExclusion(const std::string& path) = 0;
 
     /// Names of the folders in the folder, hidden ones left out, in no order; none when it cannot be listed.
     [[nodiscard]] virtual std::optional<std::vector<std::string>>

@@ -1,21 +1,17 @@
 #include "timemachine_linux/settings/hourly_timer.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/program_search.h"
+#include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
-#include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
 namespace {
@@ -39,16 +35,9 @@ std::string quoted(std::string_view text, bool inCommand) {
     return word + "\"";
 }
 
-/// Why the file could not be replaced; empty on success.
-std::string replaceFile(const std::string& path, const std::string& text) {
-    const std::string temporary = path + ".new";
-    FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-    if (file && writeAll(file.get(), text) && ::fsync(file.get()) == 0 &&
-        ::rename(temporary.c_str(), path.c_str()) == 0)
-        return {};
-    const std::string reason = std::strerror(errno);
-    ::unlink(temporary.c_str());
-    return path + ": " + reason;
+std::optional<Failure> writeUnit(const std::string& path, const std::string& text) {
+    constexpr mode_t readable = 0644;
+    return replaceFileDurably(path, text, readable) ? std::nullopt : std::optional(systemFailure(path));
 }
 
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
@@ -87,58 +76,58 @@ HourlyTimer::HourlyTimer(const CommandRunner& runner, HourlyTimerPlaces places)
     : runner_(runner), places_(std::move(places)) {}
 
 HourlyTimer::State HourlyTimer::state() const {
-    const Answer answer = control({"is-active", "--quiet", hourlyTimerUnit});
-    if (!answer.inTime)
+    const auto failure = control({"is-active", "--quiet", hourlyTimerUnit});
+    if (failure && failure->error == ETIMEDOUT)
         return State::unknown;
-    return answer.trouble.empty() ? State::active : State::inactive;
+    return failure ? State::inactive : State::active;
 }
 
-std::string HourlyTimer::start() const {
+std::optional<Failure> HourlyTimer::start() const {
     const bool ran = state() == State::active;
     if (!makeFolder(places_.unitFolder))
-        return places_.unitFolder + ": " + std::strerror(errno);
-    std::string trouble = replaceFile(places_.unitFolder + "/" + hourlyServiceUnit,
-                                      hourlyService(places_.tmutil, places_.variables));
-    if (trouble.empty())
-        trouble = replaceFile(places_.unitFolder + "/" + hourlyTimerUnit, hourlyTimer());
-    if (trouble.empty())
-        trouble = control({"daemon-reload"}).trouble;
-    if (trouble.empty())
-        trouble = control({"enable", "--now", hourlyTimerUnit}).trouble;
-    if (trouble.empty())
-        trouble = control({"is-active", "--quiet", hourlyTimerUnit}).trouble;
-    if (trouble.empty() || ran)
-        return trouble;
+        return systemFailure(places_.unitFolder);
+    auto failure = writeUnit(places_.unitFolder + "/" + hourlyServiceUnit,
+                             hourlyService(places_.tmutil, places_.variables));
+    if (!failure)
+        failure = writeUnit(places_.unitFolder + "/" + hourlyTimerUnit, hourlyTimer());
+    if (!failure)
+        failure = control({"daemon-reload"});
+    if (!failure)
+        failure = control({"enable", "--now", hourlyTimerUnit});
+    if (!failure)
+        failure = control({"is-active", "--quiet", hourlyTimerUnit});
+    if (!failure || ran)
+        return failure;
     (void)control({"disable", "--now", hourlyTimerUnit});
     removeUnits();
-    return trouble;
+    return failure;
 }
 
-std::string HourlyTimer::stop() const {
-    const Answer answer = control({"disable", "--now", hourlyTimerUnit});
-    if (!answer.trouble.empty() && state() != State::inactive)
-        return answer.trouble;
+std::optional<Failure> HourlyTimer::stop() const {
+    auto failure = control({"disable", "--now", hourlyTimerUnit});
+    if (failure && state() != State::inactive)
+        return failure;
     removeUnits();
     (void)control({"daemon-reload"});
-    return {};
+    return std::nullopt;
 }
 
-HourlyTimer::Answer HourlyTimer::control(const std::vector<std::string>& words) const {
+std::optional<Failure> HourlyTimer::control(const std::vector<std::string>& words) const {
     if (places_.systemctl.empty())
-        return {"systemctl is not installed"};
+        return Failure{"systemctl is not installed"};
     std::vector<std::string> arguments = {"--user", "--no-ask-password"};
     arguments.insert(arguments.end(), words.begin(), words.end());
     const auto result = runner_.run(places_.systemctl, arguments, systemctlSeconds);
     if (!result)
-        return {places_.systemctl + " cannot be started"};
+        return Failure{places_.systemctl + " cannot be started"};
     if (result->exitCode == 0)
-        return {};
+        return std::nullopt;
     const std::string call = "systemctl --user " + words.front();
     // How the runner ends a tool that takes too long; systemctl(1) has no such exit statuses of its own.
     if (result->exitCode == SIGTERM || result->exitCode == SIGKILL)
-        return {call + " does not answer", false};
+        return Failure{call + " does not answer", ETIMEDOUT};
     const std::string complaint = firstLine(result->stderr);
-    return {complaint.empty() ? call + " failed" : complaint};
+    return Failure{complaint.empty() ? call + " failed" : complaint};
 }
 
 void HourlyTimer::removeUnits() const {

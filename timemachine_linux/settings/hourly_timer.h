@@ -2,9 +2,11 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "platform/command_runner.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -40,19 +42,16 @@ public:
     };
     [[nodiscard]] State state() const;
 
-    /// Installs and starts it, for this session and the next ones. Returns why not, as the tool put it; then
-    /// nothing is left behind, and one that ran goes on. Empty on success.
-    [[nodiscard]] std::string start() const;
+    /// Installs and starts it, for this session and the next ones. A failure leaves nothing behind, and one
+    /// that ran goes on.
+    [[nodiscard]] std::optional<Failure> start() const;
 
-    /// The opposite. Returns why the timer may still run; empty: it does not.
-    [[nodiscard]] std::string stop() const;
+    /// The opposite. After a failure the timer may still run.
+    [[nodiscard]] std::optional<Failure> stop() const;
 
 private:
-    struct Answer {
-        std::string trouble; ///< What the tool complained of; empty: none, it did what it was asked.
-        bool inTime = true;
-    };
-    [[nodiscard]] Answer control(const std::vector<std::string>& words) const;
+    /// Runs systemctl; its failure is what that said. ETIMEDOUT: it said nothing in time.
+    [[nodiscard]] std::optional<Failure> control(const std::vector<std::string>& words) const;
     void removeUnits() const;
 
     const CommandRunner& runner_;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/failure_text.h"
 #include "tests/support/test_peers.h"
 
 namespace norvane {
@@ -43,14 +44,14 @@ TEST(HourlyTimer, IsStartedAndStoppedForGood) {
     const std::string units = folder.path("config/systemd/user");
     const HourlyTimer timer(manager, {"/bin/systemctl", units, "/lib/tmutil", {}});
     EXPECT_EQ(timer.state(), HourlyTimer::State::inactive);
-    EXPECT_EQ(timer.start(), "");
+    EXPECT_EQ(textOf(timer.start()), "");
     EXPECT_EQ(timer.state(), HourlyTimer::State::active);
     EXPECT_TRUE(fs::exists(units + "/norvane-timemachine.timer"));
-    EXPECT_EQ(timer.start(), "") << "again";
-    EXPECT_EQ(timer.stop(), "");
+    EXPECT_EQ(textOf(timer.start()), "") << "again";
+    EXPECT_EQ(textOf(timer.stop()), "");
     EXPECT_EQ(timer.state(), HourlyTimer::State::inactive);
     EXPECT_TRUE(fs::is_empty(units));
-    EXPECT_EQ(timer.stop(), "") << "what is not there needs no stopping";
+    EXPECT_EQ(textOf(timer.stop()), "") << "what is not there needs no stopping";
 }
 
 TEST(HourlyTimer, LeavesNothingBehindWhereItCannotRun) {
@@ -71,32 +72,32 @@ TEST(HourlyTimer, LeavesNothingBehindWhereItCannotRun) {
         manager.there = c.there;
         manager.missing = c.refused;
         const HourlyTimer timer(manager, {c.systemctl, folder.path("units"), "/lib/tmutil", {}});
-        EXPECT_EQ(timer.start(), c.trouble) << c.what;
+        EXPECT_EQ(textOf(timer.start()), c.trouble) << c.what;
         EXPECT_TRUE(fs::is_empty(folder.path("units"))) << c.what;
-        EXPECT_EQ(timer.stop(), "") << c.what << ": nothing runs";
+        EXPECT_EQ(textOf(timer.stop()), "") << c.what << ": nothing runs";
     }
     ScratchFolder folder;
     Manager manager;
     std::ofstream(folder.path("file")) << "no folder";
     const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("file/units"), "/lib/tmutil", {}});
-    EXPECT_NE(timer.start(), "");
+    EXPECT_NE(textOf(timer.start()), "");
 }
 
 TEST(HourlyTimer, StaysOnWhenTheManagerWillNotOrDoesNotAnswer) {
     ScratchFolder folder;
     Manager manager;
     const HourlyTimer timer(manager, {"/bin/systemctl", folder.path("units"), "/lib/tmutil", {}});
-    ASSERT_EQ(timer.start(), "");
+    ASSERT_FALSE(timer.start());
     manager.missing = "daemon-reload";
-    EXPECT_EQ(timer.start(), "systemctl --user daemon-reload failed") << "again";
+    EXPECT_EQ(textOf(timer.start()), "systemctl --user daemon-reload failed") << "again";
     EXPECT_EQ(timer.state(), HourlyTimer::State::active);
     manager.missing = "disable";
-    EXPECT_EQ(timer.stop(), "systemctl --user disable failed");
+    EXPECT_EQ(textOf(timer.stop()), "systemctl --user disable failed");
     EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
     for (const int signal : {SIGTERM, SIGKILL}) { // as the runner ends a tool that hangs
         manager.missing = "all";
         manager.refusal = signal;
-        EXPECT_EQ(timer.stop(), "systemctl --user disable does not answer");
+        EXPECT_EQ(textOf(timer.stop()), "systemctl --user disable does not answer");
         EXPECT_EQ(timer.state(), HourlyTimer::State::unknown);
         EXPECT_TRUE(fs::exists(folder.path("units/norvane-timemachine.timer")));
     }

@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "platform/linux/files/mount_table.h"
-#include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/destination/backup_drives.h"
 #include "timemachine_linux/destination/destination.h"
 #include "timemachine_linux/files/file_system_probe.h"
 #include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/preferences.h"
 #include "timemachine_linux/settings/automatic_backups.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
@@ -19,13 +19,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double tmutilSeconds = 15;
-constexpr auto notStored = "The preferences cannot be written.";
 
 std::optional<Instant> latestSnapshot(const UserDefaultsFile& preferences) {
-    const auto destinations = preferences.object("Destinations");
-    const PropertyList* dates = destinations && destinations->array() && !destinations->array()->empty()
-                                    ? destinations->array()->front().find("SnapshotDates")
-                                    : nullptr;
+    const PropertyList destination = firstDestination(preferences);
+    const PropertyList* dates = destination.find("SnapshotDates");
     std::optional<Instant> latest;
     if (dates && dates->array())
         for (const PropertyList& date : *dates->array())
@@ -52,13 +49,13 @@ std::string withoutToolName(std::string complaint) {
     return complaint;
 }
 
-std::string complaintOf(const std::optional<CommandResult>& result) {
+std::optional<Failure> failureOf(const std::optional<CommandResult>& result) {
     if (!result)
-        return "tmutil cannot be started";
+        return Failure{"tmutil cannot be started"};
     if (result->exitCode == 0)
-        return {};
+        return std::nullopt;
     const std::string complaint = withoutToolName(result->stderr);
-    return complaint.empty() ? "tmutil failed" : complaint;
+    return Failure{complaint.empty() ? "tmutil failed" : complaint};
 }
 
 } // namespace
@@ -66,7 +63,7 @@ std::string complaintOf(const std::optional<CommandResult>& result) {
 StoredBackupSettings::StoredBackupSettings(const CommandRunner& runner, std::string tmutil, UserPlaces places,
                                            HourlyTimer timer)
     : runner_(runner), tmutil_(std::move(tmutil)), places_(std::move(places)), timer_(std::move(timer)),
-      preferences_(preferencesFile("com.apple.TimeMachine")) {}
+      preferences_(timeMachinePreferences()) {}
 
 BackupSettingsState StoredBackupSettings::load() const {
     return {disk(), configuredSources(preferences_, places_), configuredExclusions(preferences_, places_),
@@ -128,28 +125,28 @@ DestinationOffer StoredBackupSettings::offerOf(const std::string& folder) const 
             facts.isFolder ? availableBytesAt(facts.path) : std::nullopt, judgeDestination(facts)};
 }
 
-std::string StoredBackupSettings::chooseDestination(const std::string& folder) {
-    return complaintOf(runner_.run(tmutil_, {"setdestination", folder}, tmutilSeconds));
+std::optional<Failure> StoredBackupSettings::chooseDestination(const std::string& folder) {
+    return failureOf(runner_.run(tmutil_, {"setdestination", folder}, tmutilSeconds));
 }
 
-std::string StoredBackupSettings::setHourly(bool hourly) {
+std::optional<Failure> StoredBackupSettings::setHourly(bool hourly) {
     return setAutomaticBackups(preferences_, timer_, hourly);
 }
 
-std::string StoredBackupSettings::addSource(const std::string& folder) {
-    return norvane::addSource(preferences_, folder, places_.home) ? "" : notStored;
+std::optional<Failure> StoredBackupSettings::addSource(const std::string& folder) {
+    return norvane::addSource(preferences_, folder, places_.home);
 }
 
-std::string StoredBackupSettings::removeSource(const std::string& folder) {
-    return norvane::removeSource(preferences_, folder, places_.home) ? "" : notStored;
+std::optional<Failure> StoredBackupSettings::removeSource(const std::string& folder) {
+    return norvane::removeSource(preferences_, folder, places_.home);
 }
 
-std::string StoredBackupSettings::addExclusion(const std::string& path) {
-    return norvane::addExclusion(preferences_, path, places_.home) ? "" : notStored;
+std::optional<Failure> StoredBackupSettings::addExclusion(const std::string& path) {
+    return norvane::addExclusion(preferences_, path, places_.home);
 }
 
-std::string StoredBackupSettings::removeExclusion(const std::string& path) {
-    return norvane::removeExclusion(preferences_, path, places_.home) ? "" : notStored;
+std::optional<Failure> StoredBackupSettings::removeExclusion(const std::string& path) {
+    return norvane::removeExclusion(preferences_, path, places_.home);
 }
 
 std::optional<std::vector<std::string>> StoredBackupSettings::foldersIn(const std::string& folder) const {

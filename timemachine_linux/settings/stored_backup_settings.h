@@ -3,9 +3,9 @@
 
 #include "platform/linux/files/user_defaults_file.h"
 #include "platform/tool_paths.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/settings/backup_settings.h"
 #include "timemachine_linux/settings/hourly_timer.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 
@@ -17,13 +17,13 @@ public:
     [[nodiscard]] BackupSettingsState load() const override;
     [[nodiscard]] std::vector<DestinationOffer> drives() const override;
     [[nodiscard]] DestinationOffer offerOf(const std::string& folder) const override;
-    [[nodiscard]] std::string chooseDestination(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> chooseDestination(const std::string& folder) override;
     /// The preferences say so only once the timer does.
-    [[nodiscard]] std::string setHourly(bool hourly) override;
-    [[nodiscard]] std::string addSource(const std::string& folder) override;
-    [[nodiscard]] std::string removeSource(const std::string& folder) override;
-    [[nodiscard]] std::string addExclusion(const std::string& path) override;
-    [[nodiscard]] std::string removeExclusion(const std::string& path) override;
+    [[nodiscard]] std::optional<Failure> setHourly(bool hourly) override;
+    [[nodiscard]] std::optional<Failure> addSource(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> removeSource(const std::string& folder) override;
+    [[nodiscard]] std::optional<Failure> addExclusion(const std::string& path) override;
+    [[nodiscard]] std::optional<Failure> removeExclusion(const std::string& path) override;
     [[nodiscard]] std::optional<std::vector<std::string>> foldersIn(const std::string& folder) const override;
 
 private:

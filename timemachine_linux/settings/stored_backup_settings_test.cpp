@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <thread>
 
-#include "platform/linux/files/user_folders.h"
 #include "platform/linux/processes/child_command_runner.h"
 #include "tests/support/backup_sandbox.h"
+#include "tests/support/failure_text.h"
 #include "timemachine_linux/destination/destination.h"
 
 namespace norvane {
@@ -27,10 +27,11 @@ struct Stored {
 TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
     Stored s;
     EXPECT_FALSE(s.settings.load().disk);
-    EXPECT_NE(s.settings.chooseDestination(s.box.in("nowhere")).find("No such file"), std::string::npos);
+    EXPECT_NE(textOf(s.settings.chooseDestination(s.box.in("nowhere"))).find("No such file"),
+              std::string::npos);
     const std::string odd = s.box.in("It's \"my\" disk");
     fs::create_directory(odd);
-    ASSERT_EQ(s.settings.chooseDestination(odd), "");
+    ASSERT_EQ(textOf(s.settings.chooseDestination(odd)), "");
     const auto disk = s.settings.load().disk;
     ASSERT_TRUE(disk);
     EXPECT_EQ(disk->name, "It's \"my\" disk");
@@ -44,7 +45,7 @@ TEST(StoredBackupSettings, ChoosesTheDiskThroughTheTool) {
     EXPECT_TRUE(fs::is_directory(used->backupsFolder)) << used->backupsFolder;
     // The disk comes back later, or to another user: its backups are known at once.
     s.box.preferences.remove("Destinations");
-    ASSERT_EQ(s.settings.chooseDestination(odd), "");
+    ASSERT_EQ(textOf(s.settings.chooseDestination(odd)), "");
     const auto again = s.settings.load().disk;
     EXPECT_EQ(again->latestBackup, used->latestBackup);
     EXPECT_EQ(again->backupsFolder, used->backupsFolder);
@@ -60,13 +61,13 @@ TEST(StoredBackupSettings, WhatTheToolRefusesIsRefusedBefore) {
         const std::string folder = s.box.in(name);
         fs::create_directory(folder);
         EXPECT_EQ(s.settings.offerOf(folder).verdict.problem, DestinationProblem::unprintable);
-        EXPECT_NE(s.settings.chooseDestination(folder), "");
+        EXPECT_NE(textOf(s.settings.chooseDestination(folder)), "");
     }
     EXPECT_EQ(s.settings.offerOf(s.box.tree()).verdict.problem, DestinationProblem::isSource);
-    EXPECT_NE(s.settings.chooseDestination(s.box.tree()), "");
+    EXPECT_NE(textOf(s.settings.chooseDestination(s.box.tree())), "");
     fs::create_directory(s.box.tree() + "/inside");
     EXPECT_EQ(s.settings.offerOf(s.box.tree() + "/inside").verdict.insideSource, s.box.tree());
-    EXPECT_EQ(s.settings.chooseDestination(s.box.tree() + "/inside"), "") << "allowed, and said";
+    EXPECT_EQ(textOf(s.settings.chooseDestination(s.box.tree() + "/inside")), "") << "allowed, and said";
 }
 
 TEST(StoredBackupSettings, KeepsFoldersOfAnyName) {
@@ -81,27 +82,27 @@ TEST(StoredBackupSettings, KeepsFoldersOfAnyName) {
     EXPECT_FALSE(s.settings.foldersIn(s.box.tree() + "/file"));
 
     const std::string odd = s.box.tree() + "/caf\xe9";
-    EXPECT_EQ(s.settings.addExclusion(odd) + s.settings.addExclusion(odd), "");
+    EXPECT_EQ(textOf(s.settings.addExclusion(odd)) + textOf(s.settings.addExclusion(odd)), "");
     EXPECT_EQ(s.settings.load().exclusions, Paths{odd});
-    EXPECT_EQ(s.settings.removeExclusion(odd), "");
+    EXPECT_EQ(textOf(s.settings.removeExclusion(odd)), "");
     EXPECT_TRUE(s.settings.load().exclusions.empty());
-    EXPECT_EQ(s.settings.addSource(odd) + s.settings.addSource(odd), "");
+    EXPECT_EQ(textOf(s.settings.addSource(odd)) + textOf(s.settings.addSource(odd)), "");
     EXPECT_EQ(s.settings.load().sources, (Paths{s.box.tree(), odd}));
-    EXPECT_EQ(s.settings.removeSource(s.box.tree()), "");
+    EXPECT_EQ(textOf(s.settings.removeSource(s.box.tree())), "");
     EXPECT_EQ(s.settings.load().sources, Paths{odd});
-    EXPECT_EQ(s.settings.removeSource(odd), "");
+    EXPECT_EQ(textOf(s.settings.removeSource(odd)), "");
     EXPECT_TRUE(s.settings.load().sources.empty());
     std::vector<std::thread> others; // several panes and tools at once
     for (int i = 0; i < 8; ++i)
         others.emplace_back([i] {
-            UserDefaultsFile preferences(preferencesFile("com.apple.TimeMachine"));
-            EXPECT_TRUE(addSource(preferences, "/" + std::to_string(i), "/home"));
+            UserDefaultsFile preferences(timeMachinePreferences());
+            EXPECT_FALSE(addSource(preferences, "/" + std::to_string(i), "/home"));
         });
     for (std::thread& other : others)
         other.join();
     EXPECT_EQ(s.settings.load().sources.size(), others.size());
     s.box.preferences.remove("SourceFolders");
-    EXPECT_EQ(s.settings.addSource("/srv"), "");
+    EXPECT_EQ(textOf(s.settings.addSource("/srv")), "");
     EXPECT_EQ(s.settings.load().sources, (Paths{s.box.home(), "/srv"}))
         << "the home folder is there by default";
 }
@@ -113,17 +114,17 @@ TEST(StoredBackupSettings, TheFlagSaysWhatTheTimerDoes) {
     // Each choice also mends what another program has set without the timer.
     s.box.preferences.set("AutoBackup", {true});
     EXPECT_EQ(frequency(), BackupFrequency::hourlyWithoutTimer);
-    EXPECT_EQ(s.settings.setHourly(true), "");
+    EXPECT_EQ(textOf(s.settings.setHourly(true)), "");
     EXPECT_EQ(frequency(), BackupFrequency::hourly);
     s.box.preferences.set("AutoBackup", {false});
     EXPECT_EQ(frequency(), BackupFrequency::manual) << "the timer runs, but makes no backup";
     EXPECT_TRUE(s.box.timerIsOn());
-    EXPECT_EQ(s.settings.setHourly(false), "");
+    EXPECT_EQ(textOf(s.settings.setHourly(false)), "");
     EXPECT_FALSE(s.box.timerIsOn());
     EXPECT_EQ(s.box.preferences.object("AutoBackup"), PropertyList{false});
 
     writeFile(s.box.in("bin/systemctl"), "#!/bin/sh\necho no manager >&2\nexit 1\n");
-    EXPECT_EQ(s.settings.setHourly(true), "no manager");
+    EXPECT_EQ(textOf(s.settings.setHourly(true)), "no manager");
     EXPECT_EQ(frequency(), BackupFrequency::manual) << "nothing was set";
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
 namespace {
@@ -15,8 +16,7 @@ PropertyList::Dictionary* entryOf(PropertyList::Dictionary& all, const std::stri
     if (destinations == all.end() || !destinations->second.array())
         return nullptr;
     for (PropertyList& entry : std::get<PropertyList::Array>(destinations->second.value)) {
-        const PropertyList* stored = entry.find("DestinationID");
-        if (stored && stored->string() && *stored->string() == id)
+        if (entry.dictionary() && stringAt(entry, "DestinationID") == id)
             return &std::get<PropertyList::Dictionary>(entry.value);
     }
     return nullptr;
@@ -24,8 +24,8 @@ PropertyList::Dictionary* entryOf(PropertyList::Dictionary& all, const std::stri
 
 PropertyList messagesOf(const AttemptEnd& end) {
     PropertyList::Array messages;
-    if (!end.result.message.empty())
-        messages.push_back({printable(end.result.message)});
+    if (end.failure)
+        messages.push_back({printable(end.failure->text)});
     for (std::size_t i = 0; i < end.notes.size() && i < mostNotes; ++i)
         messages.push_back({printable(end.notes[i])});
     if (end.notes.size() > mostNotes)
@@ -70,7 +70,8 @@ bool recordAttemptEnd(UserDefaultsFile& preferences, const std::string& destinat
         PropertyList::Dictionary* entry = entryOf(all, destinationId);
         if (!entry)
             return;
-        (*entry)["RESULT"] = {static_cast<std::int64_t>(end.result.code)};
+        (*entry)["RESULT"] = {
+            static_cast<std::int64_t>(end.failure ? end.failure->code : ResultCode::success)};
         (*entry)["MessageParameters"] = messagesOf(end);
         if (end.contents)
             storeContents(*entry, *end.contents);

@@ -27,8 +27,8 @@ struct DestinationContents {
 void storeContents(PropertyList::Dictionary& entry, const DestinationContents& contents);
 
 struct AttemptEnd {
-    BackupResult result;
-    std::vector<std::string> notes;              ///< Shown after the message.
+    std::optional<BackupFailure> failure;
+    std::vector<std::string> notes;              ///< Shown after the failure.
     std::optional<DestinationContents> contents; ///< None: the destination is away, what was known stays.
 };
 

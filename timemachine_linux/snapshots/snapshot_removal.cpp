@@ -3,9 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-
 #include "platform/linux/files/file_descriptor.h"
 #include "timemachine_linux/files/file_system_probe.h"
 #include "timemachine_linux/files/tree_removal.h"
@@ -80,7 +77,7 @@ bool SnapshotRemoval::thin(Instant now) {
 bool SnapshotRemoval::remove(const Snapshot& snapshot) {
     const auto unfinished = store_.withdraw(snapshot);
     if (!unfinished) {
-        notes_.push_back("Cannot remove the old backup " + snapshot.name + ": " + std::strerror(errno));
+        notes_.push_back("Cannot remove the old backup " + snapshot.name + ": " + unfinished.failure().text);
         return false;
     }
     if (!removeTree(store_.pathOf(*unfinished)))

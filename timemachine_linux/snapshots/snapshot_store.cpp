@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +10,7 @@
 #include <memory>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/file_status.h"
 #include "timemachine_linux/files/exclusive_rename.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
@@ -22,8 +22,8 @@ constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr int mostTries = 1000; // to find a name that is free, a second later each time
 
 bool isFolder(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    const auto status = fileStatus(path);
+    return status && S_ISDIR(status->st_mode);
 }
 
 std::vector<std::string> foldersIn(const std::string& folder, bool (*matches)(std::string_view)) {
@@ -45,10 +45,10 @@ bool isUnfinishedName(std::string_view name) {
 // The name is local time, so it moves when the machine changes its time zone and is ambiguous when the clocks
 // are set back. The folder's modification time says which instant was meant.
 Instant dateOf(const std::string& path, Instant named) {
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0)
+    const auto status = fileStatus(path);
+    if (!status)
         return named;
-    const Instant modified{std::chrono::seconds(status.st_mtim.tv_sec)};
+    const Instant modified{std::chrono::seconds(status->st_mtim.tv_sec)};
     constexpr double widestZoneDifferenceSeconds = 27.0 * 3600;
     return std::abs(secondsBetween(named, modified)) <= widestZoneDifferenceSeconds ? modified : named;
 }
@@ -80,40 +80,43 @@ std::vector<Snapshot> SnapshotStore::list() const {
 
 std::vector<std::string> SnapshotStore::unfinished() const { return foldersIn(folder_, isUnfinishedName); }
 
-std::optional<Snapshot> SnapshotStore::publish(const std::string& unfinishedName, Instant now) const {
+Result<Snapshot> SnapshotStore::publish(const std::string& unfinishedName, Instant now) const {
     const FileDescriptor parent(::open(folder_.c_str(), realFolder));
     const FileDescriptor copy(::open(pathOf(unfinishedName).c_str(), realFolder));
     if (!parent || !copy)
-        return std::nullopt;
+        return systemFailure();
     Instant date = std::chrono::floor<std::chrono::seconds>(now);
+    Failure failure;
     for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
         if (!setModificationTime(pathOf(unfinishedName), date) || ::fsync(copy.get()) != 0)
-            return std::nullopt;
-        const Snapshot snapshot{snapshotName(date), date};
-        if (renameToFree(pathOf(unfinishedName), pathOf(snapshot.name))) {
-            if (!syncFolder(parent.get()))
-                return std::nullopt;
-            return snapshot;
-        }
-        if (errno != EEXIST && errno != ENOTEMPTY)
-            return std::nullopt;
+            return systemFailure();
+        Snapshot snapshot{snapshotName(date), date};
+        const auto refused = renameToFree(pathOf(unfinishedName), pathOf(snapshot.name));
+        if (!refused)
+            return syncFolder(parent.get()) ? Result(std::move(snapshot)) : systemFailure();
+        failure = *refused;
+        if (!isTaken(failure))
+            break;
     }
-    return std::nullopt;
+    return failure;
 }
 
-std::optional<std::string> SnapshotStore::withdraw(const Snapshot& snapshot) const {
+Result<std::string> SnapshotStore::withdraw(const Snapshot& snapshot) const {
     const FileDescriptor parent(::open(folder_.c_str(), realFolder));
     if (!parent)
-        return std::nullopt;
+        return systemFailure();
     Instant date = snapshot.date;
+    Failure failure;
     for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
-        const std::string unfinishedName = snapshotName(date) + std::string(inProgressSuffix);
-        if (renameToFree(pathOf(snapshot.name), pathOf(unfinishedName)))
-            return syncFolder(parent.get()) ? std::optional(unfinishedName) : std::nullopt;
-        if (errno != EEXIST && errno != ENOTEMPTY)
-            return std::nullopt;
+        std::string unfinishedName = snapshotName(date) + std::string(inProgressSuffix);
+        const auto refused = renameToFree(pathOf(snapshot.name), pathOf(unfinishedName));
+        if (!refused)
+            return syncFolder(parent.get()) ? Result(std::move(unfinishedName)) : systemFailure();
+        failure = *refused;
+        if (!isTaken(failure))
+            break;
     }
-    return std::nullopt;
+    return failure;
 }
 
 std::string hostFolderName() {

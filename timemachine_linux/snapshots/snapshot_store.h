@@ -2,11 +2,11 @@
 // folder that holds every source below its own full path.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/instant.h"
+#include "timemachine_linux/files/failure.h"
 
 namespace norvane {
 
@@ -35,12 +35,12 @@ public:
     [[nodiscard]] std::vector<std::string> unfinished() const;
 
     /// Gives the finished copy its final name: that of `now`, or of the next free second. What is in it must
-    /// be on the disk already; the new name is when this returns. None: errno says why.
-    [[nodiscard]] std::optional<Snapshot> publish(const std::string& unfinishedName, Instant now) const;
+    /// be on the disk already; the new name is when this returns.
+    [[nodiscard]] Result<Snapshot> publish(const std::string& unfinishedName, Instant now) const;
 
     /// Takes the name from a snapshot: it is unfinished from now on, whatever happens to what is in it. That
-    /// is on the disk when this returns. The new name; none: errno says why.
-    [[nodiscard]] std::optional<std::string> withdraw(const Snapshot& snapshot) const;
+    /// is on the disk when this returns. Gives the new name.
+    [[nodiscard]] Result<std::string> withdraw(const Snapshot& snapshot) const;
 
 private:
     std::string folder_;

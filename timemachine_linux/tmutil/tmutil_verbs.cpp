@@ -2,32 +2,30 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <set>
 #include <string>
-#include <sys/stat.h>
 
-#include "platform/linux/files/user_defaults_file.h"
-#include "platform/linux/files/user_folders.h"
+#include "platform/linux/files/file_status.h"
+#include "platform/linux/files/program_search.h"
 #include "platform/linux/processes/child_command_runner.h"
 #include "platform/linux/processes/linux_tool_paths.h"
 #include "platform/linux/time/system_clock.h"
 #include "platform/text/property_list_text.h"
 #include "timemachine_linux/backup/backup_control.h"
-#include "timemachine_linux/backup/restore.h"
-#include "timemachine_linux/backup/source_selection.h"
 #include "timemachine_linux/destination/destination.h"
 #include "timemachine_linux/destination/destination_check.h"
 #include "timemachine_linux/files/paths.h"
+#include "timemachine_linux/files/preferences.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
-#include "timemachine_linux/rsync/rsync_process.h"
+#include "timemachine_linux/restore/restore.h"
+#include "timemachine_linux/session/stop_requests.h"
 #include "timemachine_linux/settings/automatic_backups.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
 namespace {
@@ -35,7 +33,7 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 struct Context {
-    UserDefaultsFile preferences{preferencesFile("com.apple.TimeMachine")};
+    UserDefaultsFile preferences{timeMachinePreferences()};
     UserPlaces places = userPlaces();
 };
 
@@ -46,6 +44,8 @@ int fail(const std::string& text) {
     std::fwrite(line.data(), 1, line.size(), stderr);
     return exitFailure;
 }
+
+int exitStatus(const std::optional<Failure>& failure) { return failure ? fail(failure->text) : exitSuccess; }
 
 std::string destinationFolder(const Context& context) {
     const auto destination = configuredDestination(context.preferences);
@@ -58,17 +58,15 @@ int setDestinationVerb(Context& context, const Arguments& arguments) {
                            Examination::byWriting);
     if (const std::string problem = problemLine(facts); !problem.empty())
         return fail(problem);
-    if (const std::string trouble = setDestination(context.preferences, facts.path); !trouble.empty())
-        return fail(trouble);
+    if (const auto failure = setDestination(context.preferences, facts.path))
+        return fail(failure->text);
     for (const std::string& remark : remarkLines(facts))
         print("Note: " + remark + "\n");
     return exitSuccess;
 }
 
 int removeDestinationVerb(Context& context, const Arguments&) {
-    if (!configuredDestination(context.preferences))
-        return fail("No destinations configured.");
-    return removeDestination(context.preferences) ? exitSuccess : fail("The preferences cannot be written.");
+    return exitStatus(removeDestination(context.preferences));
 }
 
 /// Who reads a URL here takes the destination for reachable only while a file server of these two kinds
@@ -78,7 +76,7 @@ bool isFileServerUrl(std::string_view url) { return url.starts_with("smb://") ||
 int destinationInfo(Context& context, const Arguments&) {
     const auto destination = configuredDestination(context.preferences);
     if (!destination)
-        return fail("No destinations configured.");
+        return fail(destination.failure().text);
     print("> ==================================================\n");
     print("Name          : " + destination->name + "\n");
     print("Kind          : " + destination->kind + "\n");
@@ -93,8 +91,7 @@ int destinationInfo(Context& context, const Arguments&) {
 int setAutoBackup(Context& context, bool on) {
     const ChildCommandRunner runner;
     const HourlyTimer timer(runner, hourlyTimerPlaces(programFolder() + "/tmutil"));
-    const std::string trouble = setAutomaticBackups(context.preferences, timer, on);
-    return trouble.empty() ? exitSuccess : fail(trouble);
+    return exitStatus(setAutomaticBackups(context.preferences, timer, on));
 }
 
 int enable(Context& context, const Arguments&) { return setAutoBackup(context, true); }
@@ -119,9 +116,9 @@ int startBackupVerb(Context& context, const Arguments& arguments) {
     const StartOutcome outcome = startBackup(clock, context.preferences, context.places, wait);
     if (outcome.alreadyRunning)
         print("A backup is already running.\n");
-    if (outcome.result.code == ResultCode::success)
+    if (!outcome.failure)
         return exitSuccess;
-    return fail(outcome.result.message.empty() ? "The backup failed." : outcome.result.message);
+    return fail(outcome.failure->text.empty() ? "The backup failed." : outcome.failure->text);
 }
 
 int stopBackupVerb(Context& context, const Arguments&) {
@@ -140,7 +137,7 @@ int status(Context& context, const Arguments&) {
 int printSnapshots(const Context& context, bool latestOnly) {
     const auto destination = configuredDestination(context.preferences);
     if (!destination)
-        return fail("No destinations configured.");
+        return fail(destination.failure().text);
     if (!isAvailable(*destination))
         return fail(destination->path + " is not available.");
     const SnapshotStore store(destination->path, hostFolderName());
@@ -165,49 +162,45 @@ int forEachPath(const Arguments& arguments, Action action) {
         const auto path = resolvedPath(argument);
         if (!path)
             result = fail(argument + ": No such file or directory");
-        else if (const std::string trouble = action(*path); !trouble.empty())
-            result = fail(std::string(argument).append(": ").append(trouble));
+        else if (const std::optional<Failure> failure = action(*path))
+            result = fail(std::string(argument).append(": ").append(failure->text));
     }
     return result;
 }
 
 int addExclusionVerb(Context& context, const Arguments& arguments) {
-    return forEachPath(arguments, [&](const std::string& path) -> std::string {
-        struct stat found {};
-        if (::lstat(path.c_str(), &found) != 0)
-            return "No such file or directory";
-        return addExclusion(context.preferences, path, context.places.home)
-                   ? ""
-                   : "The preferences cannot be written.";
+    return forEachPath(arguments, [&](const std::string& path) {
+        return fileStatus(path) ? addExclusion(context.preferences, path, context.places.home)
+                                : Failure{"No such file or directory"};
     });
 }
 
 int removeExclusionVerb(Context& context, const Arguments& arguments) {
-    return forEachPath(arguments, [&](const std::string& path) -> std::string {
-        return removeExclusion(context.preferences, path, context.places.home)
-                   ? ""
-                   : "The preferences cannot be written.";
+    return forEachPath(arguments, [&](const std::string& path) {
+        return removeExclusion(context.preferences, path, context.places.home);
     });
 }
 
 int isExcluded(Context& context, const Arguments& arguments) {
     const SourceSelection selection =
         selectSources(context.preferences, context.places, destinationFolder(context));
-    return forEachPath(arguments, [&](const std::string& path) -> std::string {
+    return forEachPath(arguments, [&](const std::string& path) {
         print(isLeftOut(selection, path) ? "[Excluded]    " : "[Included]    ");
         print(path + "\n");
-        return "";
+        return std::nullopt;
     });
 }
 
 /// The volumes with local snapshots that an argument stands for. "/" is a Mac's one volume with the user's
-/// files: here all those that hold sources. None: the argument is no path.
-std::optional<std::vector<std::string>> localVolumes(const Context& context, const std::string& argument) {
+/// files: here all those that hold sources.
+Result<std::vector<std::string>> localVolumes(const Context& context, const std::string& argument) {
     if (argument == "/")
         return volumesHolding(
             selectSources(context.preferences, context.places, destinationFolder(context)).sources);
     const auto path = canonicalPath(argument);
-    return path ? std::optional(volumesHolding({*path})) : std::nullopt;
+    if (!path)
+        return Failure{argument + ": " + path.failure().text};
+    return volumesHolding({*path});
 }
 
 int localSnapshot(Context& context, const Arguments&) {
@@ -218,11 +211,10 @@ int localSnapshot(Context& context, const Arguments&) {
     int result = exitSuccess;
     const Instant now = clock.now();
     for (const std::string& volume : *volumes) {
-        const auto made = LocalSnapshots(volume).make(now);
-        if (made.token.empty())
-            result = fail(made.trouble);
+        if (const auto token = LocalSnapshots(volume).make(now))
+            print("Created local snapshot with date: " + *token + "\n");
         else
-            print("Created local snapshot with date: " + made.token + "\n");
+            result = fail(token.failure().text);
     }
     return result;
 }
@@ -230,7 +222,7 @@ int localSnapshot(Context& context, const Arguments&) {
 int listLocalSnapshots(Context& context, const Arguments& arguments) {
     const auto volumes = localVolumes(context, arguments.front());
     if (!volumes)
-        return fail(arguments.front() + ": " + std::strerror(errno));
+        return fail(volumes.failure().text);
     print("Snapshots for disk " + printable(arguments.front()) + ":\n");
     std::set<std::string> tokens;
     for (const std::string& volume : *volumes)
@@ -250,11 +242,10 @@ int deleteLocalSnapshotsOf(const std::vector<std::string>& volumes, const std::o
             if (date && snapshot.token != *date)
                 continue;
             ++found;
-            const std::string trouble = LocalSnapshots(volume).remove(snapshot.token);
-            if (trouble.empty())
-                print("Deleted local snapshot '" + snapshot.token + "'\n");
+            if (const auto failure = LocalSnapshots(volume).remove(snapshot.token))
+                result = fail(failure->text);
             else
-                result = fail(trouble);
+                print("Deleted local snapshot '" + snapshot.token + "'\n");
         }
     return date && found == 0 ? fail("There is no local snapshot with the date " + *date + ".") : result;
 }
@@ -265,7 +256,7 @@ int deleteLocalSnapshots(Context& context, const Arguments& arguments) {
         return deleteLocalSnapshotsOf(*localVolumes(context, "/"), argument);
     const auto volumes = localVolumes(context, argument);
     if (!volumes)
-        return fail(argument + ": " + std::strerror(errno));
+        return fail(volumes.failure().text);
     // All of a volume goes only when the volume itself is named, not some folder in it.
     if (argument != "/" && *volumes != std::vector{*canonicalPath(argument)})
         return fail(argument + " is neither a date nor a volume with local snapshots.");
@@ -282,16 +273,16 @@ int restoreVerb(Context&, const Arguments& arguments) {
     const auto rsync = findProgram("rsync");
     if (!rsync)
         return fail("rsync is not installed");
-    const RestorePlan plan = planRestore(paths, destination);
-    if (!plan.trouble.empty())
-        return fail(plan.trouble);
+    const auto plan = planRestore(paths, destination);
+    if (!plan)
+        return fail(plan.failure().text);
     StopRequests stop;
-    const RestoreOutcome outcome = restore(plan, *rsync, stop);
+    const RestoreOutcome outcome = restore(*plan, *rsync, stop);
     for (const std::string& note : outcome.notes)
         fail(printable(note));
-    if (!outcome.trouble.empty())
-        return fail(outcome.trouble);
-    for (const RestoreItem& item : plan.items)
+    if (outcome.failure)
+        return fail(outcome.failure->text);
+    for (const RestoreItem& item : plan->items)
         if (verbose)
             print(item.source + " -> " + item.target + "\n");
     return exitSuccess;

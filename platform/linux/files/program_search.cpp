@@ -5,6 +5,7 @@
 #include <deque>
 #include <filesystem>
 #include <sstream>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -30,6 +31,19 @@ std::vector<std::string> foldersThatMayNeverAnswer() {
 std::string searchPathOfProcess() {
     const char* const folders = std::getenv("PATH");
     return folders ? folders : "";
+}
+
+std::optional<std::string> findProgram(const std::string& name) {
+    const char* variable = std::getenv("PATH");
+    std::string_view rest = variable ? variable : "/usr/local/bin:/usr/bin:/bin";
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        const std::string path = std::string(rest.substr(0, end)) + "/" + name;
+        if (path.starts_with('/') && ::access(path.c_str(), X_OK) == 0)
+            return path;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return std::nullopt;
 }
 
 ProgramSearch::ProgramSearch(const std::string& searchPath, Reach reach) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,9 @@ namespace norvane {
 
 /// $PATH.
 [[nodiscard]] std::string searchPathOfProcess();
+
+/// The first program of this name in $PATH, by the path that stands there; none when it is not installed.
+[[nodiscard]] std::optional<std::string> findProgram(const std::string& name);
 
 /// Remembers what it found, because most names are asked for again and again. One thread at a time.
 class ProgramSearch {

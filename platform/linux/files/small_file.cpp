@@ -12,15 +12,19 @@ namespace norvane {
 
 namespace {
 
-bool replace(const std::string& path, std::string_view bytes, bool (*finish)(int file)) {
+bool replace(const std::string& path, std::string_view bytes, mode_t mode, bool (*finish)(int file)) {
     const std::string temporary = path + ".new";
-    const FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    ::unlink(temporary.c_str()); // what a killed writer left, or a link that leads elsewhere
+    const FileDescriptor file(
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
     if (!file)
         return false;
     if (writeAll(file.get(), bytes) && finish(file.get()) &&
         std::rename(temporary.c_str(), path.c_str()) == 0)
         return true;
+    const int error = errno;
     ::unlink(temporary.c_str()); // half of it, on a full disk
+    errno = error;
     return false;
 }
 
@@ -44,11 +48,11 @@ std::string readSmallFile(const std::string& path, std::size_t limitBytes) {
 }
 
 bool replaceFile(const std::string& path, std::string_view bytes) {
-    return replace(path, bytes, [](int) { return true; });
+    return replace(path, bytes, 0600, [](int) { return true; });
 }
 
-bool replaceFileDurably(const std::string& path, std::string_view bytes) {
-    return replace(path, bytes, [](int file) { return ::fsync(file) == 0; });
+bool replaceFileDurably(const std::string& path, std::string_view bytes, mode_t mode) {
+    return replace(path, bytes, mode, [](int file) { return ::fsync(file) == 0; });
 }
 
 } // namespace norvane

@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/user_folders.h"
 #include "platform/text/property_list_xml.h"
 
@@ -141,13 +142,6 @@ FileDescriptor openLockFile(const std::string& path) {
     return lock;
 }
 
-bool isSameFile(int descriptor, const std::string& path) {
-    struct stat opened {};
-    struct stat named {};
-    return ::fstat(descriptor, &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
 /// The lock is held while the result lives. Gives up after about 10 s: a holder that was stopped must not
 /// stop everyone else.
 std::optional<FileDescriptor> lockFile(const std::string& path) {
@@ -159,7 +153,7 @@ std::optional<FileDescriptor> lockFile(const std::string& path) {
         if (::flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
             // Somebody may have deleted the file between the two calls; the next writer would lock another
             // one.
-            if (isSameFile(lock.get(), path))
+            if (isSameFile(fileStatus(lock.get()), fileStatus(path)))
                 return lock;
         } else if (errno != EWOULDBLOCK && errno != EINTR) {
             return std::nullopt;

@@ -1,17 +1,10 @@
-#include "timemachine_linux/session/leftover_note.h"
+#include "timemachine_linux/snapshots/leftover_note.h"
 
 #include "platform/linux/files/small_file.h"
 #include "platform/text/property_list_xml.h"
+#include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
-namespace {
-
-std::string stringAt(const PropertyList& dictionary, std::string_view key) {
-    const PropertyList* value = dictionary.find(key);
-    return value && value->string() ? *value->string() : std::string();
-}
-
-} // namespace
 
 std::optional<LeftoverNote> readLeftoverNote(const std::string& path) {
     const auto stored = parseXmlPropertyList(readSmallFile(path));

@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup/restore.h"
+#include "timemachine_linux/restore/restore.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,15 +6,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include "platform/linux/files/file_descriptor.h"
-#include "timemachine_linux/destination/backup_place.h"
+#include "platform/linux/files/file_status.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 #include "timemachine_linux/files/exclusive_rename.h"
 #include "timemachine_linux/files/file_system_probe.h"
 #include "timemachine_linux/files/held_folder.h"
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/files/tree_removal.h"
+#include "timemachine_linux/rsync/rsync_command.h"
 #include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
@@ -22,33 +23,21 @@ namespace {
 
 constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-bool isThere(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
-
 bool isFolder(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::string because(const std::string& what) { return what + ": " + std::strerror(errno); }
-
 // Moved to another folder, a folder's own ".." changes, which takes the right to write into it.
-bool moveToFree(const std::string& from, const std::string& to) {
-    if (renameToFree(from, to))
-        return true;
-    struct stat status {};
-    if (errno != EACCES || ::lstat(from.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
-        ::chmod(from.c_str(), status.st_mode | S_IWUSR) != 0)
-        return false;
-    const bool moved = renameToFree(from, to);
-    const int error = errno;
-    ::chmod((moved ? to : from).c_str(), status.st_mode);
-    errno = error;
-    return moved;
+std::optional<Failure> moveToFree(const std::string& from, const std::string& to) {
+    const auto refused = renameToFree(from, to);
+    const auto status = fileStatus(from);
+    if (!refused || refused->error != EACCES || !status || !S_ISDIR(status->st_mode) ||
+        ::chmod(from.c_str(), status->st_mode | S_IWUSR) != 0)
+        return refused;
+    auto failure = renameToFree(from, to);
+    ::chmod((failure ? from : to).c_str(), status->st_mode);
+    return failure;
 }
 
 /// A folder that is removed with what is left in it.
@@ -79,39 +68,43 @@ std::vector<std::string> sourcesOf(const RestorePlan& plan) {
     return sources;
 }
 
-std::string removedMeanwhile(const std::string& snapshot) {
-    return "The backup " + snapshot + " was removed while it was restored from. Nothing is restored.";
+Failure removedMeanwhile(const std::string& snapshot) {
+    return {"The backup " + snapshot + " was removed while it was restored from. Nothing is restored."};
 }
 
 } // namespace
 
-RestorePlan planRestore(const std::vector<std::string>& sources, const std::string& destination) {
+Result<RestorePlan> planRestore(const std::vector<std::string>& sources, const std::string& destination) {
     RestorePlan plan;
-    const auto impossible = [](std::string trouble) { return RestorePlan{{}, {}, {}, std::move(trouble)}; };
+    const auto missing = [](const std::string& path, const Failure& failure) {
+        return Failure{path + ": " + failure.text, failure.error};
+    };
     const bool intoFolder = isFolder(destination);
     if (!intoFolder && (sources.size() > 1 || destination.ends_with('/')))
-        return impossible(destination + " is not a folder.");
+        return Failure{destination + " is not a folder."};
     const auto place = intoFolder ? canonicalPath(destination) : resolvedPath(destination);
     if (!place)
-        return impossible(because(destination));
+        return missing(destination, place.failure());
     plan.folder = intoFolder ? *place : place->substr(0, std::max<std::size_t>(place->rfind('/'), 1));
     if (const auto backup = snapshotHolding(plan.folder))
-        return impossible(destination + " lies in the backup " + *backup + ", which must not change.");
+        return Failure{destination + " lies in the backup " + *backup + ", which must not change."};
     for (const std::string& argument : sources) {
         const auto source = resolvedPath(argument);
-        if (!source || !isThere(*source))
-            return impossible(because(argument));
+        if (!source)
+            return missing(argument, source.failure());
+        if (!fileStatus(*source))
+            return systemFailure(argument);
         const auto snapshot = snapshotHolding(*source);
         if (!snapshot)
-            return impossible(argument + " is not in a backup.");
+            return Failure{argument + " is not in a backup."};
         plan.snapshots.insert(*snapshot);
         const std::string target =
             intoFolder ? (plan.folder == "/" ? "" : plan.folder) + "/" + nameOf(*source) : *place;
         const bool twice = std::any_of(plan.items.begin(), plan.items.end(),
                                        [&](const RestoreItem& item) { return item.target == target; });
-        if (twice || isThere(target))
-            return impossible(target + (twice ? " would be restored twice." : " is there already.") +
-                              " Nothing is overwritten: choose another place.");
+        if (twice || fileStatus(target))
+            return Failure{target + (twice ? " would be restored twice." : " is there already.") +
+                           " Nothing is overwritten: choose another place."};
         plan.items.push_back({*source, target});
     }
     return plan;
@@ -121,12 +114,12 @@ RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath, St
     const StagingFolder staging(plan.folder);
     const FileDescriptor folder(::open(plan.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!staging.made() || !folder)
-        return {because(plan.folder), {}};
+        return {systemFailure(plan.folder), {}};
     std::vector<HeldFolder> snapshots;
     for (const std::string& path : plan.snapshots) {
         snapshots.push_back({path, FileDescriptor(::open(path.c_str(), realFolder))});
         if (!snapshots.back().folder)
-            return {because(path), {}};
+            return {systemFailure(path), {}};
     }
     const FileSystemAbilities abilities = abilitiesOf(staging.path());
     RsyncRun run;
@@ -137,21 +130,23 @@ RestoreOutcome restore(const RestorePlan& plan, const std::string& rsyncPath, St
     run.onStopping = [] {};
     const auto exit = runRsync(run, stop);
     if (!exit)
-        return {because("rsync could not be started"), {}};
+        return {Failure{"rsync could not be started: " + exit.failure().text}, {}};
     for (const HeldFolder& snapshot : snapshots)
         if (!snapshot.isInPlace())
             return {removedMeanwhile(snapshot.path), {}};
     const RsyncOutcome copied = judgeRsyncExit(*exit, stop.requested());
-    if (copied.code != ResultCode::success)
-        return {copied.code == ResultCode::stopped ? "The restore was stopped." : copied.message, {}};
+    if (copied.failure && copied.failure->code == ResultCode::stopped)
+        return {Failure{"The restore was stopped."}, {}};
+    if (copied.failure)
+        return {Failure{copied.failure->text}, {}};
     if (::syncfs(folder.get()) != 0)
-        return {because(plan.folder), {}};
+        return {systemFailure(plan.folder), {}};
     RestoreOutcome outcome{{}, copied.notes};
     for (const RestoreItem& item : plan.items)
-        if (!moveToFree(staging.path() + "/" + nameOf(item.source), item.target))
-            outcome.trouble = because(item.target);
-    if (outcome.trouble.empty() && !outcome.notes.empty())
-        outcome.trouble = "Not everything could be restored.";
+        if (const auto failure = moveToFree(staging.path() + "/" + nameOf(item.source), item.target))
+            outcome.failure = Failure{item.target + ": " + failure->text, failure->error};
+    if (!outcome.failure && !outcome.notes.empty())
+        outcome.failure = Failure{"Not everything could be restored."};
     if (!abilities.accessControlLists || !abilities.extendedAttributes)
         outcome.notes.push_back(plan.folder + " cannot hold all attributes of the files.");
     return outcome;

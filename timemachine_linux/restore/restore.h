@@ -1,10 +1,12 @@
 // Bringing files and folders back from a snapshot.
 #pragma once
 
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "timemachine_linux/files/failure.h"
 #include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
@@ -20,17 +22,16 @@ struct RestorePlan {
     std::vector<RestoreItem> items;
     std::set<std::string> snapshots; ///< That hold the sources.
     std::string folder;              ///< The folder of all the targets.
-    std::string trouble;             ///< Why it cannot be done; empty: it can.
 };
 
 /// The targets as cp(1) chooses them: in the destination if that is a folder, under the name of each source;
 /// else the destination itself is the name, for one source. Refuses what would replace something, what comes
 /// from outside a snapshot, and what would go into one.
-[[nodiscard]] RestorePlan planRestore(const std::vector<std::string>& sources,
-                                      const std::string& destination);
+[[nodiscard]] Result<RestorePlan> planRestore(const std::vector<std::string>& sources,
+                                              const std::string& destination);
 
 struct RestoreOutcome {
-    std::string trouble;            ///< Why it failed; empty: everything is there.
+    std::optional<Failure> failure; ///< None: everything is there.
     std::vector<std::string> notes; ///< What could not be kept or read.
 };
 

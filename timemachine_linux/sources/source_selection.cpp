@@ -1,18 +1,15 @@
-#include "timemachine_linux/backup/source_selection.h"
+#include "timemachine_linux/sources/source_selection.h"
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
-#include "platform/linux/files/user_folders.h"
 #include "timemachine_linux/files/bounded_call.h"
 #include "timemachine_linux/files/mounted_paths.h"
 #include "timemachine_linux/files/paths.h"
@@ -22,17 +19,8 @@
 namespace norvane {
 namespace {
 
-constexpr const char* sourcesKey = "SourceFolders";
-constexpr const char* exclusionsKey = "SkipPaths";
-
-std::vector<std::string> storedPaths(const UserDefaultsFile& preferences, const char* key,
-                                     const std::string& home) {
-    const auto stored = preferences.object(key);
-    return stored ? pathsFromPropertyList(*stored, home) : std::vector<std::string>();
-}
-
 // Rules and walks speak of canonical paths; what does not exist cannot be met by them.
-std::string resolvedOrAsGiven(const std::string& path) { return resolvedPath(path).value_or(path); }
+std::string resolvedOrAsGiven(const std::string& path) { return resolvedPath(path).valueOr(path); }
 
 void addOnce(std::vector<std::string>& list, std::string path) {
     if (std::find(list.begin(), list.end(), path) == list.end())
@@ -45,46 +33,6 @@ bool covered(const std::vector<std::string>& folders, std::string_view path) {
 }
 
 using Paths = std::vector<std::string>;
-
-/// The array of paths under the key; `initial` where there is none.
-PropertyList::Array& pathList(PropertyList::Dictionary& all, const char* key, const Paths& initial) {
-    PropertyList& list = all[key];
-    if (!list.array()) {
-        PropertyList::Array paths;
-        std::transform(initial.begin(), initial.end(), std::back_inserter(paths), pathToPropertyList);
-        list = {std::move(paths)};
-    }
-    return std::get<PropertyList::Array>(list.value);
-}
-
-bool isOneOf(const PropertyList& entry, const Paths& paths, const std::string& home) {
-    const auto parsed = pathsFromPropertyList({PropertyList::Array{entry}}, home);
-    return !parsed.empty() && std::find(paths.begin(), paths.end(), parsed.front()) != paths.end();
-}
-
-bool addPath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
-             const std::string& home) {
-    return preferences.update([&](PropertyList::Dictionary& all) {
-        PropertyList::Array& list = pathList(all, key, initial);
-        if (std::none_of(list.begin(), list.end(),
-                         [&](const PropertyList& entry) { return isOneOf(entry, {path}, home); }))
-            list.push_back(pathToPropertyList(path));
-    });
-}
-
-bool removePath(UserDefaultsFile& preferences, const char* key, const Paths& initial, const std::string& path,
-                const std::string& home) {
-    // Entries that people wrote by hand may spell the path in another way. Asked before the lock is taken: a
-    // file system may not answer.
-    Paths spellings{path};
-    for (const std::string& stored : storedPaths(preferences, key, home))
-        if (stored != path && resolvedOrAsGiven(stored) == path)
-            spellings.push_back(stored);
-    return preferences.update([&](PropertyList::Dictionary& all) {
-        std::erase_if(pathList(all, key, initial),
-                      [&](const PropertyList& entry) { return isOneOf(entry, spellings, home); });
-    });
-}
 
 /// A destination below a source as a whole. Of one around a source, as of a disk that also holds photos, its
 /// backups.
@@ -102,32 +50,12 @@ void leaveOutBackups(const std::string& destinationFolder, Paths& sources, Sourc
 }
 
 bool onSameFileSystem(const std::string& one, const std::string& other) {
-    struct stat first {};
-    struct stat second {};
-    return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
-           first.st_dev == second.st_dev;
+    const auto first = fileStatus(one);
+    const auto second = fileStatus(other);
+    return first && second && first->st_dev == second->st_dev;
 }
 
 } // namespace
-
-UserPlaces userPlaces() {
-    UserPlaces places;
-    places.home = homeFolder();
-    const char* cache = std::getenv("XDG_CACHE_HOME"); // NOLINT(concurrency-mt-unsafe): one thread
-    places.cache = cache && *cache == '/' ? std::string(cache) : places.home + "/.cache";
-    places.stateFolder = libraryFolder() + "/TimeMachine";
-    return places;
-}
-
-std::vector<std::string> configuredSources(const UserDefaultsFile& preferences, const UserPlaces& places) {
-    if (!preferences.object(sourcesKey))
-        return {places.home};
-    return storedPaths(preferences, sourcesKey, places.home);
-}
-
-std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences, const UserPlaces& places) {
-    return storedPaths(preferences, exclusionsKey, places.home);
-}
 
 SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPlaces& places,
                               const std::string& destinationFolder) {
@@ -136,10 +64,10 @@ SourceSelection selectSources(const UserDefaultsFile& preferences, const UserPla
     for (const std::string& path : configuredSources(preferences, places)) {
         if (auto canonical = canonicalPath(path))
             addOnce(found, std::move(*canonical));
-        else if (errno == ENOENT || errno == ENOTDIR)
+        else if (const int error = canonical.failure().error; error == ENOENT || error == ENOTDIR)
             selection.missing.push_back(path);
         else
-            selection.unreachable.push_back(path + ": " + std::strerror(errno));
+            selection.unreachable.push_back(path + ": " + canonical.failure().text);
     }
     for (const std::string& path :
          {places.home + "/.cache", places.cache, places.home + "/.local/share/Trash", places.stateFolder})
@@ -176,8 +104,7 @@ std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
             if (isWithin(folder, one) && one.size() >= source.size())
                 source = one;
         const auto answer = callBounded(patienceSeconds, [&]() -> std::optional<std::string> {
-            struct stat status {};
-            if (::lstat(folder.c_str(), &status) != 0) {
+            if (!fileStatus(folder)) {
                 if (errno == ENOENT) // hidden by a later mount
                     return "same";
                 return errno == EACCES ? std::optional<std::string>("other") : std::nullopt;
@@ -190,44 +117,27 @@ std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
     return mounts;
 }
 
-std::string troubleWithSource(const std::string& source) {
-    const auto trouble = [&] { return source + ": " + std::strerror(errno); };
-    struct stat status {};
-    if (::lstat(source.c_str(), &status) != 0)
-        return trouble();
-    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode))
-        return {};
+std::optional<Failure> failureToRead(const std::string& source) {
+    const auto status = fileStatus(source);
+    if (!status)
+        return systemFailure(source);
+    if (!S_ISDIR(status->st_mode) && !S_ISREG(status->st_mode))
+        return std::nullopt;
     const FileDescriptor opened(::open(source.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!opened)
-        return trouble();
-    if (S_ISREG(status.st_mode))
-        return {};
+        return systemFailure(source);
+    if (S_ISREG(status->st_mode))
+        return std::nullopt;
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(
         ::fdopendir(::openat(opened.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), ::closedir);
     errno = listing ? 0 : errno;
     if (!listing || (!::readdir(listing.get()) && errno != 0))
-        return trouble();
-    return {};
+        return systemFailure(source);
+    return std::nullopt;
 }
 
 bool isLeftOut(const SourceSelection& selection, std::string_view path) {
     return covered(selection.excluded, path) || !covered(selection.sources, path);
-}
-
-bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
-    return addPath(preferences, sourcesKey, {home}, path, home);
-}
-
-bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
-    return removePath(preferences, sourcesKey, {home}, path, home);
-}
-
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
-    return addPath(preferences, exclusionsKey, {}, path, home);
-}
-
-bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home) {
-    return removePath(preferences, exclusionsKey, {}, path, home);
 }
 
 } // namespace norvane

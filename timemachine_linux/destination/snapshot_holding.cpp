@@ -1,20 +1,17 @@
-#include "timemachine_linux/destination/backup_place.h"
+#include "timemachine_linux/destination/snapshot_holding.h"
 
-#include <sys/stat.h>
-
+#include "platform/linux/files/file_status.h"
 #include "timemachine_linux/destination/destination.h"
+#include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/local_snapshots/local_snapshot_name.h"
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
 namespace {
 
-std::string parentOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
-std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
 bool isFile(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    const auto status = fileStatus(path);
+    return status && S_ISREG(status->st_mode);
 }
 
 } // namespace

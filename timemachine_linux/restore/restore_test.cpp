@@ -1,4 +1,4 @@
-#include "timemachine_linux/backup/restore.h"
+#include "timemachine_linux/restore/restore.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

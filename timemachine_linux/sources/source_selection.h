@@ -5,27 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/files/user_defaults_file.h"
+#include "timemachine_linux/sources/source_lists.h"
 
 namespace norvane {
-
-/// The folders of one user that the rules name.
-struct UserPlaces {
-    std::string home;
-    std::string cache;       ///< $XDG_CACHE_HOME, by default ~/.cache.
-    std::string stateFolder; ///< This program's own state.
-};
-
-/// Of the process's environment.
-[[nodiscard]] UserPlaces userPlaces();
-
-/// The folders that the user wants backed up, as they are stored: the home folder when nothing is.
-[[nodiscard]] std::vector<std::string> configuredSources(const UserDefaultsFile& preferences,
-                                                         const UserPlaces& places);
-
-/// What the user wants left out, as it is stored.
-[[nodiscard]] std::vector<std::string> configuredExclusions(const UserDefaultsFile& preferences,
-                                                            const UserPlaces& places);
 
 struct SourceSelection {
     std::vector<std::string>
@@ -52,19 +34,11 @@ struct MountBelow {
 [[nodiscard]] std::vector<MountBelow> otherFileSystems(const SourceSelection& selection,
                                                        const std::vector<std::string>& mountFolders);
 
-/// Why the source cannot be read, as `SourceSelection::unreachable`; empty: it can. What it holds may still
-/// refuse.
-[[nodiscard]] std::string troubleWithSource(const std::string& source);
+/// Why the source cannot be read, as `SourceSelection::unreachable`. What it holds may still refuse.
+[[nodiscard]] std::optional<Failure> failureToRead(const std::string& source);
 
 /// Whether a backup leaves the path (as `resolvedPath` gives it) out: an exclusion covers it, or no source
 /// does.
 [[nodiscard]] bool isLeftOut(const SourceSelection& selection, std::string_view path);
-
-/// Adds the path to, or removes it from, the user's list, whatever another process does to that meanwhile.
-/// What is there is not added again. False: the preferences cannot be written.
-bool addSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool removeSource(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool addExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
-bool removeExclusion(UserDefaultsFile& preferences, const std::string& path, const std::string& home);
 
 } // namespace norvane
