@@ -27,15 +27,7 @@ std::optional<double> usedFraction(const HealthData& data) {
 } // namespace
 
 const char* rawValue(BackupHealth health) {
-    switch (health) {
-    case BackupHealth::ok:
-        return "ok";
-    case BackupHealth::stale:
-        return "stale";
-    case BackupHealth::critical:
-        return "critical";
-    }
-    return "ok";
+    return health == BackupHealth::ok ? "ok" : health == BackupHealth::stale ? "stale" : "critical";
 }
 
 BackupHealth healthOf(std::optional<Instant> lastBackup, std::int64_t failureStreak, Instant now) {

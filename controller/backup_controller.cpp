@@ -17,7 +17,6 @@ BackupController* liveController = nullptr;
 
 BackupController::BackupController(ControllerServices services)
     : services_(std::move(services)), store_(services_.defaults),
-      probes_(services_.measurements, services_.files),
       alerts_(services_.translator, services_.formats, services_.defaults),
       bounds_{plusSeconds(now(), static_cast<double>(store_.launchGraceMinutes()) * 60)} {
     state_.schedule = store_.schedule();
@@ -33,8 +32,13 @@ BackupController::BackupController(ControllerServices services)
     liveController = this;
     setPolling(false);
     reschedule();
-    runStartupChecks();
-    observeSystem();
+    checkCrashReports();
+    systemObservation_ = services_.systemEvents.observe({[this] { handleWake(); },
+                                                         [this] {
+                                                             log("System clock changed — rescheduling");
+                                                             reschedule();
+                                                         },
+                                                         [this] { refreshAccent(); }});
 }
 
 BackupController::~BackupController() {
@@ -60,18 +64,7 @@ void BackupController::noteMissedBackup() {
         ") — catching up after launch grace");
 }
 
-void BackupController::observeSystem() {
-    systemObservation_ = services_.systemEvents.observe({[this] { handleWake(); },
-                                                         [this] {
-                                                             log("System clock changed — rescheduling");
-                                                             reschedule();
-                                                         },
-                                                         [this] { refreshAccent(); }});
-}
-
-/// Four checks, one after the other: each starts the next once its result is applied.
-void BackupController::runStartupChecks() { checkCrashReports(); }
-
+/// The first of four checks at the start: each starts the next once its result is applied.
 void BackupController::checkCrashReports() {
     inBackground([&reporter = services_.crashReporter] { return reporter.findNewReports(); },
                  [this](const std::vector<std::string>& reports) {
@@ -86,29 +79,27 @@ void BackupController::checkCrashReports() {
 }
 
 void BackupController::checkStatus() {
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
-                 [this](const TMStatus& status) {
-                     applyStatus(status);
-                     refreshDestination();
-                 });
+    ask(&TMUtil::status, [this](const TMStatus& status) {
+        applyStatus(status);
+        refreshDestination();
+    });
 }
 
 void BackupController::refreshDestination() {
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
-                 [this](const TMUtil::DestinationSummary& summary) {
-                     takeDestination(summary);
-                     refreshAutoBackupFlag();
-                 });
+    ask(&TMUtil::destinationSummary, [this](const TMUtil::DestinationSummary& summary) {
+        takeDestination(summary);
+        refreshAutoBackupFlag();
+    });
 }
 
 /// Another disk may have been chosen since. A tool that fails tells nothing, and what was known stays known.
 void BackupController::relearnDestination(std::function<void()> learned) {
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.destinationSummary(); },
-                 [this, learned = std::move(learned)](const TMUtil::DestinationSummary& summary) {
-                     if (summary.name && summary.kind)
-                         takeDestination(summary);
-                     learned();
-                 });
+    ask(&TMUtil::destinationSummary,
+        [this, learned = std::move(learned)](const TMUtil::DestinationSummary& summary) {
+            if (summary.name && summary.kind)
+                takeDestination(summary);
+            learned();
+        });
 }
 
 void BackupController::takeDestination(const TMUtil::DestinationSummary& summary) {
@@ -117,15 +108,15 @@ void BackupController::takeDestination(const TMUtil::DestinationSummary& summary
     publish(&ControllerState::destinationName, summary.name);
     if (away)
         return; // the same disk, and where it belongs is still known
-    destinationMountPoint_ =
+    destinationFolder_ =
         local && summary.mountPoint
-            ? std::optional(destinationFolderAt(*summary.mountPoint, services_.files, destinationMountPoint_))
+            ? std::optional(destinationFolderAt(*summary.mountPoint, services_.files, destinationFolder_))
             : std::nullopt;
 }
 
 void BackupController::refreshAutoBackupFlag() {
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.autoBackupEnabled(); },
-                 [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });
+    ask(&TMUtil::autoBackupEnabled,
+        [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });
 }
 
 void BackupController::refreshHealthData() {
@@ -161,16 +152,14 @@ void BackupController::handleWake() {
         fireTimer_.reset();
         bounds_.catchUpAt = catchUpFromNow();
     }
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
-                 [this, sleptThrough, catchUpFromNow](const TMStatus& status) {
-                     applyStatus(status);
-                     if ((sleptThrough && bounds_.catchUpAt) || (armedFor_ && *armedFor_ <= now())) {
-                         bounds_.catchUpAt = catchUpFromNow();
-                         log("Woke past scheduled fire — catching up in " +
-                             std::to_string(wakeCatchUpMinutes) + " min");
-                     }
-                     reschedule();
-                 });
+    ask(&TMUtil::status, [this, sleptThrough, catchUpFromNow](const TMStatus& status) {
+        applyStatus(status);
+        if ((sleptThrough && bounds_.catchUpAt) || (armedFor_ && *armedFor_ <= now())) {
+            bounds_.catchUpAt = catchUpFromNow();
+            log("Woke past scheduled fire — catching up in " + std::to_string(wakeCatchUpMinutes) + " min");
+        }
+        reschedule();
+    });
 }
 
 void BackupController::clearPendingCrashReport() {

@@ -12,14 +12,15 @@
 
 #include "controller/alerts.h"
 #include "controller/backup_run.h"
-#include "controller/condition_probes.h"
 #include "controller/controller_state.h"
+#include "controller/destination_folder.h"
 #include "controller/log/event_log.h"
 #include "controller/observers.h"
 #include "controller/planning.h"
 #include "diagnostics/crash_reporter.h"
 #include "platform/background.h"
 #include "platform/clock.h"
+#include "platform/condition_measurements.h"
 #include "platform/file_system.h"
 #include "platform/formats.h"
 #include "platform/notifications.h"
@@ -58,15 +59,10 @@ struct ControllerServices {
 
 /// Main thread only; what blocks runs in the background, and its result comes back to the main thread.
 ///
-/// One backup passes these states:
-/// - armed: nextFire is set and the fire timer runs; a fire or "Back Up Now" ends it.
-/// - deferred: deferral is set. Due, but conditions forbid it; looked at again until they allow or time is
-/// up.
-/// - requested: awaitingStart_ is set. Asked of Time Machine; seen running, or failed within 60 s.
-/// - running: status.running. Its end leads to verifying, or to stopped when the user asked for it.
-/// - verifying: verifyingStart_ is set. A new snapshot is looked for, five times within 20 s.
-/// Then it has finished (the streak of failures ends) or failed (no fire before retryFloor_), and is armed
-/// again.
+/// One backup is armed (nextFire is set, and the fire timer runs), deferred while conditions forbid it
+/// (deferral is set), requested, seen running and looked for among the snapshots (all three in run_). Then it
+/// has finished, and the streak of failures ends, or failed, and no other fires before the retry; and the
+/// next one is armed.
 class BackupController {
 public:
     /// Reads the settings, plans and arms the first backup and starts the checks of a program start.
@@ -119,8 +115,6 @@ private:
     // Start-up and system events (backup_controller.cpp).
     void noteFirstLaunch();
     void noteMissedBackup();
-    void observeSystem();
-    void runStartupChecks();
     void checkCrashReports();
     void checkStatus();
     void handleWake();
@@ -142,13 +136,11 @@ private:
     // Following a backup (run_monitor.cpp).
     void setPolling(bool fast);
     void pollTick();
-    void pollStatus();
     void launch();
     void failLaunch(const std::string& message);
     void applyStatus(TMStatus status);
     void backupStarted();
     void backupEnded();
-    void checkNeverStarted();
     void checkProgress();
     void beginVerification();
     void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations, Instant start);
@@ -165,6 +157,12 @@ private:
     void inBackground(Work work, Deliver deliver) {
         runInBackground(services_.background, lifetime_, std::move(work), std::move(deliver));
     }
+    /// Runs a tool and delivers what it has told.
+    template <class Answer, class Deliver>
+    void ask(Answer (TMUtil::*question)() const, Deliver deliver) {
+        inBackground([&tmUtil = services_.tmUtil, question] { return (tmUtil.*question)(); },
+                     std::move(deliver));
+    }
     template <class Value>
     void publish(Value ControllerState::*field, std::type_identity_t<Value> value) {
         state_.*field = std::move(value);
@@ -173,16 +171,14 @@ private:
 
     const ControllerServices services_;
     SettingsStore store_;
-    ConditionProbes probes_;
     Alerts alerts_;
     ControllerState state_;
     Observers observers_;
     PlanBounds bounds_;
     BackupRun run_;
-    std::int64_t consecutiveFailures_ = 0; // mirrors the stored failure streak
-    std::optional<DestinationFolder>
-        destinationMountPoint_;          // of a local destination; none: network, or unknown
-    std::shared_ptr<DiskLook> diskLook_; // none: no request waits for it
+    std::int64_t consecutiveFailures_ = 0;               // mirrors the stored failure streak
+    std::optional<DestinationFolder> destinationFolder_; // of a local destination; none: network, or unknown
+    std::shared_ptr<DiskLook> diskLook_;                 // none: no request waits for it
 
     // Timers, each replaced in one function.
     std::unique_ptr<Timer> pollTimer_;

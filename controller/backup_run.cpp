@@ -1,5 +1,6 @@
 #include "controller/backup_run.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace norvane {
@@ -26,8 +27,6 @@ bool BackupRun::neverStarted(Instant now) const {
     const auto* idle = std::get_if<Idle>(&state_);
     return idle && idle->requestedAt && secondsBetween(*idle->requestedAt, now) > startTimeoutSeconds;
 }
-
-void BackupRun::start(Instant now) { state_ = Running{now}; }
 
 BackupRun::CopyNews BackupRun::copied(std::int64_t bytes, Instant now) {
     auto* run = std::get_if<Running>(&state_);
@@ -58,14 +57,41 @@ std::optional<Instant> BackupRun::soughtSince() const {
     return idle && idle->search ? std::optional(idle->search->backupStart) : std::nullopt;
 }
 
-bool BackupRun::mayLookAgain() {
+bool BackupRun::lookAgain() {
     auto* idle = std::get_if<Idle>(&state_);
-    return idle && idle->search && ++idle->search->looks < mostLooks;
+    const bool again = idle && idle->search && ++idle->search->looks < mostLooks;
+    if (!again)
+        endSearch();
+    return again;
 }
 
 void BackupRun::endSearch() {
     if (auto* idle = std::get_if<Idle>(&state_))
         idle->search.reset();
+}
+
+bool hasSnapshotSince(const std::vector<TMUtil::DestinationStatus>& destinations, Instant start) {
+    constexpr double lookBackSeconds = 120;
+    const Instant earliest = plusSeconds(start, -lookBackSeconds);
+    return std::any_of(destinations.begin(), destinations.end(), [&](const auto& destination) {
+        const auto& dates = destination.snapshotDates;
+        return std::any_of(dates.begin(), dates.end(), [&](Instant date) { return date >= earliest; });
+    });
+}
+
+std::string reportedError(const std::vector<TMUtil::DestinationStatus>& destinations) {
+    for (const TMUtil::DestinationStatus& destination : destinations) {
+        if (destination.result.value_or(0) == 0)
+            continue;
+        std::string text = " — Time Machine reported error " + std::to_string(*destination.result);
+        const char* separator = " — while processing: ";
+        for (const std::string& parameter : destination.messageParameters) {
+            text += separator + parameter;
+            separator = ", ";
+        }
+        return text;
+    }
+    return {};
 }
 
 } // namespace norvane

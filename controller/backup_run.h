@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <variant>
+#include <vector>
 
-#include "platform/instant.h"
+#include "timemachine/tm_util.h"
 
 namespace norvane {
 
@@ -23,9 +25,8 @@ public:
     /// Asked for more than a minute ago, and not seen running since.
     [[nodiscard]] bool neverStarted(Instant now) const;
 
-    /// Seen running, whoever asked for it: the request is done, and the backup before is not looked for any
-    /// more.
-    void start(Instant now);
+    /// Seen running, whoever asked for it: the request is done, and the backup before is looked for no more.
+    void start(Instant now) { state_ = Running{now}; }
     enum class CopyNews { none, stalled, resumed };
     /// `bytes`: copied so far. Each stall is told once, and its end too.
     [[nodiscard]] CopyNews copied(std::int64_t bytes, Instant now);
@@ -38,8 +39,8 @@ public:
 
     /// When the backup that is looked for was first seen running; none: nothing is looked for.
     [[nodiscard]] std::optional<Instant> soughtSince() const;
-    /// Once more was looked in vain. False: that was often enough.
-    [[nodiscard]] bool mayLookAgain();
+    /// It was looked for in vain. False: for the last time, and the search is over.
+    [[nodiscard]] bool lookAgain();
     void endSearch();
 
 private:
@@ -65,5 +66,14 @@ private:
     std::variant<Idle, Running> state_;
     std::optional<Instant> stopRequestedAt_; // holds for the next end
 };
+
+/// Whether any destination tells of a snapshot of the backup that was first seen running at `start`. It is
+/// dated up to two minutes before.
+[[nodiscard]] bool hasSnapshotSince(const std::vector<TMUtil::DestinationStatus>& destinations,
+                                    Instant start);
+
+/// What Time Machine itself says went wrong, on the first destination that says anything; else empty. Goes
+/// behind the message of a failure.
+[[nodiscard]] std::string reportedError(const std::vector<TMUtil::DestinationStatus>& destinations);
 
 } // namespace norvane

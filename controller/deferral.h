@@ -1,4 +1,4 @@
-// How long a due backup waits for conditions that forbid it.
+// Why a due backup must wait, and for how long.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,18 @@
 #include <vector>
 
 #include "controller/controller_state.h"
+#include "controller/destination_folder.h"
+#include "platform/condition_measurements.h"
 
 namespace norvane {
+
+/// The reasons that hold now, in a fixed order, as the user reads them; empty when the backup may start. Only
+/// what the conditions ask for is measured. `destination`: none when it is not a local one, or unknown. Main
+/// thread.
+[[nodiscard]] std::vector<std::string> deferralReasons(const ConditionsConfig& conditions,
+                                                       const std::optional<DestinationFolder>& destination,
+                                                       ConditionMeasurements& measurements,
+                                                       const FileSystem& files);
 
 /// The wait goes on for these reasons, or begins, with none `before`. None: its longest time is over, and the
 /// backup starts despite them.

@@ -1,6 +1,7 @@
 // Planning the next backup, firing it, deferring it, and the user's commands.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controller/backup_controller.h"
 #include "controller/deferral.h"
@@ -40,20 +41,13 @@ void BackupController::reschedule() {
 }
 
 void BackupController::armFireTimer() {
-    const std::optional<Instant> previous = armedFor_;
-    fireTimer_.reset();
-    armedFor_.reset();
     const std::optional<Instant> next = state_.nextFire;
-    if (!next) {
-        if (previous)
-            log("No backup scheduled");
-        store_.setPlannedFireDate(std::nullopt);
-        return;
-    }
-    if (previous != next)
-        log("Next backup scheduled for " + logTimestamp(*next));
-    armedFor_ = next;
+    if (std::exchange(armedFor_, next) != next)
+        log(next ? "Next backup scheduled for " + logTimestamp(*next) : "No backup scheduled");
+    fireTimer_.reset();
     store_.setPlannedFireDate(next);
+    if (!next)
+        return;
     const double interval = std::max(secondsBetween(now(), *next), minimumTimerSeconds);
     const double tolerance = std::min(interval * fireTolerance, maxFireToleranceSeconds);
     fireTimer_ = services_.timers.once(interval, tolerance, [this] { requestBackup(true); });
@@ -97,11 +91,9 @@ void BackupController::requestBackup(bool scheduled) {
 
 void BackupController::startUnlessProblem(bool scheduled) {
     withdrawDueBackup();
-    if (const LaunchProblem problem = preflightProblem(services_.files.homeVolumeAvailableBytes(),
-                                                       destinationVanished(), state_.destinationName)) {
-        recordFailure(*problem);
-        return;
-    }
+    if (const auto problem = preflightProblem(services_.files.homeVolumeAvailableBytes(),
+                                              destinationVanished(), state_.destinationName))
+        return recordFailure(*problem);
     announce(scheduled ? "Scheduled backup requested" : "Manual backup requested");
     run_.request(now());
     bounds_.retryFloor.reset();
@@ -112,7 +104,8 @@ void BackupController::startUnlessProblem(bool scheduled) {
 
 /// True: conditions forbid the backup and there is time to wait for better ones.
 bool BackupController::deferIfBlocked() {
-    const auto reasons = probes_.deferralReasons(state_.conditions, destinationMountPoint_);
+    const auto reasons =
+        deferralReasons(state_.conditions, destinationFolder_, services_.measurements, services_.files);
     if (reasons.empty())
         return false;
     const auto wait = deferral(state_.deferral, reasons, state_.conditions, now());

@@ -28,8 +28,8 @@ bool destinationAnswers(const TMUtil& tmUtil, const TMUtil::DestinationSummary& 
 
 } // namespace
 
-LaunchProblem preflightProblem(std::optional<std::int64_t> freeBytes, bool destinationVanished,
-                               const std::optional<std::string>& destinationName) {
+std::optional<LaunchProblem> preflightProblem(std::optional<std::int64_t> freeBytes, bool destinationVanished,
+                                              const std::optional<std::string>& destinationName) {
     if (freeBytes && *freeBytes <= tooFewFreeBytes)
         return fillIn(
             "Startup disk is nearly full (%.1f GB free) — Time Machine needs room to stage backups. "
@@ -43,17 +43,15 @@ LaunchProblem preflightProblem(std::optional<std::int64_t> freeBytes, bool desti
 LaunchOutcome launchBackup(const TMUtil& tmUtil) {
     const TMUtil::DestinationSummary destination = tmUtil.destinationSummary();
     if (!destinationAnswers(tmUtil, destination))
-        return {"Backup drive " + quoted(destination.name) +
-                    " isn't responding on the network — it may be asleep, off, or on a different network",
-                {}};
+        return "Backup drive " + quoted(destination.name) +
+               " isn't responding on the network — it may be asleep, off, or on a different network";
     const std::optional<CommandResult> started = tmUtil.startBackup();
     if (!started)
-        return {"startbackup could not run", {}};
+        return "startbackup could not run";
     if (started->exitCode != 0)
-        return {"startbackup exited " + std::to_string(started->exitCode) + ": " +
-                    std::string(trimWhitespace(started->stderr)),
-                {}};
-    return {std::nullopt, tmUtil.status()};
+        return "startbackup exited " + std::to_string(started->exitCode) + ": " +
+               std::string(trimWhitespace(started->stderr));
+    return tmUtil.status();
 }
 
 } // namespace norvane

@@ -4,23 +4,22 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "timemachine/tm_util.h"
 
 namespace norvane {
 
-/// Problems are told as the log and the user read them.
-using LaunchProblem = std::optional<std::string>;
+/// As the log and the user read it.
+using LaunchProblem = std::string;
 
 /// What is plain without asking. `freeBytes`: on the volume of the home folder; none: unknown.
-[[nodiscard]] LaunchProblem preflightProblem(std::optional<std::int64_t> freeBytes, bool destinationVanished,
-                                             const std::optional<std::string>& destinationName);
+[[nodiscard]] std::optional<LaunchProblem>
+preflightProblem(std::optional<std::int64_t> freeBytes, bool destinationVanished,
+                 const std::optional<std::string>& destinationName);
 
-/// What came of asking Time Machine for a backup.
-struct LaunchOutcome {
-    LaunchProblem problem;
-    TMStatus status; ///< Right after the request, without a problem.
-};
+/// What came of asking Time Machine for a backup: a problem, or its status right afterwards.
+using LaunchOutcome = std::variant<LaunchProblem, TMStatus>;
 
 /// Wakes a network destination and asks for the backup. Blocks; background threads only.
 [[nodiscard]] LaunchOutcome launchBackup(const TMUtil& tmUtil);

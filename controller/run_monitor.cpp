@@ -4,7 +4,6 @@
 
 #include "controller/backup_controller.h"
 #include "controller/launch.h"
-#include "controller/verification.h"
 
 namespace norvane {
 
@@ -52,30 +51,26 @@ void BackupController::pollTick() {
         reschedule();
     }
     updateHealth();
-    if (!pollInFlight_) {
-        pollInFlight_ = true;
-        pollStatus();
-    }
-}
-
-void BackupController::pollStatus() {
-    inBackground([&tmUtil = services_.tmUtil] { return tmUtil.status(); },
-                 [this](TMStatus status) {
-                     pollInFlight_ = false;
-                     applyStatus(std::move(status));
-                     checkNeverStarted();
-                     checkProgress();
-                 });
+    if (std::exchange(pollInFlight_, true))
+        return;
+    ask(&TMUtil::status, [this](TMStatus status) {
+        pollInFlight_ = false;
+        applyStatus(std::move(status));
+        if (run_.neverStarted(now()))
+            failLaunch("Backup never started within 60s of the request");
+        checkProgress();
+    });
 }
 
 bool BackupController::destinationVanished() const {
-    return destinationMountPoint_ && !isConnected(*destinationMountPoint_, services_.files);
+    return destinationFolder_ && !isConnected(*destinationFolder_, services_.files);
 }
 
 void BackupController::launch() {
     inBackground([&tmUtil = services_.tmUtil] { return launchBackup(tmUtil); },
                  [this](const LaunchOutcome& outcome) {
-                     outcome.problem ? failLaunch(*outcome.problem) : applyStatus(outcome.status);
+                     const auto* problem = std::get_if<LaunchProblem>(&outcome);
+                     problem ? failLaunch(*problem) : applyStatus(std::get<TMStatus>(outcome));
                  });
 }
 
@@ -128,11 +123,6 @@ void BackupController::backupEnded() {
     beginVerification();
 }
 
-void BackupController::checkNeverStarted() {
-    if (run_.neverStarted(now()))
-        failLaunch("Backup never started within 60s of the request");
-}
-
 void BackupController::checkProgress() {
     const TMStatus& status = state_.status;
     if (!status.running || status.phase != "Copying" || !status.progress)
@@ -153,8 +143,7 @@ void BackupController::checkProgress() {
 }
 
 void BackupController::beginVerification() {
-    inBackground(
-        [&tmUtil = services_.tmUtil] { return tmUtil.destinationStatuses(); },
+    ask(&TMUtil::destinationStatuses,
         [this, start = run_.soughtSince()](const std::vector<TMUtil::DestinationStatus>& destinations) {
             if (start && run_.soughtSince() == start) // else a newer backup has taken over
                 judgeVerification(destinations, *start);
@@ -167,13 +156,12 @@ void BackupController::judgeVerification(const std::vector<TMUtil::DestinationSt
     if (verified || destinations.empty()) {
         run_.endSearch();
         finishBackup(verified);
-    } else if (run_.mayLookAgain()) {
+    } else if (run_.lookAgain()) {
         verifyTimer_ = services_.timers.once(verifyRetrySeconds, 0, [this, start] {
             if (run_.soughtSince() == start)
                 beginVerification();
         });
     } else {
-        run_.endSearch();
         setPolling(false);
         recordFailure("Backup ended without a new snapshot on any destination" + reportedError(destinations));
     }

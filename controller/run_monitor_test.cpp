@@ -5,8 +5,6 @@
 namespace norvane {
 namespace {
 
-const std::string noSnapshot = "Backup ended without a new snapshot on any destination";
-
 TEST(Starting, EveryWayItFailsIsTold) {
     struct Case {
         const char* what;
@@ -162,10 +160,8 @@ TEST(Running, AStalledCopyIsToldOnceAndItsEndToo) {
         h.startSettled();
         h.timeMachine.stallsAt = 100'000'000; // reached in 30 s
         h.controller->requestBackup(false);
-        h.time.advance(60);
-        h.timeMachine.stallsAt = 200'000'000;
-        h.time.advance(598);
-        EXPECT_FALSE(h.state().stalled) << "the wait counts from the last byte";
+        h.time.advance(620);
+        EXPECT_FALSE(h.state().stalled);
         if (diskGone)
             h.files.paths.clear();
         h.time.advance(850);
@@ -174,65 +170,40 @@ TEST(Running, AStalledCopyIsToldOnceAndItsEndToo) {
         ASSERT_EQ(h.notifications.posted.size(), 1U);
         EXPECT_EQ(h.notifications.posted[0].title, "Backup appears stalled");
         EXPECT_TRUE(h.notifications.posted[0].body.starts_with(reason));
-        h.timeMachine.backupSeconds = 3000;
-        h.timeMachine.stallsAt.reset();
+        h.timeMachine.stallsAt = 200'000'000;
         h.time.advance(4);
         EXPECT_FALSE(h.state().stalled);
         EXPECT_TRUE(h.logged("Backup progress resumed"));
         h.timeMachine.phase = "Finishing";
-        h.timeMachine.stallsAt = 1000;
         h.time.advance(700);
         EXPECT_FALSE(h.state().stalled) << "only a copy is expected to go on";
     }
 }
 
-TEST(Ending, AnEndWithinThreeMinutesOfTheStopIsNotVerified) {
-    for (const auto& [stopSeconds, verified] : {std::pair{0.0, false}, {177.0, false}, {179.0, true}}) {
-        ControllerHarness h;
-        h.startSettled();
-        h.timeMachine.backupSeconds = 1000;
-        h.timeMachine.stopSeconds = stopSeconds;
-        h.controller->requestBackup(false);
-        h.time.advance(30.02); // the answers of later polls come exactly some seconds after the stop
-        h.controller->stopBackup();
-        h.time.advance(181);
-        EXPECT_EQ(h.logged("Backup stopped"), !verified) << stopSeconds;
-        EXPECT_EQ(h.logged("Verifying backup…"), verified) << stopSeconds;
-        h.time.advance(30);
-        EXPECT_EQ(h.store.failureStreak(), verified ? 1 : 0) << stopSeconds;
-        EXPECT_TRUE(h.state().nextFire) << stopSeconds;
-        EXPECT_EQ(h.pollsOfAMinute(), 2) << stopSeconds;
-    }
-}
-
-TEST(Ending, AStopIsForOneBackup) {
+TEST(Ending, AStoppedBackupIsNeitherVerifiedNorAFailure) {
     ControllerHarness h;
     h.startSettled();
-    h.timeMachine.backupSeconds = 60;
     h.controller->requestBackup(false);
-    h.time.advance(10);
+    h.time.advance(30);
     h.controller->stopBackup();
-    h.time.advance(4);
-    h.controller->requestBackup(false);
-    h.time.advance(70);
-    EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
+    h.time.advance(3);
+    EXPECT_EQ(h.state().lastEvent, "Backup stopped");
+    EXPECT_EQ(h.pollsOfAMinute(), 2);
+    EXPECT_TRUE(h.state().nextFire);
+    EXPECT_EQ(h.store.failureStreak(), 0);
 }
 
-TEST(Verification, LooksFiveTimesThenReportsWhatTimeMachineSays) {
+TEST(Verification, LooksForTwentySecondsThenReportsWhatTimeMachineSays) {
     ControllerHarness h;
     h.timeMachine.leavesSnapshots = false;
-    h.timeMachine.messageParameters = {"Documents", "Photos"};
+    h.timeMachine.result = 19;
     h.startSettled();
-    for (const auto& [result, report] :
-         {std::pair{0, ""},
-          {19, " — Time Machine reported error 19 — while processing: Documents, Photos"}}) {
-        h.timeMachine.result = result;
-        h.controller->requestBackup(false);
-        h.time.advance(300 + 19); // the end is seen at once, the first look follows, the fifth 20 s later
-        EXPECT_EQ(h.state().lastEvent, "Verifying backup…");
-        h.time.advance(4);
-        EXPECT_EQ(h.state().lastEvent, noSnapshot + report);
-    }
+    h.controller->requestBackup(false);
+    h.time.advance(300 + 19); // the end is seen at once, the first look follows, the fifth 20 s later
+    EXPECT_EQ(h.state().lastEvent, "Verifying backup…");
+    h.time.advance(4);
+    EXPECT_EQ(h.state().lastEvent, "Backup ended without a new snapshot on any destination — Time Machine "
+                                   "reported error 19");
 }
 
 TEST(Verification, ALateSnapshotCounts) {
@@ -247,22 +218,6 @@ TEST(Verification, ALateSnapshotCounts) {
     EXPECT_EQ(h.state().lastEvent, "Backup finished — snapshot verified");
     EXPECT_EQ(h.state().healthData->backupCount, 1) << "the history is read anew";
     EXPECT_EQ(h.store.lastBackupDate(), h.state().lastBackupDate);
-}
-
-TEST(Verification, SnapshotsCountUpTo120SecondsBeforeTheStart) {
-    for (const auto& [age, counts] : {std::pair{120.0, true}, std::pair{121.0, false}}) {
-        ControllerHarness h;
-        h.timeMachine.leavesSnapshots = false;
-        h.startSettled();
-        h.timeMachine.begin();
-        h.time.advance(0.94);
-        h.controller->requestBackup(false);
-        h.time.advance(0.06); // three answers later: the records have whole seconds
-        ASSERT_TRUE(h.state().status.running);
-        h.timeMachine.snapshotDates = {plusSeconds(h.time.now(), -age)};
-        h.time.advance(330);
-        EXPECT_EQ(h.logged("Backup finished — snapshot verified"), counts) << age;
-    }
 }
 
 TEST(Verification, WithoutRecordsABackupCountsAsFinished) {

@@ -1,4 +1,4 @@
-#include "controller/condition_probes.h"
+#include "controller/deferral.h"
 
 #include <gtest/gtest.h>
 
@@ -13,19 +13,19 @@ struct Machine {
     SimulatedMeasurements measurements;
     SimulatedFileSystem files;
     ConditionsConfig conditions = ConditionsConfig::defaultConditions();
-    std::optional<DestinationFolder> mountPoint;
+    std::optional<DestinationFolder> destination;
 
-    Reasons reasons() { return ConditionProbes(measurements, files).deferralReasons(conditions, mountPoint); }
+    Reasons reasons() { return deferralReasons(conditions, destination, measurements, files); }
 };
 
-TEST(ConditionProbes, MeasuresNothingThatIsSwitchedOff) {
+TEST(DeferralReasons, MeasuresNothingThatIsSwitchedOff) {
     Machine machine;
     machine.conditions.maxLoadPerCore = 0;
     EXPECT_TRUE(machine.reasons().empty());
     EXPECT_EQ(machine.measurements.queries, 0);
 }
 
-TEST(ConditionProbes, PowerReasonsInOrder) {
+TEST(DeferralReasons, PowerReasonsInOrder) {
     Machine machine;
     machine.measurements.power = {false, 19, true};
     machine.conditions.deferInLowPowerMode = true;
@@ -45,7 +45,7 @@ TEST(ConditionProbes, PowerReasonsInOrder) {
     EXPECT_TRUE(machine.reasons().empty()) << "no battery";
 }
 
-TEST(ConditionProbes, OnlyTheFirstActivityCounts) {
+TEST(DeferralReasons, OnlyTheFirstActivityCounts) {
     Machine machine;
     machine.conditions.deferWhileCameraOrMicInUse = true;
     machine.measurements.media.screen = true;
@@ -58,14 +58,14 @@ TEST(ConditionProbes, OnlyTheFirstActivityCounts) {
     EXPECT_EQ(machine.measurements.queries, 1);
 }
 
-TEST(ConditionProbes, AtMostThreeApplicationsInTheConfiguredOrder) {
+TEST(DeferralReasons, AtMostThreeApplicationsInTheConfiguredOrder) {
     Machine machine;
     machine.conditions.blockedApps = {{"e", "E"}, {"A", "Upper"}, {"d", "D"}, {"a", "A"}, {"b", "B"}};
     machine.measurements.applications = {"a", "b", "d", "e"};
     EXPECT_EQ(machine.reasons(), (Reasons{"E is running", "D is running", "A is running"}));
 }
 
-TEST(ConditionProbes, LoadMustExceedTheLimit) {
+TEST(DeferralReasons, LoadMustExceedTheLimit) {
     Machine machine;
     machine.conditions.maxLoadPerCore = 1.0;
     for (const auto& [load, expected] : {std::pair<std::optional<double>, Reasons>{std::nullopt, {}},
@@ -77,19 +77,19 @@ TEST(ConditionProbes, LoadMustExceedTheLimit) {
     }
 }
 
-TEST(ConditionProbes, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
+TEST(DeferralReasons, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
     Machine machine;
     machine.conditions.requireDestinationPresent = true;
     EXPECT_TRUE(machine.reasons().empty());
-    machine.mountPoint = DestinationFolder{"/Volumes/Backup", std::nullopt};
+    machine.destination = DestinationFolder{"/Volumes/Backup", std::nullopt};
     EXPECT_EQ(machine.reasons(), Reasons{"backup disk isn't connected"});
     machine.files.paths = {"/Volumes/Backup"};
     EXPECT_TRUE(machine.reasons().empty());
-    machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
+    machine.destination = destinationFolderAt("/Volumes/Backup", machine.files);
     EXPECT_TRUE(machine.reasons().empty()) << "a plain folder of the startup disk";
     machine.files.mountPoints = {"/Volumes/Backup"};
     EXPECT_TRUE(machine.reasons().empty()) << "a disk that came after the program had started";
-    machine.mountPoint = destinationFolderAt("/Volumes/Backup", machine.files);
+    machine.destination = destinationFolderAt("/Volumes/Backup", machine.files);
     EXPECT_TRUE(machine.reasons().empty());
     machine.files.mountPoints.clear();
     EXPECT_EQ(machine.reasons(), Reasons{"backup disk isn't connected"}) << "an empty mount point";

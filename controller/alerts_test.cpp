@@ -1,3 +1,5 @@
+#include "controller/alerts.h"
+
 #include <gtest/gtest.h>
 
 #include "controller/controller_harness.h"
@@ -12,24 +14,26 @@ TEST(Health, FollowsAgeAndStreak) {
         BackupHealth health;
     };
     const Case cases[] = {
-        {86400, 0, BackupHealth::ok},      {86430, 0, BackupHealth::stale},
-        {172800, 0, BackupHealth::stale},  {172830, 0, BackupHealth::critical},
+        {86400, 0, BackupHealth::ok},      {86401, 0, BackupHealth::stale},
+        {172800, 0, BackupHealth::stale},  {172801, 0, BackupHealth::critical},
         {3600, 1, BackupHealth::stale},    {3600, 2, BackupHealth::stale},
-        {3600, 3, BackupHealth::critical}, {172830, 1, BackupHealth::critical},
+        {3600, 3, BackupHealth::critical}, {172801, 1, BackupHealth::critical},
     };
-    for (const Case& c : cases) {
-        ControllerHarness h;
-        h.store.setSchedule({{}, {}});
-        h.store.setFailureStreak(c.streak);
-        h.store.setLastBackupDate(plusSeconds(harnessStart, 30 - c.ageSeconds));
-        h.start();
-        h.time.advance(30); // the first tick
-        EXPECT_EQ(h.state().health, c.health) << c.ageSeconds << " s, streak " << c.streak;
-        EXPECT_EQ(h.logged(std::string("Backup health: ") + rawValue(c.health) + " (last success " +
-                           std::to_string(static_cast<int>(c.ageSeconds / 3600)) + "h ago, failure streak " +
-                           std::to_string(c.streak) + ")"),
-                  c.health != BackupHealth::ok);
-    }
+    for (const Case& c : cases)
+        EXPECT_EQ(healthOf(plusSeconds(harnessStart, -c.ageSeconds), c.streak, harnessStart), c.health)
+            << c.ageSeconds << " s, streak " << c.streak;
+    EXPECT_EQ(healthOf({}, 0, harnessStart), BackupHealth::critical) << "a store that keeps nothing";
+}
+
+TEST(Health, ChangesAreLogged) {
+    ControllerHarness h;
+    h.store.setSchedule({{}, {}});
+    h.store.setFailureStreak(1);
+    h.store.setLastBackupDate(minute(-60));
+    h.start();
+    h.time.advance(90); // three ticks
+    EXPECT_EQ(h.state().health, BackupHealth::stale);
+    EXPECT_EQ(h.countLogged("Backup health: stale (last success 1h ago, failure streak 1)"), 1);
 }
 
 TEST(Watchdog, EachRuleAlertsOnceADay) {
