@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A drive or a folder; why it cannot be used stands below its name.
 BaseButton {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Norvane
+import Norvane.Kit
 
 Sheet {
     id: sheet

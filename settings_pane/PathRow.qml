@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A folder or a disk: its name, and below it where it is.
 FormRow {

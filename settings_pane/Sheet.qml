@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Covers its window until the user is done with it.
 Rectangle {

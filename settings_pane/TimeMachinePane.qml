@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Where backups go; what else there is to set stands behind "Options…".
 FixedWindow {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // The latest attempts. The keyboard can go there, so that the window scrolls to them.
 Item {

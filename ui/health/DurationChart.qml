@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A bar for each backup, and a red cross for each attempt that was none. The pointer, or the arrow keys, go
 // from bar to bar and tell about it.

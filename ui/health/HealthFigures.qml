@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // The records in figures, as a chart and as a list.
 Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Where the figures come from, and what leads on from them.
 Item {

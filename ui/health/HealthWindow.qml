@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Whether backups really happen, by Time Machine's own records.
 FixedWindow {

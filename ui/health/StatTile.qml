@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // One figure: what it is, how much, and how full.
 Card {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // The restore points on the startup disk, and a way to delete them.
 FixedWindow {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Time Machine's own schedule, which only the user can turn off.
 OnboardingStep {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // One step of the setup guide. Its title stands at the same height on each, below a picture where there is one.
 Item {

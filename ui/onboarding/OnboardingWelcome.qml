@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 OnboardingStep {
     symbol: "clock.badge.checkmark"

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Four steps, and below them the way on. Without a title of its own the desktop shows the program's name.
 FixedWindow {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A small picture of the setting that the user is to look for.
 Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // One line whose digits all take the same room, so that a number that grows leaves the rest in its place.
 Row {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // The panel: state, next backup, warnings and actions at a glance.
 Rectangle {

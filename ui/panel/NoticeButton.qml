@@ -1,4 +1,5 @@
 import QtQuick
+import Norvane.Kit
 
 // A warning that can be pressed.
 BaseButton {

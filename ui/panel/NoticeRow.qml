@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A warning in one line, wrapped when it is long; what stands in it as children comes behind the text.
 Item {

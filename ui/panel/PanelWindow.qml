@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // The panel as a window: at the tray item it has no frame and goes when it is left; else it is a window like
 // any other.

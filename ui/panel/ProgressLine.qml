@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // How far something has come, 0 to 1; below 0 it is not known, and a piece of the line wanders. It glides forwards only:
 // what begins anew begins at once.

@@ -1,5 +1,6 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
+import Norvane.Settings
 
 // Six tabs, and below them what they mean for the next backup.
 FixedWindow {

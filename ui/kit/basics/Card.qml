@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A rounded surface around what it holds.
 Rectangle {

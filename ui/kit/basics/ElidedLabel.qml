@@ -1,5 +1,4 @@
 import QtQuick
-import Norvane
 
 // One line; what does not fit is cut off, and told by a tooltip.
 Label {

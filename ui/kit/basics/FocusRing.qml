@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Around the control that the keyboard is on.
 Rectangle {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Text in one of the theme's styles. Never markup: names and paths come from outside.
 Text {

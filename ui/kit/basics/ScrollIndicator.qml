@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // How much of something is shown, at its right edge; draggable.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // One of the project's drawings, sharp at every scale. `size` is its grid's, of which the ink takes five sixths: 13 for as
 // much ink as 11 points of text have.

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Norvane
+import Norvane.Kit
 
 // Some days of the week; bit 0 of the mask is Sunday. One stop of Tab; the arrow keys go from day to day.
 Row {

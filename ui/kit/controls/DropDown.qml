@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Norvane
+import Norvane.Kit
 
 // One of several choices, each a map with "label" and "value". A value that is no choice shows as the placeholder.
 T.ComboBox {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A symbol that can be pressed. What it does is said by `label` to those who cannot see it.
 BaseButton {

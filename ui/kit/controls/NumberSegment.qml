@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Two digits of a time: typed, or stepped by the arrow keys. It shows what it is given, and tells what the user wants.
 TextInput {

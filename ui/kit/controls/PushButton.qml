@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A button with a surface: prominent in a colour, or bordered.
 BaseButton {

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A time of day, in minutes since midnight, on the clock of the user's locale.
 Rectangle {

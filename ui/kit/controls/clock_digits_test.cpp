@@ -1,4 +1,4 @@
-#include "ui/kit/clock_digits.h"
+#include "ui/kit/controls/clock_digits.h"
 
 #include <gtest/gtest.h>
 

@@ -2,15 +2,18 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 
-#include "ui/kit/clock_digits.h"
+#include "ui/kit/controls/clock_digits.h"
 #include "ui/kit/view_values.h"
 
 namespace norvane {
 
-/// As in ui/kit/clock_digits.h.
+/// As in ui/kit/controls/clock_digits.h.
 class UiClockDigits : public QObject {
     Q_OBJECT
+    QML_NAMED_ELEMENT(ClockDigits)
+    QML_SINGLETON
 
 public:
     Q_INVOKABLE [[nodiscard]] static QString hour(int time, bool hours24) {

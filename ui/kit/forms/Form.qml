@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Groups of controls below each other; scrolls to the one that the keyboard is on.
 Flickable {

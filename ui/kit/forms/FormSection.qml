@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Rows on one surface, with a heading above and an explanation below.
 Column {

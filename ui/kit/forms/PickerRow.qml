@@ -1,4 +1,5 @@
 import QtQuick
+import Norvane.Kit
 
 FormRow {
     id: row

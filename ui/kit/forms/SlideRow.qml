@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Norvane
+import Norvane.Kit
 
 // A whole number of hours on a line.
 FormRow {

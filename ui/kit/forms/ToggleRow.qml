@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Norvane
+import Norvane.Kit
 
 // Something that is on or off; the whole row can be pressed.
 T.Switch {

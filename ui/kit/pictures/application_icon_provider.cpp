@@ -1,4 +1,4 @@
-#include "ui/kit/application_icon_provider.h"
+#include "ui/kit/pictures/application_icon_provider.h"
 
 #include <QIcon>
 #include <QUrl>

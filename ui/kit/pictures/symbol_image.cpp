@@ -1,4 +1,4 @@
-#include "ui/kit/symbol_image.h"
+#include "ui/kit/pictures/symbol_image.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

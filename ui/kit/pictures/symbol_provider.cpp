@@ -1,6 +1,6 @@
-#include "ui/kit/symbol_provider.h"
+#include "ui/kit/pictures/symbol_provider.h"
 
-#include "ui/kit/symbol_image.h"
+#include "ui/kit/pictures/symbol_image.h"
 
 namespace norvane {
 

@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Covers its window until the user has answered a question about something that cannot be undone. The focus
 // goes back to where it came from.

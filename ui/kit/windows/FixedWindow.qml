@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // A window of one size, that can be closed and nothing else. Escape and Ctrl+W close it, and the keys for scrolling scroll
 // its page, wherever in it the keyboard is.

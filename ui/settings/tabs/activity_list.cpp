@@ -1,4 +1,4 @@
-#include "ui/settings/activity_list.h"
+#include "ui/settings/tabs/activity_list.h"
 
 #include <utility>
 

@@ -12,7 +12,7 @@
 #include "platform/timers.h"
 #include "platform/translator.h"
 #include "ui/kit/row_list.h"
-#include "ui/settings/log_look.h"
+#include "ui/settings/tabs/log_look.h"
 
 namespace norvane {
 

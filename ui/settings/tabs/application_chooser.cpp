@@ -1,4 +1,4 @@
-#include "ui/settings/application_chooser.h"
+#include "ui/settings/tabs/application_chooser.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "ui/settings/blackout_settings.h"
+#include "ui/settings/tabs/blackout_settings.h"
 
 #include <utility>
 
-#include "ui/kit/view_values.h"
-#include "ui/settings/schedule_edit.h"
-#include "ui/settings/settings_delay.h"
+#include "ui/settings/tabs/schedule_edit.h"
+#include "ui/settings/tabs/schedule_values.h"
+#include "ui/settings/tabs/settings_delay.h"
 
 namespace norvane {
 

@@ -1,4 +1,4 @@
-#include "ui/settings/conditions_edit.h"
+#include "ui/settings/tabs/conditions_edit.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "ui/settings/conditions_settings.h"
+#include "ui/settings/tabs/conditions_settings.h"
 
 #include <utility>
 
 #include "ui/kit/view_values.h"
-#include "ui/settings/conditions_edit.h"
-#include "ui/settings/settings_delay.h"
+#include "ui/settings/tabs/conditions_edit.h"
+#include "ui/settings/tabs/settings_delay.h"
 
 namespace norvane {
 

@@ -6,7 +6,7 @@
 #include "controller/backup_controller.h"
 #include "ui/kit/debouncer.h"
 #include "ui/kit/row_list.h"
-#include "ui/settings/application_chooser.h"
+#include "ui/settings/tabs/application_chooser.h"
 
 namespace norvane {
 

@@ -1,10 +1,10 @@
-#include "ui/settings/general_settings.h"
+#include "ui/settings/tabs/general_settings.h"
 
 #include <utility>
 
 #include "platform/language_override.h"
 #include "ui/kit/view_values.h"
-#include "ui/settings/conditions_edit.h"
+#include "ui/settings/tabs/conditions_edit.h"
 
 namespace norvane {
 

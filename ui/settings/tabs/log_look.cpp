@@ -1,4 +1,4 @@
-#include "ui/settings/log_look.h"
+#include "ui/settings/tabs/log_look.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "ui/settings/schedule_edit.h"
+#include "ui/settings/tabs/schedule_edit.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
-#include "ui/settings/schedule_settings.h"
+#include "ui/settings/tabs/schedule_settings.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "ui/kit/view_values.h"
-#include "ui/settings/settings_delay.h"
+#include "ui/settings/tabs/schedule_values.h"
+#include "ui/settings/tabs/settings_delay.h"
 
 namespace norvane {
 

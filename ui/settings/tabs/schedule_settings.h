@@ -6,7 +6,7 @@
 #include "controller/backup_controller.h"
 #include "ui/kit/debouncer.h"
 #include "ui/kit/row_list.h"
-#include "ui/settings/schedule_edit.h"
+#include "ui/settings/tabs/schedule_edit.h"
 
 namespace norvane {
 

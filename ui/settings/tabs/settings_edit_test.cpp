@@ -3,10 +3,10 @@
 #include "platform/simulated/simulated_services.h"
 #include "platform/simulated/simulated_time.h"
 #include "ui/kit/debouncer.h"
-#include "ui/settings/conditions_edit.h"
-#include "ui/settings/log_look.h"
-#include "ui/settings/schedule_edit.h"
 #include "ui/settings/settings_tab.h"
+#include "ui/settings/tabs/conditions_edit.h"
+#include "ui/settings/tabs/log_look.h"
+#include "ui/settings/tabs/schedule_edit.h"
 #include "ui/texts/status_line.h"
 
 namespace norvane {
