@@ -41,6 +41,7 @@
 #include "ui/onboarding/onboarding_window.h"
 #include "ui/panel/panel.h"
 #include "ui/panel/tray_presenter.h"
+#include "ui/settings/accent_choice.h"
 #include "ui/settings/settings_window.h"
 #include "ui/settings/update_alert.h"
 #include "ui/settings/updater_view_model.h"
@@ -126,7 +127,8 @@ private:
     std::string updatePage_; // of the available update that a notification told of last
     UpdaterViewModel updater_{updateService()};
     Theme theme_{false, brandOrange};
-    const ThemeUpdater themeUpdater_{theme_, appearance_, defaults_, controller_};
+    ThemeUpdater themeUpdater_{theme_, appearance_, defaults_};
+    const AccentChoice accentChoice_{themeUpdater_, controller_};
     UiEngine uiEngine_{theme_, texts_};
     NotificationCenter notificationCenter_;
     UpdateAlert updateAlert_;

@@ -33,6 +33,29 @@ function(norvane_qt_library name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
+# norvane_views(NAME URI uri SOURCES … VIEWS … LINKS …): one with views, which are the module `uri` for other views.
+function(norvane_views name)
+    cmake_parse_arguments(ARG "" "URI" "SOURCES;VIEWS;LINKS" ${ARGN})
+    norvane_qt_library(${name} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS} Qt6::Quick)
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    string(REPLACE "." "/" folder ${ARG_URI})
+    qt_add_qml_module(${name} URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
+        OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${folder} IMPORT_PATH ${CMAKE_BINARY_DIR}/qml QML_FILES ${ARG_VIEWS})
+    # The generated registration includes headers by their bare names.
+    foreach(source ${ARG_SOURCES})
+        cmake_path(GET source PARENT_PATH folder)
+        target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+    endforeach()
+    # Nothing calls the registration: the linker takes it out of the library because it is asked to.
+    string(REPLACE "." "_" function qml_register_types_${ARG_URI})
+    string(LENGTH ${function} length)
+    target_link_options(${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
+    # Generated code does not bear our warnings.
+    get_target_property(sources ${name} SOURCES)
+    list(FILTER sources INCLUDE REGEX "^${CMAKE_BINARY_DIR}.*[.]cpp$")
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+endfunction()
+
 # norvane_test(NAME SOURCES … LINKS … [QT] [TIMEOUT seconds] [DEPENDS targets] [ALONE_WITH resource])
 # Every TEST of the sources becomes one test of ctest; no two of one resource run at a time. QT: with an event loop.
 function(norvane_test name)

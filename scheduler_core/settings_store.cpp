@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/brand_accent.h"
 #include "scheduler_core/conditions_json.h"
 #include "scheduler_core/schedule_json.h"
 
@@ -18,7 +19,6 @@ const std::string plannedFireDateKey = "plannedFireDate.v1";
 const std::string launchGraceMinutesKey = "launchGraceMinutes.v1";
 const std::string onboardingDoneKey = "onboardingDone.v1";
 const std::string failureStreakKey = "failureStreak.v1";
-const std::string alwaysBrandAccentKey = "alwaysBrandAccent.v1";
 
 constexpr std::int64_t defaultLaunchGraceMinutes = 5;
 
@@ -87,7 +87,7 @@ void SettingsStore::setFailureStreak(std::int64_t count) {
     defaults_.set(failureStreakKey, {.value = count});
 }
 
-bool SettingsStore::alwaysBrandAccent() const { return defaults_.boolean(alwaysBrandAccentKey); }
+bool SettingsStore::alwaysBrandAccent() const { return norvane::alwaysBrandAccent(defaults_); }
 
 void SettingsStore::setAlwaysBrandAccent(bool always) {
     defaults_.set(alwaysBrandAccentKey, {.value = always});

@@ -4,7 +4,7 @@ namespace norvane {
 
 PaneWindow::PaneWindow(UiEngine& engine, const PaneServices& services)
     : model_(services),
-      window_(engine.makeWindow("TimeMachinePane", {{"model", QVariant::fromValue(&model_)}})) {
+      window_(engine.makeWindow("SettingsPane/TimeMachinePane", {{"model", QVariant::fromValue(&model_)}})) {
     if (!window_)
         return;
     connect(window_.get(), &QWindow::visibleChanged, this, &PaneWindow::visibleChanged);

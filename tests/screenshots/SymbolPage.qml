@@ -1,5 +1,5 @@
 import QtQuick
-import Norvane
+import Norvane.Kit
 
 // Every drawing in the sizes in which the windows show them.
 Window {

@@ -35,7 +35,7 @@ void letTheWindowSettle() {
 
 QVariantMap over(QObject& model) { return {{"model", QVariant::fromValue(&model)}}; }
 
-/// Shows a window of ui/qml, does with it what leads to the picture, and saves that.
+/// Shows a window of a module, does with it what leads to the picture, and saves that.
 bool photograph(
     UiEngine& engine, const QString& path, const QString& component, const QVariantMap& properties,
     const std::function<void(QQuickWindow&)>& act = [](QQuickWindow&) {}) {
@@ -58,7 +58,7 @@ bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, con
         {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
         {});
     model.opened();
-    return photograph(engine, path, "PanelWindow", over(model), [&](QQuickWindow&) {
+    return photograph(engine, path, "Panel/PanelWindow", over(model), [&](QQuickWindow&) {
         letTheWindowSettle(); // the question comes once the panel has the keyboard
         if (state.asksToQuit)
             model.askToQuit();
@@ -68,12 +68,13 @@ bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, con
 bool photographSettings(UiEngine& engine, const screenshots::SettingsState& state, const QString& path) {
     screenshots::SettingsScene scene;
     state.reach(scene);
-    return photograph(engine, path, "SettingsWindow", over(scene.model()), [&](QQuickWindow& window) {
-        if (state.change)
-            state.change(scene);
-        letTheWindowSettle();
-        screenshots::scrollTo(*window.contentItem(), state.scrolled);
-    });
+    return photograph(engine, path, "Settings/SettingsWindow", over(scene.model()),
+                      [&](QQuickWindow& window) {
+                          if (state.change)
+                              state.change(scene);
+                          letTheWindowSettle();
+                          screenshots::scrollTo(*window.contentItem(), state.scrolled);
+                      });
 }
 
 bool photographHealth(UiEngine& engine, const screenshots::HealthState& state, const QString& path) {
@@ -87,7 +88,7 @@ bool photographHealth(UiEngine& engine, const screenshots::HealthState& state, c
         model.refresh();
     machine.time.advance(1);
     model.opened();
-    return photograph(engine, path, "HealthWindow", over(model), [&](QQuickWindow& window) {
+    return photograph(engine, path, "Health/HealthWindow", over(model), [&](QQuickWindow& window) {
         letTheWindowSettle();
         screenshots::scrollTo(*window.contentItem(), state.scrolled);
         window.requestActivate();
@@ -108,7 +109,7 @@ bool photographSnapshots(UiEngine& engine, const screenshots::SnapshotsState& st
     model.opened();
     if (state.reads)
         machine.time.advance(1);
-    return photograph(engine, path, "LocalSnapshotsWindow", over(model), [&](QQuickWindow&) {
+    return photograph(engine, path, "LocalSnapshots/LocalSnapshotsWindow", over(model), [&](QQuickWindow&) {
         if (state.act)
             state.act(machine, model);
     });
@@ -129,7 +130,7 @@ bool photographOnboarding(UiEngine& engine, const screenshots::OnboardingState& 
         model.forward();
     if (state.change)
         state.change(model);
-    return photograph(engine, path, "OnboardingWindow", over(model));
+    return photograph(engine, path, "Onboarding/OnboardingWindow", over(model));
 }
 
 bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const QString& path) {
@@ -137,7 +138,7 @@ bool photographPane(UiEngine& engine, const screenshots::PaneState& state, const
     state.reach(scene);
     scene.model.opened();
     scene.settle();
-    return photograph(engine, path, "TimeMachinePane", over(scene.model), [&](QQuickWindow&) {
+    return photograph(engine, path, "SettingsPane/TimeMachinePane", over(scene.model), [&](QQuickWindow&) {
         if (state.change)
             state.change(scene);
     });
@@ -164,14 +165,14 @@ std::vector<AlertState> alertStates() {
 }
 
 bool photographAlert(UiEngine& engine, const AlertState& state, const QString& path) {
-    return photograph(engine, path, "AlertWindow", alertProperties(state.texts));
+    return photograph(engine, path, "Kit/windows/AlertWindow", alertProperties(state.texts));
 }
 
 bool photographSymbols(UiEngine& engine, const QString& path) {
     QStringList names = QDir(":/symbols").entryList({"*.svg"}, QDir::Files, QDir::Name);
     for (QString& name : names)
         name.chop(4); // ".svg"
-    return photograph(engine, path, "SymbolPage", {{"names", names}});
+    return photograph(engine, path, "Screenshots/SymbolPage", {{"names", names}});
 }
 
 /// Keeps what the tray would show.

@@ -11,7 +11,7 @@ class HealthWindow {
 public:
     HealthWindow(UiEngine& engine, HealthServices services, HealthActions actions)
         : model_(std::move(services), std::move(actions)),
-          window_(engine, "HealthWindow", QVariant::fromValue(&model_),
+          window_(engine, "Health/HealthWindow", QVariant::fromValue(&model_),
                   {[this] { model_.opened(); }, [this] { model_.closed(); }}) {}
 
     /// Shows the window, in front of others, and reads the records anew.

@@ -15,7 +15,8 @@ QVariantMap alertProperties(const AlertTexts& texts) {
 }
 
 AlertWindow::AlertWindow(UiEngine& engine, const AlertTexts& texts, Closed closed)
-    : closed_(std::move(closed)), window_(engine.makeWindow("AlertWindow", alertProperties(texts))) {
+    : closed_(std::move(closed)),
+      window_(engine.makeWindow("Kit/windows/AlertWindow", alertProperties(texts))) {
     if (!window_)
         return;
     placeInTheMiddle(*window_);

@@ -20,7 +20,7 @@ struct AlertTexts {
     bool operator==(const AlertTexts&) const = default;
 };
 
-/// What the window "AlertWindow" of ui/qml is made of.
+/// What the view "AlertWindow" is made of.
 [[nodiscard]] QVariantMap alertProperties(const AlertTexts& texts);
 
 /// Main thread.

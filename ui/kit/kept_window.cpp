@@ -4,9 +4,8 @@
 
 namespace norvane {
 
-KeptWindow::KeptWindow(UiEngine& engine, QString component, QVariant model, Appearance appearance)
-    : engine_(engine), component_(std::move(component)), model_(std::move(model)),
-      appearance_(std::move(appearance)) {}
+KeptWindow::KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance)
+    : engine_(engine), view_(std::move(view)), model_(std::move(model)), appearance_(std::move(appearance)) {}
 
 void KeptWindow::open() {
     if (!window_)
@@ -17,7 +16,7 @@ void KeptWindow::open() {
 }
 
 void KeptWindow::make() {
-    window_ = engine_.makeWindow(component_, {{"model", model_}});
+    window_ = engine_.makeWindow(view_, {{"model", model_}});
     if (!window_)
         return;
     QObject::connect(window_.get(), &QWindow::visibleChanged, window_.get(),

@@ -19,8 +19,8 @@ public:
         std::function<void()> closed;
     };
 
-    /// `component`: of ui/qml, with a property "model". The model must outlive the window.
-    KeptWindow(UiEngine& engine, QString component, QVariant model, Appearance appearance);
+    /// `view`: see UiEngine; it has a property "model". The model must outlive the window.
+    KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance);
 
     /// Shows it, in front of others.
     void open();
@@ -29,7 +29,7 @@ private:
     void make();
 
     UiEngine& engine_;
-    const QString component_;
+    const QString view_;
     const QVariant model_;
     const Appearance appearance_;
     std::unique_ptr<QQuickWindow> window_;

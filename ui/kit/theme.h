@@ -5,6 +5,8 @@
 #include <QFont>
 #include <QObject>
 
+#include "ui/kit/given_object.h"
+
 namespace norvane {
 
 inline const QColor brandOrange = QColor::fromRgbF(1.0F, 0.42F, 0.1F);
@@ -12,6 +14,8 @@ inline const QColor brandOrange = QColor::fromRgbF(1.0F, 0.42F, 0.1F);
 /// Measures are in device-independent pixels. Main thread.
 class Theme : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY changed)
     // Colours.
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
@@ -51,6 +55,9 @@ class Theme : public QObject {
 
 public:
     Theme(bool dark, const QColor& accent) : dark_(dark), accent_(accent) {}
+
+    /// For views: the one that their engine was given.
+    static Theme* create(QQmlEngine* engine, QJSEngine*) { return givenTo<Theme>(*engine); }
 
     /// Every window follows at once.
     void set(bool dark, const QColor& accent);

@@ -1,6 +1,6 @@
 #include "ui/kit/theme_updater.h"
 
-#include <utility>
+#include "platform/brand_accent.h"
 
 namespace norvane {
 
@@ -11,25 +11,15 @@ QColor appAccentColor(bool alwaysBrandAccent, const std::optional<Rgb>& systemAc
                             static_cast<float>(systemAccent->blue));
 }
 
-ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults)
-    : theme_(theme), appearance_(appearance), store_(defaults),
+ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, const UserDefaults& defaults)
+    : theme_(theme), appearance_(appearance), defaults_(defaults),
       observation_(appearance.observe([this] { update(); })) {
     update();
 }
 
-ThemeUpdater::ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults,
-                           BackupController& controller)
-    : ThemeUpdater(theme, appearance, defaults) {
-    subscription_ =
-        controller.subscribe([this, &controller, seen = controller.state().accentEpoch]() mutable {
-            if (std::exchange(seen, controller.state().accentEpoch) != controller.state().accentEpoch)
-                update();
-        });
-}
-
 void ThemeUpdater::update() {
     const AppearanceSettings settings = appearance_.current();
-    theme_.set(settings.dark, appAccentColor(store_.alwaysBrandAccent(), settings.accent));
+    theme_.set(settings.dark, appAccentColor(alwaysBrandAccent(defaults_), settings.accent));
 }
 
 } // namespace norvane

@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "controller/backup_controller.h"
 #include "platform/appearance.h"
+#include "platform/user_defaults.h"
 #include "ui/kit/theme.h"
 
 namespace norvane {
@@ -15,18 +15,16 @@ namespace norvane {
 /// Main thread only.
 class ThemeUpdater {
 public:
-    ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults);
-    /// Also follows the user's choice in this program's settings while it runs.
-    ThemeUpdater(Theme& theme, Appearance& appearance, UserDefaults& defaults, BackupController& controller);
+    ThemeUpdater(Theme& theme, Appearance& appearance, const UserDefaults& defaults);
 
-private:
+    /// The user's choice may have changed.
     void update();
 
+private:
     Theme& theme_;
     Appearance& appearance_;
-    const SettingsStore store_;
+    const UserDefaults& defaults_;
     std::unique_ptr<Appearance::Observation> observation_;
-    std::unique_ptr<BackupController::Subscription> subscription_;
 };
 
 } // namespace norvane

@@ -3,18 +3,11 @@
 #include <QIcon>
 #include <QQmlComponent>
 #include <QScreen>
-#include <QtQml>
 
-#include "ui/kit/application_icon_provider.h"
-#include "ui/kit/symbol_provider.h"
+#include "ui/kit/pictures/application_icon_provider.h"
+#include "ui/kit/pictures/symbol_provider.h"
 
 namespace norvane {
-
-namespace {
-
-constexpr auto uri = "Norvane"; // what views import
-
-} // namespace
 
 void bringToFront(QWindow& window) {
     window.show();
@@ -34,18 +27,18 @@ QQmlEngine& UiEngine::engine() {
     if (!engine_) {
         // Small, seldom open windows: not worth a graphics driver's memory in an idle program.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        qmlRegisterSingletonInstance(uri, 1, 0, "Theme", &theme_);
-        qmlRegisterSingletonInstance(uri, 1, 0, "Texts", &texts_);
-        qmlRegisterSingletonInstance(uri, 1, 0, "ClockDigits", &clockDigits_);
         engine_ = std::make_unique<QQmlEngine>();
+        engine_->addImportPath("qrc:/qt/qml"); // where the build puts the modules
+        giveTo(*engine_, theme_);
+        giveTo(*engine_, texts_);
         engine_->addImageProvider("symbol", new SymbolProvider); // which the engine owns
         engine_->addImageProvider("application", new ApplicationIconProvider);
     }
     return *engine_;
 }
 
-std::unique_ptr<QQuickWindow> UiEngine::makeWindow(const QString& component, const QVariantMap& properties) {
-    QQmlComponent definition(&engine(), QUrl("qrc:/qt/qml/Norvane/Ui/qml/" + component + ".qml"));
+std::unique_ptr<QQuickWindow> UiEngine::makeWindow(const QString& view, const QVariantMap& properties) {
+    QQmlComponent definition(&engine(), QUrl("qrc:/qt/qml/Norvane/" + view + ".qml"));
     std::unique_ptr<QObject> made(definition.createWithInitialProperties(properties));
     for (const QQmlError& error : definition.errors())
         qWarning("%s", qUtf8Printable(error.toString()));

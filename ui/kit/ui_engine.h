@@ -8,7 +8,6 @@
 
 #include "platform/translator.h"
 #include "ui/kit/theme.h"
-#include "ui/kit/ui_clock_digits.h"
 #include "ui/kit/ui_texts.h"
 
 namespace norvane {
@@ -23,8 +22,9 @@ class UiEngine {
 public:
     UiEngine(Theme& theme, const Translator& translator);
 
-    /// A hidden window from ui/qml with these properties; null when it cannot be made.
-    [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QString& component,
+    /// A hidden window with these properties; null when it cannot be made. `view`: its file below the modules
+    /// "Norvane", as "Health/HealthWindow".
+    [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QString& view,
                                                            const QVariantMap& properties);
 
 private:
@@ -32,7 +32,6 @@ private:
 
     Theme& theme_;
     UiTexts texts_;
-    UiClockDigits clockDigits_;
     std::unique_ptr<QQmlEngine> engine_;
 };
 

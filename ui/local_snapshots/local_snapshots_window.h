@@ -11,8 +11,9 @@ class LocalSnapshotsWindow {
 public:
     LocalSnapshotsWindow(UiEngine& engine, const LocalSnapshotsServices& snapshots,
                          const LocalSnapshotsViewServices& services)
-        : model_(snapshots, services), window_(engine, "LocalSnapshotsWindow", QVariant::fromValue(&model_),
-                                               {[this] { model_.opened(); }, [this] { model_.closed(); }}) {}
+        : model_(snapshots, services),
+          window_(engine, "LocalSnapshots/LocalSnapshotsWindow", QVariant::fromValue(&model_),
+                  {[this] { model_.opened(); }, [this] { model_.closed(); }}) {}
 
     /// Shows the window, in front of others.
     void open() { window_.open(); }

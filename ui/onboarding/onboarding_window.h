@@ -24,7 +24,7 @@ public:
 private:
     struct Guide {
         Guide(UiEngine& engine, const OnboardingServices& services)
-            : model(services), window(engine, "OnboardingWindow", QVariant::fromValue(&model),
+            : model(services), window(engine, "Onboarding/OnboardingWindow", QVariant::fromValue(&model),
                                       {[this] { model.opened(); }, [this] { model.closed(); }}) {}
 
         OnboardingViewModel model;

@@ -88,7 +88,7 @@ void Panel::leave() {
 bool Panel::prepare(bool attached) {
     model_.opened(); // first, so that the window has its size
     if (!window_) {
-        window_ = engine_.makeWindow("PanelWindow", {{"model", QVariant::fromValue(&model_)}});
+        window_ = engine_.makeWindow("Panel/PanelWindow", {{"model", QVariant::fromValue(&model_)}});
         if (window_) {
             connect(window_.get(), SIGNAL(left()), this, SLOT(leave()));
             connect(window_.get(), &QWindow::heightChanged, this, &Panel::place);

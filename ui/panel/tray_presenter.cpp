@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <array>
 
-#include "ui/kit/symbol_image.h"
+#include "ui/kit/pictures/symbol_image.h"
 #include "ui/kit/theme.h"
 #include "ui/panel/panel_content.h"
 

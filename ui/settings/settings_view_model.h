@@ -6,12 +6,12 @@
 #include <optional>
 
 #include "platform/workspace.h"
-#include "ui/settings/activity_list.h"
-#include "ui/settings/blackout_settings.h"
-#include "ui/settings/conditions_settings.h"
-#include "ui/settings/general_settings.h"
-#include "ui/settings/schedule_settings.h"
 #include "ui/settings/settings_tab.h"
+#include "ui/settings/tabs/activity_list.h"
+#include "ui/settings/tabs/blackout_settings.h"
+#include "ui/settings/tabs/conditions_settings.h"
+#include "ui/settings/tabs/general_settings.h"
+#include "ui/settings/tabs/schedule_settings.h"
 #include "ui/texts/status_line.h"
 
 namespace norvane {

@@ -14,7 +14,7 @@ SettingsWindow::SettingsWindow(UiEngine& engine, NotificationCenter& notificatio
 
 void SettingsWindow::open() {
     if (!window_) {
-        window_ = engine_.makeWindow("SettingsWindow", {{"model", QVariant::fromValue(&model_)}});
+        window_ = engine_.makeWindow("Settings/SettingsWindow", {{"model", QVariant::fromValue(&model_)}});
         if (!window_)
             return;
         connect(window_.get(), &QWindow::visibleChanged, this, &SettingsWindow::visibleChanged);

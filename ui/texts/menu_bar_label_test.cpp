@@ -4,7 +4,7 @@
 #include <QSvgRenderer>
 #include <gtest/gtest.h>
 
-#include "ui/kit/symbol_image.h"
+#include "ui/kit/pictures/symbol_image.h"
 
 namespace norvane {
 namespace {

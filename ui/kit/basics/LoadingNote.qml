@@ -1,0 +1,20 @@
+import QtQuick
+import Norvane.Kit
+
+// In the place of what is still being read.
+Column {
+    id: note
+
+    required property string text
+
+    spacing: 10
+
+    Spinner {
+        anchors.horizontalCenter: parent.horizontalCenter
+    }
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: note.text
+        color: Theme.secondary
+    }
+}

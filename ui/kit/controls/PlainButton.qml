@@ -1,0 +1,35 @@
+import QtQuick
+import Norvane.Kit
+
+// Text that can be pressed.
+BaseButton {
+    id: button
+
+    property color color: Theme.primary
+    property bool underlined: false
+
+    implicitWidth: implicitContentWidth
+    implicitHeight: implicitContentHeight
+    font: Theme.caption2
+
+    contentItem: Label {
+        text: button.text
+        font: button.underlined ? button.underlinedFont() : button.font
+        color: button.color
+        opacity: button.down ? 0.6 : 1
+        Accessible.ignored: true
+    }
+    background: Item {
+        readonly property real radius: 3
+
+        FocusRing {
+            control: button
+        }
+    }
+
+    function underlinedFont() {
+        let font = Theme.weighted(button.font, 500)
+        font.underline = true
+        return font
+    }
+}

@@ -1,0 +1,64 @@
+import QtQuick
+import Norvane.Kit
+
+// A button with a surface: prominent in a colour, or bordered.
+BaseButton {
+    id: button
+
+    property string symbol
+    property bool prominent: false
+    property color tint: Theme.accent
+    property bool small: false
+    property color ink: prominent ? (tint === Theme.accent ? Theme.onAccent : Theme.onTint) : Theme.primary
+
+    implicitWidth: Math.ceil(Math.max(implicitContentWidth + leftPadding + rightPadding, 44)) // edges on pixels
+    implicitHeight: small ? Theme.smallControlHeight : Theme.controlHeight
+    leftPadding: small ? 7 : 12
+    rightPadding: leftPadding
+    font: small ? Theme.caption : Theme.weighted(Theme.body, prominent ? 600 : 400)
+    opacity: enabled ? 1 : prominent ? 0.6 : 0.45
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 6
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol !== ""
+                name: button.symbol
+                color: button.ink
+                size: 14
+            }
+            Label {
+                id: label
+
+                anchors.verticalCenter: parent.verticalCenter
+                text: button.text
+                font: button.font
+                color: button.ink
+                Accessible.ignored: true
+            }
+        }
+    }
+    background: Rectangle {
+        radius: button.small ? 5 : 6
+        color: button.prominent ? button.tint : Theme.control
+        border.width: button.prominent ? 0 : 1
+        border.color: Theme.faded(Theme.primary, 0.14)
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: Theme.faded(button.prominent ? Theme.shade : Theme.primary,
+                               button.down ? 0.14 : button.hovered && button.enabled ? 0.06 : 0)
+        }
+        FocusRing {
+            control: button
+        }
+    }
+}
