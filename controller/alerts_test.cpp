@@ -64,30 +64,19 @@ TEST(Watchdog, EachRuleAlertsOnceADay) {
     EXPECT_EQ(h.notifications.posted[3].title, "No verified backup in 4 days");
 }
 
-TEST(Watchdog, DoesNotAlertOrUseUpItsGateWithoutNeed) {
-    ControllerHarness h;
-    h.store.setSchedule({{}, {}});
-    h.timeMachine.snapshotDates = {minute(-3 * 1440)};
-    h.timeMachine.bytesUsed = 5;
-    h.timeMachine.bytesAvailable = -5;
-    h.files.homeAvailableBytes = 15'000'000'000;
-    h.timeMachine.backupSeconds = 3600;
-    h.defaults.set("watchdogsourceLow.lastSent", {std::string("yesterday")});
-    h.start();
-    h.controller->requestBackup(false);
-    h.time.advance(60);
-    EXPECT_FALSE(h.state().healthData) << "not read every tenth fast tick";
-    h.controller->refreshHealthData();
-    h.time.advance(60);
-    ASSERT_TRUE(h.state().healthData);
-    EXPECT_TRUE(h.notifications.posted.empty());
-    EXPECT_FALSE(h.defaults.object("watchdogstale.lastSent")) << "the running backup may mend it";
-    EXPECT_FALSE(h.defaults.object("watchdogdestinationFull.lastSent"));
-
-    h.files.homeAvailableBytes = 14'000'000'000;
-    h.controller->refreshHealthData();
-    h.time.advance(1);
-    EXPECT_EQ(h.notifications.posted.size(), 1U) << "a gate of another type counts as none";
+TEST(Watchdog, WarnsOnlyWithNeed) {
+    const SimulatedMachine m(harnessStart);
+    SimulatedUserDefaults defaults;
+    Alerts alerts(m.texts, m.formats, defaults);
+    HealthData data;
+    data.lastSuccess = minute(-3 * 1440);
+    data.destinationBytesUsed = 5;
+    data.destinationBytesAvailable = -5;
+    data.sourceFreeBytes = 15'000'000'000;
+    EXPECT_TRUE(alerts.warnings(data, true, harnessStart).empty()) << "the running backup may mend it";
+    EXPECT_EQ(alerts.warnings(data, false, harnessStart).size(), 1U);
+    defaults.set("watchdogstale.lastSent", {std::string("yesterday")});
+    EXPECT_TRUE(alerts.mayWarn("stale", harnessStart)) << "a gate of another type counts as none";
 }
 
 TEST(Watchdog, HealthDataIsRefreshedEveryTenthSlowTick) {

@@ -114,6 +114,10 @@ void BackupController::takeDestination(const TMUtil::DestinationSummary& summary
             : std::nullopt;
 }
 
+bool BackupController::destinationVanished() const {
+    return destinationFolder_ && !isConnected(*destinationFolder_, services_.files);
+}
+
 void BackupController::refreshAutoBackupFlag() {
     ask(&TMUtil::autoBackupEnabled,
         [this](std::optional<bool> enabled) { publish(&ControllerState::autoBackupOn, enabled); });

@@ -121,6 +121,7 @@ private:
     void updateHealth();
     void relearnDestination(std::function<void()> learned);
     void takeDestination(const TMUtil::DestinationSummary& summary);
+    [[nodiscard]] bool destinationVanished() const;
 
     // Planning, firing and deferral (firing.cpp).
     void reschedule();
@@ -146,7 +147,6 @@ private:
     void judgeVerification(const std::vector<TMUtil::DestinationStatus>& destinations, Instant start);
     void finishBackup(bool verified);
     void recordFailure(const std::string& message);
-    [[nodiscard]] bool destinationVanished() const;
 
     [[nodiscard]] Instant now() const { return services_.clock.now(); }
     void log(const std::string& message) const { services_.eventLog.log(message); }

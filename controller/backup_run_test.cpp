@@ -60,16 +60,6 @@ TEST(BackupRun, AStallIsToldOnceAndItsEndToo) {
     EXPECT_EQ(run.copied(4, second(3700)), CopyNews::none) << "of another backup";
 }
 
-TEST(BackupRun, ABackupIsLookedForFiveTimes) {
-    BackupRun run;
-    run.start(second(0));
-    ASSERT_EQ(run.end(second(0)), End::unverified);
-    for (int look = 1; look <= 4; ++look)
-        EXPECT_TRUE(run.lookAgain()) << look;
-    EXPECT_FALSE(run.lookAgain());
-    EXPECT_FALSE(run.soughtSince());
-}
-
 TMUtil::DestinationStatus record(std::vector<Instant> snapshots, std::optional<std::int64_t> result = {},
                                  std::vector<std::string> parameters = {}) {
     return {std::move(snapshots), {}, {}, {}, result, std::move(parameters)};

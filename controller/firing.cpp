@@ -67,12 +67,9 @@ void BackupController::requestBackup(bool scheduled) {
     diskLook_.reset();
     setSkip(std::nullopt);
     clearCatchUp();
-    if (run_.running()) {
-        withdrawDueBackup();
-        log(scheduled ? "Scheduled fire while a backup is already running — nothing to do"
-                      : "Back Up Now ignored — already running");
-        return;
-    }
+    if (run_.running())
+        return log(scheduled ? "Scheduled fire while a backup is already running — nothing to do"
+                             : "Back Up Now ignored — already running");
     if (scheduled && state_.conditions.hasAnyCondition() && deferIfBlocked())
         return;
     if (!destinationVanished())

@@ -62,10 +62,6 @@ void BackupController::pollTick() {
     });
 }
 
-bool BackupController::destinationVanished() const {
-    return destinationFolder_ && !isConnected(*destinationFolder_, services_.files);
-}
-
 void BackupController::launch() {
     inBackground([&tmUtil = services_.tmUtil] { return launchBackup(tmUtil); },
                  [this](const LaunchOutcome& outcome) {

@@ -56,39 +56,39 @@ TEST(Starting, EveryWayItFailsIsTold) {
     }
 }
 
-/// Learned when it is missed, or before that with the other facts that change by themselves.
-TEST(Starting, AnotherBackupDiskIsTakenUp) {
-    enum class Learned { beforeABackup, meanwhile };
-    for (const Learned learned : {Learned::beforeABackup, Learned::meanwhile}) {
-        ControllerHarness h;
-        h.startSettled();
-        h.files.paths = {"/Volumes/Other"};
-        h.timeMachine.mountPoint = "/Volumes/Other";
-        h.timeMachine.name = "Other Disk";
-        if (learned == Learned::meanwhile) {
-            h.time.advance(301);
-            EXPECT_EQ(h.state().destinationName, "Other Disk");
-            h.timeMachine.mounted = false; // away: what is known stays known
-            h.files.paths.clear();
-            h.time.advance(301);
-            h.timeMachine.toolsMissing = true;
-            h.time.advance(301);
-            EXPECT_EQ(h.state().destinationName, "Other Disk");
-            h.timeMachine.toolsMissing = false;
-            h.controller->requestBackup(false);
-            h.time.advance(1);
-            EXPECT_EQ(h.state().lastEvent, "Backup disk \"Other Disk\" isn't mounted");
-            h.timeMachine.name = "Third Disk"; // nobody knows where it would be
-            h.controller->requestBackup(false);
-            h.time.advance(1);
-            EXPECT_TRUE(h.state().status.running);
-            continue;
-        }
-        h.controller->requestBackup(false);
-        h.time.advance(400);
-        EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
-        EXPECT_EQ(h.store.failureStreak(), 0);
-    }
+TEST(Starting, AnotherBackupDiskIsLearnedBeforeItIsMissed) {
+    ControllerHarness h;
+    h.startSettled();
+    h.files.paths = {"/Volumes/Other"};
+    h.timeMachine.mountPoint = "/Volumes/Other";
+    h.controller->requestBackup(false);
+    h.time.advance(400);
+    EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
+    EXPECT_EQ(h.store.failureStreak(), 0);
+}
+
+TEST(Starting, AnotherBackupDiskIsLearnedWithTheOtherFactsThatChange) {
+    ControllerHarness h;
+    h.startSettled();
+    h.files.paths = {"/Volumes/Other"};
+    h.timeMachine.mountPoint = "/Volumes/Other";
+    h.timeMachine.name = "Other Disk";
+    h.time.advance(301);
+    EXPECT_EQ(h.state().destinationName, "Other Disk");
+    h.timeMachine.mounted = false; // away: what is known stays known
+    h.files.paths.clear();
+    h.time.advance(301);
+    h.timeMachine.toolsMissing = true;
+    h.time.advance(301);
+    EXPECT_EQ(h.state().destinationName, "Other Disk");
+    h.timeMachine.toolsMissing = false;
+    h.controller->requestBackup(false);
+    h.time.advance(1);
+    EXPECT_EQ(h.state().lastEvent, "Backup disk \"Other Disk\" isn't mounted");
+    h.timeMachine.name = "Third Disk"; // nobody knows where it would be
+    h.controller->requestBackup(false);
+    h.time.advance(1);
+    EXPECT_TRUE(h.state().status.running);
 }
 
 /// Looking for the disk takes a moment, in which the user may change their mind.
@@ -108,6 +108,24 @@ TEST(Starting, APauseOvertakesADueBackupThatLooksForItsDisk) {
     h.controller->pause(minute(700));
     h.time.advance(60);
     EXPECT_EQ(h.store.failureStreak(), 1) << "what the user asks for goes on, once";
+    h.controller->requestBackup(false);
+    h.files.paths.insert(h.timeMachine.mountPoint);
+    h.controller->requestBackup(false);
+    h.time.advance(10);
+    EXPECT_EQ(h.countLogged("Manual backup requested"), 1) << "the later request overtakes the earlier";
+}
+
+TEST(Starting, ABackupThatRunsMeanwhileEndsTheLookForTheDisk) {
+    ControllerHarness h;
+    h.startSettled();
+    h.files.paths.clear();
+    h.time.disturb([] { return 1.0; }, 1);
+    h.timeMachine.begin();
+    h.systemEvents.handlers->didWake(); // which asks for the status
+    h.controller->requestBackup(false);
+    h.time.advance(20);
+    EXPECT_EQ(h.state().lastEvent, "Backup started");
+    EXPECT_EQ(h.store.failureStreak(), 0);
 }
 
 TEST(Starting, ABackUpNowThatLooksForItsDiskIsNotLostToADueOne) {
@@ -204,6 +222,7 @@ TEST(Verification, LooksForTwentySecondsThenReportsWhatTimeMachineSays) {
     h.time.advance(4);
     EXPECT_EQ(h.state().lastEvent, "Backup ended without a new snapshot on any destination — Time Machine "
                                    "reported error 19");
+    EXPECT_EQ(h.pollsOfAMinute(), 2);
 }
 
 TEST(Verification, ALateSnapshotCounts) {

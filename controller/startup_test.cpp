@@ -50,6 +50,7 @@ TEST(Startup, ABackupThatAlreadyRunsTakesThePlaceOfThePlannedOne) {
     EXPECT_EQ(h.state().nextFire, std::nullopt);
     EXPECT_EQ(h.state().deferredFrom, std::nullopt);
     EXPECT_EQ(h.pollsOfAMinute(), 30);
+    EXPECT_FALSE(h.state().healthData) << "not read every tenth fast tick";
     h.time.advanceTo(plusSeconds(minute(270), 12));
     EXPECT_FALSE(h.logged("Scheduled fire while a backup is already running — nothing to do"));
     EXPECT_TRUE(h.logged("Backup finished — snapshot verified"));
