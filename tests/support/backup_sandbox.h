@@ -10,6 +10,7 @@
 #include "platform/linux/files/user_defaults_file.h"
 #include "tests/support/test_peers.h"
 #include "timemachine_linux/session/backup_session_state.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 
@@ -39,8 +40,8 @@ public:
     [[nodiscard]] std::string status(const std::string& key) const;
     [[nodiscard]] PropertyList
     recorded(const std::string& key) const; ///< Of the destination; empty text if absent.
-    [[nodiscard]] std::int64_t recordedResult() const {
-        return recorded("RESULT").exactInteger().value_or(-1);
+    [[nodiscard]] ResultCode recordedResult() const {
+        return static_cast<ResultCode>(recorded("RESULT").exactInteger().value_or(-1));
     }
     [[nodiscard]] pid_t worker() const;
 
@@ -51,6 +52,9 @@ public:
     void slowDownRsync(int kilobytesPerSecond) const;
 
     [[nodiscard]] bool timerIsOn() const;
+
+    /// A shell script that every later program finds by this name.
+    void putProgram(const std::string& name, const std::string& script) const;
 
 private:
     /// Before anything asks for the user's folders.
@@ -67,7 +71,6 @@ public:
 
 private:
     void addSystemctl() const; ///< That of the machine would act on the timers of whoever runs the tests.
-    void putProgram(const std::string& name, const std::string& script) const;
 
     std::vector<std::string> asUser_; ///< Before each command line of tmutil.
 };
