@@ -8,12 +8,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <thread>
 
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
@@ -24,18 +22,6 @@
 namespace norvane {
 namespace {
 
-std::string newRoot() {
-    std::string path = std::filesystem::temp_directory_path() / "norvane-backup-XXXXXX";
-    ::mkdtemp(path.data());
-    std::filesystem::create_directories(path + "/home/tree");
-    std::filesystem::create_directories(path + "/disk");
-    ::setenv("HOME", (path + "/home").c_str(), 1);
-    ::setenv("PATH", (path + "/bin:/usr/bin:/bin:/usr/sbin:/sbin").c_str(), 1);
-    for (const char* name : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "RSYNC_PROXY"})
-        ::unsetenv(name);
-    return path;
-}
-
 void hashInto(std::uint64_t& hash, const std::string& text) {
     constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
     hash = (hash ^ std::hash<std::string>{}(text)) * multiplier;
@@ -43,11 +29,17 @@ void hashInto(std::uint64_t& hash, const std::string& text) {
 
 } // namespace
 
-BackupSandbox::BackupSandbox() : BackupSandbox(newRoot()) {}
+BackupSandbox::Home::Home(const ScratchFolder& root) {
+    std::filesystem::create_directories(root.path("home/tree"));
+    std::filesystem::create_directories(root.path("disk"));
+    ::setenv("HOME", root.path("home").c_str(), 1);
+    ::setenv("PATH", (root.path("bin") + ":/usr/bin:/bin:/usr/sbin:/sbin").c_str(), 1);
+    for (const char* name : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "RSYNC_PROXY"})
+        ::unsetenv(name);
+}
 
-BackupSandbox::BackupSandbox(std::string root)
-    : preferences(timeMachinePreferences()), session(libraryFolder() + "/TimeMachine"),
-      root_(std::move(root)) {
+BackupSandbox::BackupSandbox()
+    : preferences(timeMachinePreferences()), session(libraryFolder() + "/TimeMachine") {
     makeFolder(preferencesFolder());
     addSystemctl();
     preferences.set("SourceFolders", {PropertyList::Array{{tree()}}});
@@ -57,8 +49,6 @@ BackupSandbox::~BackupSandbox() {
     (void)tmutil({"stopbackup"});
     (void)eventually(
         [&] { return !FileLock::isHeld(session.runLock) && !FileLock::isHeld(session.copyLock); });
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
 }
 
 ToolResult BackupSandbox::run(const std::vector<std::string>& command) const {
@@ -107,13 +97,12 @@ std::string BackupSandbox::status(const std::string& key) const {
     const std::string text = tmutil({"status"}).output;
     const auto list =
         parseTextPropertyList(std::string_view(text).substr(std::min(text.find('{'), text.size())));
-    const PropertyList* value = list ? list->find(key) : nullptr;
-    return value && value->string() ? *value->string() : std::string();
+    return list ? stringAt(*list, key) : std::string();
 }
 
 PropertyList BackupSandbox::recorded(const std::string& key) const {
-    const auto destinations = preferences.object("Destinations");
-    const PropertyList* value = destinations ? destinations->array()->front().find(key) : nullptr;
+    const PropertyList destination = firstDestination(preferences);
+    const PropertyList* value = destination.find(key);
     return value ? *value : PropertyList{};
 }
 
@@ -124,7 +113,7 @@ pid_t BackupSandbox::worker() const { return std::atoi(readSmallFile(session.run
 void BackupSandbox::becomeOrdinaryUser() {
     if (::geteuid() != 0)
         return;
-    (void)run({"chown", "-R", "65534:65534", root_});
+    (void)run({"chown", "-R", "65534:65534", root_.path()});
     asUser_ = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"};
 }
 
@@ -187,15 +176,6 @@ std::uint64_t fingerprint(const std::string& folder) {
             hashInto(hash, std::filesystem::read_symlink(path).string());
     }
     return hash;
-}
-
-bool eventually(const std::function<bool()>& condition) {
-    for (int tries = 0; tries < 6000; ++tries) {
-        if (condition())
-            return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return false;
 }
 
 } // namespace norvane

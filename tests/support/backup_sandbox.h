@@ -4,12 +4,13 @@
 #include <sys/types.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/linux/files/user_defaults_file.h"
+#include "tests/support/test_peers.h"
 #include "timemachine_linux/session/backup_session_state.h"
+#include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
 
@@ -27,10 +28,10 @@ public:
     BackupSandbox& operator=(const BackupSandbox&) = delete;
     ~BackupSandbox();
 
-    [[nodiscard]] std::string home() const { return root_ + "/home"; }
+    [[nodiscard]] std::string home() const { return root_.path("home"); }
     [[nodiscard]] std::string tree() const { return home() + "/tree"; } ///< The only source folder.
-    [[nodiscard]] std::string destination() const { return root_ + "/disk"; }
-    [[nodiscard]] std::string in(const std::string& name) const { return root_ + "/" + name; }
+    [[nodiscard]] std::string destination() const { return root_.path("disk"); }
+    [[nodiscard]] std::string in(const std::string& name) const { return root_.path(name); }
 
     [[nodiscard]] ToolResult run(const std::vector<std::string>& command) const;
     [[nodiscard]] ToolResult tmutil(std::vector<std::string> arguments) const;
@@ -39,8 +40,8 @@ public:
     [[nodiscard]] std::string status(const std::string& key) const;
     [[nodiscard]] PropertyList
     recorded(const std::string& key) const; ///< Of the destination; empty text if absent.
-    [[nodiscard]] std::int64_t recordedResult() const {
-        return recorded("RESULT").exactInteger().value_or(-1);
+    [[nodiscard]] ResultCode recordedResult() const {
+        return static_cast<ResultCode>(recorded("RESULT").exactInteger().value_or(-1));
     }
     [[nodiscard]] pid_t worker() const;
 
@@ -52,16 +53,25 @@ public:
 
     [[nodiscard]] bool timerIsOn() const;
 
+    /// A shell script that every later program finds by this name.
+    void putProgram(const std::string& name, const std::string& script) const;
+
+private:
+    /// Before anything asks for the user's folders.
+    struct Home {
+        explicit Home(const ScratchFolder& root);
+    };
+
+    ScratchFolder root_;
+    Home environment_{root_};
+
+public:
     UserDefaultsFile preferences;
     SessionFiles session;
 
 private:
-    explicit BackupSandbox(std::string root);
-
     void addSystemctl() const; ///< That of the machine would act on the timers of whoever runs the tests.
-    void putProgram(const std::string& name, const std::string& script) const;
 
-    std::string root_;
     std::vector<std::string> asUser_; ///< Before each command line of tmutil.
 };
 
@@ -87,8 +97,5 @@ void writeFile(const std::string& path, const std::string& content);
 
 /// Path, kind, mode, modification time and content of everything below the folder, in one number.
 [[nodiscard]] std::uint64_t fingerprint(const std::string& folder);
-
-/// Whether the condition comes true within a generous time.
-[[nodiscard]] bool eventually(const std::function<bool()>& condition);
 
 } // namespace norvane

@@ -107,12 +107,12 @@ private:
 
 /// Asks again and again until `holds` answers true. False: it did not within the time.
 template <class Condition>
-[[nodiscard]] bool eventually(Condition holds, double seconds = 10) {
+[[nodiscard]] bool eventually(Condition holds, double seconds = 30) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (!holds()) {
         if (std::chrono::steady_clock::now() >= end)
             return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     return true;
 }

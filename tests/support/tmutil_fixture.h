@@ -25,6 +25,10 @@ inline std::string differences(const BackupSandbox& box, const std::string& orig
     return result.output + result.errors;
 }
 
+inline void writeMegabytes(const std::string& path, std::size_t count) {
+    writeFile(path, std::string(count << 20, 'x'));
+}
+
 class Tmutil : public testing::Test {
 protected:
     void useDestination() { ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0); }
@@ -34,11 +38,35 @@ protected:
         ASSERT_EQ(result.exitCode, 0) << result.errors;
     }
 
+    void useSources(const std::vector<std::string>& folders) {
+        PropertyList::Array list;
+        for (const std::string& folder : folders)
+            list.push_back({PropertyListData{folder}});
+        box.preferences.set("SourceFolders", {list});
+    }
+
+    /// What the last backup noted, a line each.
+    [[nodiscard]] std::string notes() const {
+        std::string text;
+        const PropertyList messages = box.recorded("MessageParameters");
+        for (const PropertyList& note : *messages.array())
+            text += *note.string() + "\n";
+        return text;
+    }
+
+    /// Runs the verb, which fails with these words.
+    void expectRefusal(const std::vector<std::string>& arguments, const std::string& words,
+                       int exitCode = 1) const {
+        const ToolResult result = box.tmutil(arguments);
+        EXPECT_EQ(result.exitCode, exitCode) << words;
+        EXPECT_NE(result.errors.find(words), std::string::npos) << words << ": " << result.errors;
+    }
+
     /// A backup that takes many seconds, stopped in the middle of its copy.
     void startSlowBackup() {
         for (int i = 0; i < 50; ++i)
             writeFile(box.tree() + "/a" + std::to_string(i), "small");
-        writeFile(box.tree() + "/big", std::string(std::size_t{40} << 20, 'x'));
+        writeMegabytes(box.tree() + "/big", 40);
         box.slowDownRsync(2000);
         ASSERT_EQ(box.tmutil({"startbackup"}).exitCode, 0);
         ASSERT_TRUE(eventually([&] { return box.status("BackupPhase") == "Copying"; }));

@@ -5,6 +5,8 @@
 namespace norvane {
 namespace {
 
+constexpr double restorePointSeconds = 24 * 3600;
+
 bool isShortOfRoom(const std::string& volume) {
     const auto space = spaceOf(volume);
     return space && space->availableBytes < (space->availableBytes + space->usedBytes) / 10;
@@ -27,7 +29,7 @@ void removeExpiredLocalSnapshots(const LocalSnapshots& snapshots, Instant now,
                                  std::vector<std::string>& notes) {
     const bool all = isShortOfRoom(snapshots.volume());
     for (const LocalSnapshot& snapshot : snapshots.list())
-        if (all || secondsBetween(snapshot.created, now) > localSnapshotSeconds)
+        if (all || secondsBetween(snapshot.created, now) > restorePointSeconds)
             remove(snapshots, snapshot, notes);
 }
 

@@ -5,13 +5,10 @@
 
 namespace norvane {
 
-/// Local snapshots are restore points for so long.
-inline constexpr double localSnapshotSeconds = 24 * 3600;
-
 /// All when less than a tenth of the volume is free: nothing of the user's shall fail for the room that they
 /// take. Adds to the notes what cannot be removed.
 void removeLocalSnapshotsForRoom(const LocalSnapshots& snapshots, std::vector<std::string>& notes);
-/// Those that are older than that, too. Only after a backup: without one they may be the only copies.
+/// Those that are older than a day, too. Only after a backup: without one they may be the only copies.
 void removeExpiredLocalSnapshots(const LocalSnapshots& snapshots, Instant now,
                                  std::vector<std::string>& notes);
 

@@ -1,13 +1,9 @@
 #include "timemachine_linux/restore/restore.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -103,9 +99,7 @@ TEST_F(Restore, OverwritesNothingAndStaysOutOfBackups) {
     };
     for (Case c : cases) {
         c.arguments.insert(c.arguments.begin(), "restore");
-        const ToolResult result = box.tmutil(c.arguments);
-        EXPECT_EQ(result.exitCode, 1) << c.arguments.back();
-        EXPECT_NE(result.errors.find(c.errors), std::string::npos) << result.errors;
+        expectRefusal(c.arguments, c.errors);
     }
     EXPECT_EQ(box.tmutil({"restore", plain}).exitCode, 64);
     EXPECT_EQ(readSmallFile(tree + "/dir/plain"), "newer");
@@ -116,9 +110,7 @@ TEST_F(Restore, TellsWhatCouldNotBeRead) {
     box.becomeOrdinaryUser();
     makeBackup();
     ::chmod((copy + "/dir/sub/-rf").c_str(), 0);
-    const ToolResult result = box.tmutil({"restore", copy + "/dir", box.home() + "/back"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.errors.find("-rf"), std::string::npos) << result.errors;
+    expectRefusal({"restore", copy + "/dir", box.home() + "/back"}, "-rf");
     EXPECT_TRUE(fs::exists(box.home() + "/back/plain"));
     EXPECT_FALSE(fs::exists(box.home() + "/back/sub/-rf"));
 }
@@ -127,14 +119,12 @@ TEST_F(Restore, NothingComesFromABackupThatIsBeingRemoved) {
     makeBackup();
     // As thinning does it: first the name goes, then what is in it.
     const std::string snapshot = box.snapshots().back();
-    writeFile(box.in("bin/rsync"), "#!/bin/sh\nmv '" + snapshot + "' '" + snapshot + ".inProgress'\nrm -r '" +
-                                       snapshot + ".inProgress" + tree + "/dir/sub'\nmkdir '" + snapshot +
-                                       "'\nfor last; do :; done\necho part >\"$last/plain\"\n");
-    ::chmod(box.in("bin/rsync").c_str(), 0755);
-    const ToolResult result = box.tmutil({"restore", copy + "/dir/plain", box.home() + "/back"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors, "tmutil: The backup " + snapshot +
-                                 " was removed while it was restored from. Nothing is restored.\n");
+    box.putProgram("rsync", "mv '" + snapshot + "' '" + snapshot + ".inProgress'\nrm -r '" + snapshot +
+                                ".inProgress" + tree + "/dir/sub'\nmkdir '" + snapshot +
+                                "'\nfor last; do :; done\necho part >\"$last/plain\"");
+    expectRefusal({"restore", copy + "/dir/plain", box.home() + "/back"},
+                  "tmutil: The backup " + snapshot +
+                      " was removed while it was restored from. Nothing is restored.\n");
     EXPECT_EQ(namesIn(box.home()), (std::vector<std::string>{".config", ".local", "tree"}));
 }
 
@@ -145,16 +135,10 @@ TEST_F(Restore, KilledOrStoppedShowsNoHalfOfIt) {
     const auto whole = fingerprint(copy + "/dir");
     const std::string target = box.home() + "/back";
     for (int round = 0; round < 30; ++round) {
-        std::string program = NORVANE_LIBEXEC_DIR "/tmutil";
-        std::string source = copy + "/dir";
-        std::string place = target;
-        std::string verb = "restore";
-        char* const words[] = {program.data(), verb.data(), source.data(), place.data(), nullptr};
-        pid_t child = -1;
-        ASSERT_EQ(::posix_spawn(&child, program.c_str(), nullptr, nullptr, words, environ), 0);
+        PeerProcess restoring({NORVANE_LIBEXEC_DIR "/tmutil", "restore", copy + "/dir", target});
         std::this_thread::sleep_for(std::chrono::milliseconds(round * 5));
-        ::kill(child, round % 2 == 0 ? SIGKILL : SIGTERM);
-        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+        ::kill(restoring.id(), round % 2 == 0 ? SIGKILL : SIGTERM);
+        ASSERT_TRUE(restoring.waitForExit(60));
         if (fs::exists(target)) {
             EXPECT_EQ(fingerprint(target), whole);
             fs::remove_all(target);

@@ -20,30 +20,16 @@ TEST(RsyncCommand, ReadsASnapshotAndSpeaksOfTheOriginal) {
         Words sources;
         std::string target;
         std::string filter;
-        std::string message;
+        std::string shown; ///< How "/s [1]/u/f" is called in messages.
     };
     const std::string named = "/s [1]";
+    const std::string ofRoot = withZeros("/home/u/x|/other|/home/a\\[\\*|");
+    const std::string ofHome = withZeros("/u/x|/a\\[\\*|");
     const Case cases[] = {
-        {{{"/home/u", "/etc"}, "/", ""},
-         {"/home/u", "/etc"},
-         "/d/new/",
-         withZeros("/home/u/x|/other|/home/a\\[\\*|"),
-         "failed: \"/s [1]/u/f\""},
-        {{{"/home/u"}, "/home", named},
-         {"/s [1]/./u"},
-         "/d/new/home/",
-         withZeros("/u/x|/a\\[\\*|"),
-         "failed: \"/home/u/f\""},
-        {{{"/home"}, "/home", named},
-         {"/s [1]/./"},
-         "/d/new/home/",
-         withZeros("/u/x|/a\\[\\*|"),
-         "failed: \"/home/u/f\""},
-        {{{"/u"}, "/", named},
-         {"/s [1]/./u"},
-         "/d/new/",
-         withZeros("/home/u/x|/other|/home/a\\[\\*|"),
-         "failed: \"/u/f\""},
+        {{{"/home/u", "/etc"}, "/", ""}, {"/home/u", "/etc"}, "/d/new/", ofRoot, "/s [1]/u/f"},
+        {{{"/home/u"}, "/home", named}, {"/s [1]/./u"}, "/d/new/home/", ofHome, "/home/u/f"},
+        {{{"/home"}, "/home", named}, {"/s [1]/./"}, "/d/new/home/", ofHome, "/home/u/f"},
+        {{{"/u"}, "/", named}, {"/s [1]/./u"}, "/d/new/", ofRoot, "/u/f"},
     };
     for (const Case& c : cases) {
         CopyJob job;
@@ -58,7 +44,7 @@ TEST(RsyncCommand, ReadsASnapshotAndSpeaksOfTheOriginal) {
         const std::string base = "--link-dest=/d/old" + c.target.substr(6, c.target.size() - 7);
         EXPECT_EQ(std::count(arguments.begin(), arguments.end(), base), 1) << base;
         EXPECT_EQ(filterFileFor(c.place, {"/home/u/x", "/other", "/home/a[*"}), c.filter);
-        EXPECT_EQ(withOriginalPaths("failed: \"/s [1]/u/f\"", c.place), c.message);
+        EXPECT_EQ(withOriginalPaths("failed: \"/s [1]/u/f\"", c.place), "failed: \"" + c.shown + "\"");
     }
 }
 

@@ -56,25 +56,23 @@ TEST(HourlyTimer, IsStartedAndStoppedForGood) {
 
 TEST(HourlyTimer, LeavesNothingBehindWhereItCannotRun) {
     struct Case {
-        const char* what;
         bool there;
         std::string refused;
         std::string systemctl;
-        std::string trouble;
+        std::string failure;
     };
-    for (const Case& c :
-         {Case{"no manager", false, "", "/bin/systemctl", "Failed to connect to bus: No medium found"},
-          {"no unit", true, "enable", "/bin/systemctl", "systemctl --user enable failed"},
-          {"not started", true, "is-active", "/bin/systemctl", "systemctl --user is-active failed"},
-          {"no systemd", true, "", "", "systemctl is not installed"}}) {
+    for (const Case& c : {Case{false, "", "/bin/systemctl", "Failed to connect to bus: No medium found"},
+                          {true, "enable", "/bin/systemctl", "systemctl --user enable failed"},
+                          {true, "is-active", "/bin/systemctl", "systemctl --user is-active failed"},
+                          {true, "", "", "systemctl is not installed"}}) {
         ScratchFolder folder;
         Manager manager;
         manager.there = c.there;
         manager.missing = c.refused;
         const HourlyTimer timer(manager, {c.systemctl, folder.path("units"), "/lib/tmutil", {}});
-        EXPECT_EQ(textOf(timer.start()), c.trouble) << c.what;
-        EXPECT_TRUE(fs::is_empty(folder.path("units"))) << c.what;
-        EXPECT_EQ(textOf(timer.stop()), "") << c.what << ": nothing runs";
+        EXPECT_EQ(textOf(timer.start()), c.failure) << c.failure;
+        EXPECT_TRUE(fs::is_empty(folder.path("units"))) << c.failure;
+        EXPECT_EQ(textOf(timer.stop()), "") << "nothing runs";
     }
     ScratchFolder folder;
     Manager manager;

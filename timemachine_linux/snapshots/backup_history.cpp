@@ -10,6 +10,7 @@ namespace {
 
 // "MessageParameters" are read by people in one line.
 constexpr std::size_t mostNotes = 5;
+constexpr std::size_t mostAttemptDates = 100; // the newest
 
 PropertyList::Dictionary* entryOf(PropertyList::Dictionary& all, const std::string& id) {
     const auto destinations = all.find("Destinations");

@@ -12,9 +12,6 @@
 
 namespace norvane {
 
-/// Newest attempts kept in "AttemptDates".
-inline constexpr std::size_t mostAttemptDates = 100;
-
 /// What a destination that is there holds of one machine.
 struct DestinationContents {
     std::vector<Snapshot> snapshots;

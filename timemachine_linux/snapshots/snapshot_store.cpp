@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 #include "platform/linux/files/file_descriptor.h"
@@ -62,6 +63,28 @@ bool setModificationTime(const std::string& path, Instant instant) {
 /// Network file systems refuse; they have sent the rename already.
 bool syncFolder(int folder) { return ::fsync(folder) == 0 || errno == EINVAL || errno == EOPNOTSUPP; }
 
+/// Renames by the date, or by the next second whose name is free; gives what it has become. The new name is
+/// on the disk then.
+Result<Instant> renameByDate(const std::string& folder, const std::string& from, Instant date,
+                             const std::function<Result<std::string>(Instant)>& pathOfDate) {
+    const FileDescriptor parent(::open(folder.c_str(), realFolder));
+    if (!parent)
+        return systemFailure();
+    Failure failure;
+    for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
+        const auto to = pathOfDate(date);
+        if (!to)
+            return to.failure();
+        const auto refused = renameToFree(from, *to);
+        if (!refused)
+            return syncFolder(parent.get()) ? Result(date) : systemFailure();
+        failure = *refused;
+        if (!isTaken(failure))
+            break;
+    }
+    return failure;
+}
+
 } // namespace
 
 SnapshotStore::SnapshotStore(const std::string& destinationFolder, const std::string& hostName)
@@ -81,42 +104,30 @@ std::vector<Snapshot> SnapshotStore::list() const {
 std::vector<std::string> SnapshotStore::unfinished() const { return foldersIn(folder_, isUnfinishedName); }
 
 Result<Snapshot> SnapshotStore::publish(const std::string& unfinishedName, Instant now) const {
-    const FileDescriptor parent(::open(folder_.c_str(), realFolder));
-    const FileDescriptor copy(::open(pathOf(unfinishedName).c_str(), realFolder));
-    if (!parent || !copy)
+    const std::string unfinished = pathOf(unfinishedName);
+    const FileDescriptor copy(::open(unfinished.c_str(), realFolder));
+    if (!copy)
         return systemFailure();
-    Instant date = std::chrono::floor<std::chrono::seconds>(now);
-    Failure failure;
-    for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
-        if (!setModificationTime(pathOf(unfinishedName), date) || ::fsync(copy.get()) != 0)
-            return systemFailure();
-        Snapshot snapshot{snapshotName(date), date};
-        const auto refused = renameToFree(pathOf(unfinishedName), pathOf(snapshot.name));
-        if (!refused)
-            return syncFolder(parent.get()) ? Result(std::move(snapshot)) : systemFailure();
-        failure = *refused;
-        if (!isTaken(failure))
-            break;
-    }
-    return failure;
+    const auto date =
+        renameByDate(folder_, unfinished, std::chrono::floor<std::chrono::seconds>(now),
+                     [&](Instant tried) -> Result<std::string> {
+                         if (!setModificationTime(unfinished, tried) || ::fsync(copy.get()) != 0)
+                             return systemFailure();
+                         return pathOf(snapshotName(tried));
+                     });
+    if (!date)
+        return date.failure();
+    return Snapshot{snapshotName(*date), *date};
 }
 
 Result<std::string> SnapshotStore::withdraw(const Snapshot& snapshot) const {
-    const FileDescriptor parent(::open(folder_.c_str(), realFolder));
-    if (!parent)
-        return systemFailure();
-    Instant date = snapshot.date;
-    Failure failure;
-    for (int tries = 0; tries < mostTries; ++tries, date += std::chrono::seconds(1)) {
-        std::string unfinishedName = snapshotName(date) + std::string(inProgressSuffix);
-        const auto refused = renameToFree(pathOf(snapshot.name), pathOf(unfinishedName));
-        if (!refused)
-            return syncFolder(parent.get()) ? Result(std::move(unfinishedName)) : systemFailure();
-        failure = *refused;
-        if (!isTaken(failure))
-            break;
-    }
-    return failure;
+    const auto nameOf = [](Instant date) { return snapshotName(date) + std::string(inProgressSuffix); };
+    const auto date =
+        renameByDate(folder_, pathOf(snapshot.name), snapshot.date,
+                     [&](Instant tried) -> Result<std::string> { return pathOf(nameOf(tried)); });
+    if (!date)
+        return date.failure();
+    return nameOf(*date);
 }
 
 std::string hostFolderName() {

@@ -50,26 +50,5 @@ TEST(Thinning, AWrongClockTakesNothingAtOnce) {
     EXPECT_EQ(keptOf(back), back);
 }
 
-TEST(Thinning, AYearOfHourlyBackupsComesDownToAHundred) {
-    std::vector<Instant> kept;
-    Instant today = now - std::chrono::days(365);
-    for (; today <= now; today += std::chrono::hours(1)) {
-        std::vector<Snapshot> snapshots;
-        for (const Instant date : kept)
-            snapshots.push_back({snapshotName(date), date});
-        snapshots.push_back({snapshotName(today), today});
-        const auto superseded = supersededSnapshots(snapshots, today);
-        kept.clear();
-        for (const Snapshot& snapshot : snapshots)
-            if (std::find(superseded.begin(), superseded.end(), snapshot) == superseded.end())
-                kept.push_back(snapshot.date);
-    }
-    // 26 within the last day, 30 days, and the weeks before.
-    EXPECT_NEAR(static_cast<double>(kept.size()), 26 + 30 + 48, 3);
-    EXPECT_EQ(kept.back(), now);
-    for (std::size_t i = 1; i < kept.size(); ++i)
-        EXPECT_LE(kept[i] - kept[i - 1], std::chrono::days(8));
-}
-
 } // namespace
 } // namespace norvane

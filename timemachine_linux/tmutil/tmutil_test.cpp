@@ -36,12 +36,8 @@ TEST_F(Tmutil, ExplainsWrongUse) {
         {{"localsnapshot"}, 1, "without snapshots"},
         {{"deletelocalsnapshots"}, 64, "usage"},
     };
-    for (const Case& c : cases) {
-        const ToolResult result = box.tmutil(c.arguments);
-        const std::string verb = c.arguments.empty() ? "none" : c.arguments.back();
-        EXPECT_EQ(result.exitCode, c.exitCode) << verb;
-        EXPECT_NE(result.errors.find(c.errors), std::string::npos) << verb << ": " << result.errors;
-    }
+    for (const Case& c : cases)
+        expectRefusal(c.arguments, c.errors, c.exitCode);
     EXPECT_EQ(box.tmutil({"listlocalsnapshots", "/"}).output, "Snapshots for disk /:\n");
 }
 
@@ -64,11 +60,13 @@ TEST_F(Tmutil, AutomaticBackupsFollowTheFlag) {
     fs::remove(box.in("bin/systemctl"));
     ::setenv("PATH", box.in("bin").c_str(), 1);
     EXPECT_EQ(box.tmutil({"enable"}).errors, "tmutil: systemctl is not installed\n");
+    expectRefusal({"startbackup"}, "rsync is not installed");
+    EXPECT_EQ(box.recordedResult(), ResultCode::rsyncMissing);
     EXPECT_EQ(box.preferences.object("AutoBackup"), PropertyList{false});
 }
 
 TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
-    box.preferences.set("SourceFolders", {PropertyList::Array{{std::string("~")}}});
+    useSources({"~"});
     ASSERT_EQ(box.tmutil({"setdestination", box.destination()}).exitCode, 0);
     const std::string home = box.home();
     for (const std::string folder :
@@ -90,9 +88,9 @@ TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
     for (const std::string name : {"a", "wild/f", "keep/.cache/f", "tree"})
         EXPECT_TRUE(fs::exists(fs::path(copy) / name)) << name;
 
-    box.preferences.set("SourceFolders", {PropertyList::Array{{home + "/gone"}}});
+    useSources({home + "/gone"});
     EXPECT_EQ(box.tmutil({"startbackup", "--block"}).exitCode, 1);
-    EXPECT_EQ(box.recordedResult(), static_cast<int>(ResultCode::nothingToBackUp));
+    EXPECT_EQ(box.recordedResult(), ResultCode::nothingToBackUp);
     EXPECT_EQ(box.snapshots().size(), 1U);
 }
 

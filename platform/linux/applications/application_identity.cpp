@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+
+#include "platform/text/escapes.h"
 
 namespace norvane {
 
@@ -28,23 +29,6 @@ bool removeSuffix(std::string_view& text, std::string_view suffix) {
 
 std::string_view afterLast(std::string_view text, char separator) {
     return text.substr(text.rfind(separator) + 1);
-}
-
-// systemd writes what a unit's name cannot hold as "\xHH" (systemd-escape(1)).
-std::string unescaped(std::string_view part) {
-    std::string text;
-    while (!part.empty()) {
-        unsigned char byte = 0;
-        if (part.starts_with("\\x") && part.size() >= 4 &&
-            std::from_chars(part.data() + 2, part.data() + 4, byte, 16).ptr == part.data() + 4) {
-            text += static_cast<char>(byte);
-            part.remove_prefix(4);
-        } else {
-            text += part.front();
-            part.remove_prefix(1);
-        }
-    }
-    return text;
 }
 
 std::optional<std::string> nonEmpty(std::string text) {
@@ -79,7 +63,7 @@ std::optional<std::string> applicationOfUnit(std::string_view unit) {
     const auto parts = split(unit, '-'); // "app", perhaps the launcher, the id, perhaps something unique
     if (parts.size() < 2 + partsAfterId)
         return std::nullopt;
-    return nonEmpty(unescaped(parts[parts.size() - 1 - partsAfterId]));
+    return nonEmpty(withoutEscapes(parts[parts.size() - 1 - partsAfterId], "\\x", 2, 16));
 }
 
 /// The id of a file is its path below a folder "applications", with dashes for slashes.

@@ -4,7 +4,6 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
-#include <charconv>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/text/escapes.h"
 
 namespace norvane {
 
@@ -54,20 +54,6 @@ std::string escaped(std::string_view text) {
     return value;
 }
 
-/// The reverse.
-std::string unescaped(std::string_view value) {
-    std::string text;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        unsigned char byte = 0;
-        const char* const digits = value.data() + i + 1;
-        const bool escape = value[i] == '%' && i + 2 < value.size() &&
-                            std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
-        text += escape ? static_cast<char>(byte) : value[i];
-        i += escape ? 2 : 0;
-    }
-    return text;
-}
-
 /// The name as bind(2) takes it, that of an abstract socket with a zero byte in front; none: another kind of
 /// address.
 std::optional<std::string> unixSocket(std::string_view address) {
@@ -77,9 +63,9 @@ std::optional<std::string> unixSocket(std::string_view address) {
         std::string_view value = takeUntil(',', address);
         const std::string_view key = takeUntil('=', value);
         if (key == "path")
-            return unescaped(value);
+            return withoutEscapes(value, "%", 2, 16);
         if (key == "abstract")
-            return std::string(1, '\0') + unescaped(value);
+            return std::string(1, '\0') + withoutEscapes(value, "%", 2, 16);
     }
     return std::nullopt;
 }

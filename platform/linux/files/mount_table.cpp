@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/linux/files/small_file.h"
+#include "platform/text/escapes.h"
 
 namespace norvane {
 namespace {
@@ -25,21 +26,7 @@ std::vector<std::string_view> fieldsOf(std::string_view line) {
 }
 
 // Space, tab, line feed, backslash and number sign stand as three octal digits.
-std::string unescaped(std::string_view field) {
-    std::string text;
-    for (std::size_t i = 0; i < field.size(); ++i) {
-        int code = 0;
-        const auto digits = field.substr(i + 1 < field.size() ? i + 1 : field.size(), 3);
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), code, 8);
-        if (field[i] == '\\' && digits.size() == 3 && error == std::errc() && end == digits.data() + 3) {
-            text += static_cast<char>(code);
-            i += 3;
-        } else {
-            text += field[i];
-        }
-    }
-    return text;
-}
+std::string unescaped(std::string_view field) { return withoutEscapes(field, "\\", 3, 8); }
 
 std::string percentEncoded(std::string_view path) {
     constexpr std::string_view digits = "0123456789ABCDEF";

@@ -1,9 +1,9 @@
 #include "platform/linux/files/volume_label.h"
 
-#include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <system_error>
+
+#include "platform/text/escapes.h"
 
 namespace norvane {
 
@@ -23,20 +23,6 @@ std::optional<std::string> volumeLabel(const std::string& linksFolder, const std
     return std::nullopt;
 }
 
-std::string decodedLabel(std::string_view linkName) {
-    constexpr std::string_view escape = "\\x";
-    constexpr std::size_t escapeLength = 4;
-    std::string label;
-    while (!linkName.empty()) {
-        unsigned char byte = 0;
-        const std::string_view digits = linkName.substr(std::min(escape.size(), linkName.size()), 2);
-        const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-        const bool escaped = linkName.starts_with(escape) && read.ec == std::errc() &&
-                             read.ptr == linkName.data() + escapeLength;
-        label += escaped ? static_cast<char>(byte) : linkName.front();
-        linkName.remove_prefix(escaped ? escapeLength : 1);
-    }
-    return label;
-}
+std::string decodedLabel(std::string_view linkName) { return withoutEscapes(linkName, "\\x", 2, 16); }
 
 } // namespace norvane
