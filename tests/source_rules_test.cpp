@@ -90,6 +90,24 @@ TEST(SourceRules, FoldersIncludeOnlyDownwards) {
     }
 }
 
+TEST(SourceRules, AWindowKnowsNoOther) {
+    for (const Include& include : allIncludes()) {
+        const std::string folder = folderOf(include.file);
+        if ((folder != "ui" && folder != "settings_pane") || isTestCode(include.file))
+            continue;
+        const std::string own = folder == "ui" ? include.file.substr(0, include.file.find('/', 3)) : "";
+        if (include.target.starts_with("ui/")) {
+            const std::string other = include.target.substr(0, include.target.find('/', 3));
+            EXPECT_TRUE(other == own || other == "ui/kit" ||
+                        (other == "ui/texts" && !own.empty() && own != "ui/kit"))
+                << place(include);
+        }
+        EXPECT_TRUE(own != "ui/kit" || include.ofSystem || folderOf(include.target) == "platform" ||
+                    include.target.starts_with("ui/"))
+            << place(include);
+    }
+}
+
 TEST(SourceRules, OnlyTheTopAndTheAdaptersKnowQtAndLinux) {
     for (const Include& include : allIncludes()) {
         const bool qt = include.ofSystem && std::regex_search(include.target, std::regex("^Q[A-Zt]"));
