@@ -60,7 +60,7 @@ NorvaneApp::NorvaneApp(const ProgramFolders& folders)
       systemEvents_(systemBus_, wakeDetector_, appearance_), timeZoneWatch_("/etc", adoptSystemTimeZone),
       controller_(services()), updateAlert_(uiEngine_, workspace_, texts_, {NORVANE_VERSION, updateHost()}),
       settings_(uiEngine_, notificationCenter_, settingsServices(), factsOf(folders), settingsActions()),
-      trayPresenter_(controller_, trayItem_, clock_, formats_, texts_), interface_(actions()) {
+      trayPresenter_(controller_, trayItem_, clock_, timers_, formats_, texts_), interface_(actions()) {
     trayItem_.onActivate([this](int x, int y) {
         panel_.toggleAt(x == 0 && y == 0 ? std::nullopt : std::optional(QPoint(x, y)));
     });

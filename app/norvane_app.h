@@ -140,7 +140,7 @@ private:
         uiEngine_, {controller_, timers_, tmUtil_, defaults_, loginItem_, notifications_, texts_}};
     Panel panel_{
         uiEngine_,
-        {controller_, clock_, formats_, texts_, tmUtil_, crashReporter_},
+        {controller_, clock_, timers_, formats_, texts_, tmUtil_, crashReporter_},
         {[this] { health_.open(); }, [this] { settings_.open(); }, [] { QCoreApplication::quit(); }}};
     StatusNotifierItem trayItem_{ownIconsFolder(programFolder())};
     TrayPresenter trayPresenter_;

@@ -56,10 +56,10 @@ int main(int argc, char** argv) {
     timer.start();
     Theme theme(false, QColor::fromRgbF(1.0F, 0.42F, 0.1F));
     UiEngine engine(theme, machine.texts);
-    Panel panel(
-        engine,
-        {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
-        {});
+    Panel panel(engine,
+                {*program.controller, machine.time, machine.time, formats, machine.texts, program.tmUtil,
+                 program.crashReporter},
+                {});
     panel.showAsWindow();
     std::printf("first %.1f ms\n", millisecondsUntilFrame(timer));
 

@@ -33,14 +33,16 @@ function(norvane_qt_library name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
-# norvane_views(NAME URI uri SOURCES … VIEWS … LINKS …): one with views, which are the module `uri` for other views.
+# norvane_views(NAME URI uri MODULES … SOURCES … VIEWS … LINKS …): one with views, which are the module `uri` for other
+# views. MODULES: those whose types the sources show to views.
 function(norvane_views name)
-    cmake_parse_arguments(ARG "" "URI" "SOURCES;VIEWS;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "URI" "SOURCES;VIEWS;LINKS;MODULES" ${ARGN})
     norvane_qt_library(${name} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS} Qt6::Quick)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     string(REPLACE "." "/" folder ${ARG_URI})
     qt_add_qml_module(${name} URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
-        OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${folder} IMPORT_PATH ${CMAKE_BINARY_DIR}/qml QML_FILES ${ARG_VIEWS})
+        OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${folder} IMPORT_PATH ${CMAKE_BINARY_DIR}/qml DEPENDENCIES ${ARG_MODULES}
+        QML_FILES ${ARG_VIEWS})
     # The generated registration includes headers by their bare names.
     foreach(source ${ARG_SOURCES})
         cmake_path(GET source PARENT_PATH folder)
@@ -50,10 +52,14 @@ function(norvane_views name)
     string(REPLACE "." "_" function qml_register_types_${ARG_URI})
     string(LENGTH ${function} length)
     target_link_options(${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
-    # Generated code does not bear our warnings.
-    get_target_property(sources ${name} SOURCES)
-    list(FILTER sources INCLUDE REGEX "^${CMAKE_BINARY_DIR}.*[.]cpp$")
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+    # What Qt generates of each view is little beside Qt's headers, so it is compiled in one piece; it does not bear our
+    # warnings.
+    get_target_property(views ${name} SOURCES)
+    list(FILTER views INCLUDE REGEX "/qmlcache/.*_qml[.]cpp$")
+    set_source_files_properties(${views} PROPERTIES UNITY_GROUP views)
+    set(ignored "#pragma GCC diagnostic ignored ")
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP
+        UNITY_BUILD_CODE_BEFORE_INCLUDE "${ignored}\"-Wshadow\"\n${ignored}\"-Wconversion\"")
 endfunction()
 
 # norvane_test(NAME SOURCES … LINKS … [QT] [TIMEOUT seconds] [DEPENDS targets] [ALONE_WITH resource])

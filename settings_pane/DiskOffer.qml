@@ -19,9 +19,9 @@ BaseButton {
     Accessible.checkable: true
     Accessible.checked: chosen
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         Symbol {
-            x: 12
+            x: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
             name: offer.network ? "network" : "internaldrive"
             color: offer.usable ? Theme.secondary : Theme.tertiary
@@ -64,18 +64,18 @@ BaseButton {
     }
     background: Item {
         Divider {
-            x: 12
+            x: Theme.rowInset
             width: parent.width - x
             visible: offer.y > 0
         }
         Rectangle {
             anchors.fill: parent
             anchors.margins: 4
-            radius: 5
+            radius: Theme.smallRadius
             color: Theme.faded(Theme.primary, offer.chosen ? 0.07 : offer.hovered ? 0.04 : 0)
 
             FocusRing {
-                control: offer
+                shown: offer.visualFocus
                 gap: -2
             }
         }

@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.SettingsPane
 
-Sheet {
+PaneSheet {
     id: sheet
 
-    required property var model
+    required property PaneViewModel model
     readonly property Flickable scrolled: scroller
 
     title: Texts.text("Choose Backup Disk")
@@ -12,7 +13,7 @@ Sheet {
     onEscaped: model.cancelDisk()
 
     function takeFocus() {
-        folder.forceActiveFocus(Window.window.takeoverReason)
+        folder.forceActiveFocus((Window.window as FixedWindow).takeoverReason)
     }
 
     Flickable {
@@ -40,9 +41,11 @@ Sheet {
                 model: sheet.model.offers
 
                 DiskOffer {
+                    id: offer
+
                     required property int index
 
-                    onClicked: sheet.model.selectOffer(index)
+                    onClicked: sheet.model.selectOffer(offer.index)
                 }
             }
             FormRow {
@@ -60,7 +63,7 @@ Sheet {
         anchors.bottom: parent.bottom
         x: 16
         width: parent.width - 2 * x
-        spacing: 6
+        spacing: Theme.closeSpacing
 
         Repeater {
             model: sheet.model.diskNotices

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Templates as T
 import Norvane.Kit
+import Norvane.SettingsPane
 
-Sheet {
+PaneSheet {
     id: sheet
 
-    required property var chooser
+    required property FolderChooser chooser
     readonly property Flickable scrolled: list
 
     title: chooser.title
@@ -17,7 +18,7 @@ Sheet {
 
         x: 16
         width: parent.width - 2 * x
-        spacing: 8
+        spacing: Theme.spacing
 
         PushButton {
             id: up
@@ -38,7 +39,7 @@ Sheet {
     }
     Card {
         anchors.top: place.bottom
-        anchors.topMargin: 8
+        anchors.topMargin: Theme.spacing
         anchors.bottom: parent.bottom
         x: 16
         width: parent.width - 2 * x
@@ -69,8 +70,8 @@ Sheet {
             focusPolicy: Qt.NoFocus
             Accessible.role: Accessible.ListItem
             Accessible.name: name
-            Accessible.onPressAction: sheet.chooser.enter(index)
-            onClicked: sheet.chooser.enter(index)
+            Accessible.onPressAction: sheet.chooser.enter(row.index)
+            onClicked: sheet.chooser.enter(row.index)
 
             contentItem: Item {
                 Symbol {
@@ -90,12 +91,14 @@ Sheet {
                 }
             }
             background: Rectangle {
-                radius: 5
+                radius: Theme.smallRadius
                 color: Theme.faded(Theme.primary, list.activeFocus && row.ListView.isCurrentItem ? 0.1 : row.hovered ? 0.04 : 0)
             }
         }
 
-        Keys.onReturnPressed: event => { if (!event.isAutoRepeat) sheet.chooser.enter(currentIndex) }
+        Keys.forwardTo: ReturnKeys {
+            onPressed: sheet.chooser.enter(list.currentIndex)
+        }
         Keys.onRightPressed: sheet.chooser.enter(currentIndex)
         Keys.onLeftPressed: if (sheet.chooser.canGoUp) sheet.chooser.up()
         ScrollIndicator {

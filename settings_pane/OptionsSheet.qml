@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.SettingsPane
 
-Sheet {
+PaneSheet {
     id: sheet
 
-    required property var model
+    required property PaneViewModel model
     readonly property Flickable scrolled: form
 
     title: Texts.text("Options")
@@ -12,7 +13,7 @@ Sheet {
     onEscaped: model.showOptions(false)
 
     function takeFocus() {
-        frequency.takeFocus(Window.window.takeoverReason)
+        frequency.takeFocus((Window.window as FixedWindow).takeoverReason)
     }
 
     Form {

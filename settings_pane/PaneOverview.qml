@@ -1,18 +1,18 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.SettingsPane
 
 Item {
     id: overview
 
-    required property var model
-    readonly property var content: model.content
+    required property PaneViewModel model
     readonly property Flickable scrolled: form
 
     function focusDisk() {
-        chooseDisk.forceActiveFocus(Window.window.takeoverReason)
+        chooseDisk.forceActiveFocus((Window.window as FixedWindow).takeoverReason)
     }
     function focusOptions() {
-        options.forceActiveFocus(Window.window.takeoverReason)
+        options.forceActiveFocus((Window.window as FixedWindow).takeoverReason)
     }
 
     Row {
@@ -33,7 +33,7 @@ Item {
 
             Label {
                 text: Texts.text("Time Machine")
-                font: Theme.weighted(Theme.title2, 600)
+                font: Theme.weighted(Theme.title2, Font.DemiBold)
                 Accessible.role: Accessible.Heading
             }
             Label {
@@ -56,38 +56,38 @@ Item {
             header: Texts.text("Backup Disk")
 
             PathRow {
-                visible: overview.content.hasDisk
+                visible: overview.model.content.hasDisk
                 symbol: "internaldrive"
-                name: overview.content.diskName
-                details: overview.content.diskFolder
+                name: overview.model.content.diskName
+                details: overview.model.content.diskFolder
 
                 Label {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: overview.content.diskState
-                    color: overview.content.connected ? Theme.secondary : Theme.orange
+                    text: overview.model.content.diskState
+                    color: overview.model.content.connected ? Theme.secondary : Theme.orange
                 }
             }
             ValueRow {
-                visible: overview.content.hasDisk
+                visible: overview.model.content.hasDisk
                 label: Texts.text("Latest backup")
-                value: overview.content.latestBackup
+                value: overview.model.content.latestBackup
             }
             FormRow {
-                visible: !overview.content.hasDisk
+                visible: !overview.model.content.hasDisk
                 label: Texts.text("No backup disk yet")
             }
             FormRow {
                 leading: PushButton {
                     id: chooseDisk
 
-                    prominent: !overview.content.hasDisk
-                    text: overview.content.chooseDisk
+                    prominent: !overview.model.content.hasDisk
+                    text: overview.model.content.chooseDisk
                     onClicked: overview.model.chooseDisk()
                 }
 
                 PushButton {
-                    visible: overview.content.hasDisk
-                    enabled: overview.content.canBrowse
+                    visible: overview.model.content.hasDisk
+                    enabled: overview.model.content.canBrowse
                     symbol: "folder"
                     text: Texts.text("Browse Backups")
                     onClicked: overview.model.browseBackups()
@@ -96,10 +96,10 @@ Item {
         }
         Column {
             width: parent.width
-            spacing: 8
+            spacing: Theme.spacing
 
             Repeater {
-                model: overview.content.notices
+                model: overview.model.content.notices
 
                 PaneNotice {
                     required property string modelData
@@ -109,7 +109,7 @@ Item {
             }
             PaneNotice {
                 visible: text !== ""
-                text: overview.content.frequencyNotice
+                text: overview.model.content.frequencyNotice
             }
             PaneNotice {
                 visible: text !== ""
@@ -135,7 +135,7 @@ Item {
             x: 16
             anchors.verticalCenter: parent.verticalCenter
             visible: overview.model.known && !overview.model.busy
-            text: overview.content.frequencyText
+            text: overview.model.content.frequencyText
             font: Theme.callout
             color: Theme.secondary
         }

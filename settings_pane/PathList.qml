@@ -4,7 +4,7 @@ import Norvane.Kit
 Column {
     id: list
 
-    required property var paths
+    required property QtObject paths
     required property Item below // the button
 
     signal removed(int row)

@@ -1,18 +1,19 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.SettingsPane
 
 // Where backups go; what else there is to set stands behind "Options…".
 FixedWindow {
     id: window
 
-    required property var model
+    required property PaneViewModel model
     readonly property bool covered: disks.visible || options.visible || folders.visible
 
     width: 520
     height: 460
     flags: Qt.Window
     title: Texts.text("Time Machine")
-    scrolled: [folders, disks, options].find(sheet => sheet.visible)?.scrolled ?? overview.scrolled
+    scrolled: folders.visible ? folders.scrolled : disks.visible ? disks.scrolled : options.visible ? options.scrolled : overview.scrolled
 
     PaneOverview {
         id: overview
@@ -28,7 +29,8 @@ FixedWindow {
         enabled: !folders.visible
         visible: window.model.showsOptions
         model: window.model
-        onVisibleChanged: if (!visible) Qt.callLater(overview.focusOptions) // once it is enabled
+        // Once it is enabled.
+        onVisibleChanged: if (!visible) Qt.callLater(overview.focusOptions) // qmllint disable type
     }
     DiskSheet {
         id: disks
@@ -37,7 +39,7 @@ FixedWindow {
         enabled: !folders.visible
         visible: window.model.choosingDisk
         model: window.model
-        onVisibleChanged: if (!visible) Qt.callLater(overview.focusDisk)
+        onVisibleChanged: if (!visible) Qt.callLater(overview.focusDisk) // qmllint disable type
     }
     FolderSheet {
         id: folders
@@ -49,9 +51,9 @@ FixedWindow {
             if (visible)
                 return
             if (disks.visible)
-                Qt.callLater(disks.takeFocus)
+                Qt.callLater(disks.takeFocus) // qmllint disable type
             else if (options.visible)
-                Qt.callLater(options.takeFocus)
+                Qt.callLater(options.takeFocus) // qmllint disable type
         }
     }
 }

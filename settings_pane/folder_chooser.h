@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <functional>
 #include <optional>
 #include <string>
@@ -17,12 +18,14 @@ namespace norvane {
 /// Main thread only. Paths are plain bytes: any folder can be reached, whatever its name.
 class FolderChooser : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(bool open READ open NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString folder READ shownFolder NOTIFY changed)
     Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY changed)
-    Q_PROPERTY(QString note READ note NOTIFY changed)       ///< In place of the list.
-    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT) ///< "name".
+    Q_PROPERTY(QString note READ note NOTIFY changed) ///< In place of the list.
+    Q_PROPERTY(QObject* rows READ rows CONSTANT)      ///< "name".
 
 public:
     using Chosen = std::function<void(const std::string& folder)>;

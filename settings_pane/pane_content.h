@@ -4,6 +4,7 @@
 #include <QMetaType>
 #include <QObject>
 #include <QStringList>
+#include <QtQmlIntegration>
 
 #include "platform/formats.h"
 #include "platform/translator.h"
@@ -14,6 +15,7 @@ namespace norvane {
 /// An empty text means: nothing to show there.
 struct PaneContent {
     Q_GADGET
+    QML_ANONYMOUS
     // The backup disk.
     Q_PROPERTY(bool hasDisk MEMBER hasDisk)
     Q_PROPERTY(QString diskName MEMBER diskName)

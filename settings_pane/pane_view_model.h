@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <deque>
 #include <memory>
 
@@ -27,17 +28,19 @@ struct PaneServices {
 /// settings, too. Changes are made one after another, in the user's order, and show at once as they will be.
 class PaneViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(norvane::PaneContent content READ content NOTIFY changed)
     Q_PROPERTY(bool known READ known NOTIFY changed)        ///< False until everything was read once.
     Q_PROPERTY(bool busy READ busy NOTIFY changed)          ///< What shows is not yet known to be so.
     Q_PROPERTY(QString trouble READ trouble NOTIFY changed) ///< Why the last change was not made.
     Q_PROPERTY(QVariantList frequencies READ frequencies CONSTANT)
-    Q_PROPERTY(QAbstractItemModel* sources READ sources CONSTANT)       ///< "path", "removable".
-    Q_PROPERTY(QAbstractItemModel* exclusions READ exclusions CONSTANT) ///< The same.
+    Q_PROPERTY(QObject* sources READ sources CONSTANT)       ///< "path", "removable".
+    Q_PROPERTY(QObject* exclusions READ exclusions CONSTANT) ///< The same.
     // Choosing the backup disk.
     Q_PROPERTY(bool choosingDisk READ choosingDisk NOTIFY changed)
     /// "name", "details", "network", "usable", "chosen".
-    Q_PROPERTY(QAbstractItemModel* offers READ offers CONSTANT)
+    Q_PROPERTY(QObject* offers READ offers CONSTANT)
     Q_PROPERTY(bool offersKnown READ offersKnown NOTIFY changed)
     Q_PROPERTY(bool canUseDisk READ canUseDisk NOTIFY changed)
     Q_PROPERTY(QStringList diskNotices READ diskNotices NOTIFY changed) ///< About the chosen one.

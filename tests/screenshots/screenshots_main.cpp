@@ -54,9 +54,9 @@ bool photographPanel(UiEngine& engine, const screenshots::PanelState& state, con
     const IcuFormats formats;
     program.formats = &formats;
     state.reach(machine, program);
-    PanelViewModel model(
-        {*program.controller, machine.time, formats, machine.texts, program.tmUtil, program.crashReporter},
-        {});
+    PanelViewModel model({*program.controller, machine.time, machine.time, formats, machine.texts,
+                          program.tmUtil, program.crashReporter},
+                         {});
     model.opened();
     return photograph(engine, path, "Panel/PanelWindow", over(model), [&](QQuickWindow&) {
         letTheWindowSettle(); // the question comes once the panel has the keyboard
@@ -197,7 +197,7 @@ bool photographTray(const QString& path) {
         SimulatedProgram program(machine, machine.timeMachine, machine.defaults);
         states[static_cast<std::size_t>(column)].reach(machine, program);
         SeenTrayItem item;
-        const TrayPresenter presenter(*program.controller, item, machine.time, machine.formats,
+        const TrayPresenter presenter(*program.controller, item, machine.time, machine.time, machine.formats,
                                       machine.texts);
         int row = 0;
         for (const TrayImage& image : item.seen.images) {

@@ -85,8 +85,8 @@ int show(const screenshots::PanelState& state) {
     state.reach(stage.machine, stage.program);
     stage.machine.time.settle();
     Panel panel(stage.engine,
-                {*stage.program.controller, stage.machine.time, stage.formats, stage.machine.texts,
-                 stage.program.tmUtil, stage.program.crashReporter},
+                {*stage.program.controller, stage.machine.time, stage.machine.time, stage.formats,
+                 stage.machine.texts, stage.program.tmUtil, stage.program.crashReporter},
                 {[] { print("health"); }, [] { print("settings"); }, [] { QGuiApplication::quit(); }});
     panel.toggleAt(QPoint(500, 100));
     return runProgram(stage, 0);

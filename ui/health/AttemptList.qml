@@ -6,8 +6,6 @@ Item {
     id: list
 
     required property var attempts
-    readonly property bool visualFocus: activeFocus
-    readonly property real radius: 4
 
     implicitHeight: column.implicitHeight
     activeFocusOnTab: true
@@ -18,7 +16,7 @@ Item {
         id: column
 
         width: parent.width
-        spacing: 4
+        spacing: Theme.tightSpacing
 
         Repeater {
             model: list.attempts
@@ -31,7 +29,7 @@ Item {
                 width: column.width
                 implicitHeight: date.implicitHeight + 2
                 Accessible.role: Accessible.ListItem
-                Accessible.name: modelData.date + ", " + modelData.result
+                Accessible.name: row.modelData.date + ", " + row.modelData.result
 
                 Symbol {
                     anchors.verticalCenter: parent.verticalCenter
@@ -60,6 +58,7 @@ Item {
         }
     }
     FocusRing {
-        control: list
+        shown: list.activeFocus
+        inside: 4
     }
 }

@@ -7,8 +7,6 @@ Item {
     id: view
 
     required property var chart
-    readonly property bool visualFocus: activeFocus
-    readonly property real radius: 4
     readonly property int count: chart.bars.length
     readonly property real barWidth: Math.round(Math.max(4, Math.min(14, plot.width / count * 0.6)))
     property int chosen: count - 1 // by the keyboard
@@ -52,7 +50,7 @@ Item {
 
                 required property var modelData
 
-                y: Math.round(plot.height * (1 - modelData.position))
+                y: Math.round(plot.height * (1 - line.modelData.position))
                 width: plot.width
                 height: 1
                 color: Theme.faded(Theme.primary, 0.1)
@@ -76,7 +74,7 @@ Item {
 
                 required property var modelData
 
-                x: Math.round(view.middleOf(modelData.position))
+                x: Math.round(view.middleOf(tick.modelData.position))
                 width: 1
                 height: plot.height + 4
                 color: Theme.faded(Theme.primary, 0.06)
@@ -101,11 +99,11 @@ Item {
                 required property int index
                 required property var modelData
 
-                x: Math.round(view.middleOf(modelData.position) - width / 2)
+                x: Math.round(view.middleOf(bar.modelData.position) - width / 2)
                 width: view.barWidth
                 height: plot.height
                 Accessible.role: Accessible.Graphic
-                Accessible.name: modelData.text
+                Accessible.name: bar.modelData.text
 
                 Rectangle {
                     anchors.bottom: parent.bottom
@@ -168,6 +166,7 @@ Item {
         }
     }
     FocusRing {
-        control: view
+        shown: view.activeFocus
+        inside: 4
     }
 }

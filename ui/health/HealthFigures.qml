@@ -1,28 +1,29 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Health
 
 // The records in figures, as a chart and as a list.
 Column {
     id: figures
 
-    required property var content
-    readonly property bool attempted: content.attempts.length > 0
+    required property HealthViewModel model
+    readonly property bool attempted: model.content.attempts.length > 0
 
-    spacing: 10
+    spacing: Theme.wideSpacing
 
     StatTilePair {
         width: parent.width
-        first: figures.content.tiles[0]
-        second: figures.content.tiles[1]
+        first: figures.model.content.tiles[0]
+        second: figures.model.content.tiles[1]
     }
     StatTilePair {
         width: parent.width
-        first: figures.content.tiles[2]
-        second: figures.content.tiles[3]
+        first: figures.model.content.tiles[2]
+        second: figures.model.content.tiles[3]
     }
     Card {
         width: parent.width
-        color: Theme.faded(Theme.primary, 0.04)
+        color: Theme.figureSurface
         border.width: 0
 
         Item {
@@ -50,14 +51,14 @@ Column {
     Column {
         width: parent.width
         visible: figures.attempted
-        spacing: 4
+        spacing: Theme.tightSpacing
 
         SectionCaption {
             text: Texts.text("LATEST ATTEMPTS")
         }
         AttemptList {
             width: parent.width
-            attempts: figures.content.attempts
+            attempts: figures.model.content.attempts
         }
     }
 
@@ -65,7 +66,7 @@ Column {
         id: chart
 
         DurationChart {
-            chart: figures.content.chart
+            chart: figures.model.content.chart
         }
     }
     Component {

@@ -1,11 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Health
 
 // Where the figures come from, and what leads on from them.
 Item {
     id: footer
 
-    required property var model
+    required property HealthViewModel model
 
     implicitHeight: column.implicitHeight + 2 * column.y
 
@@ -16,7 +17,7 @@ Item {
         x: 18
         y: 12
         width: parent.width - 2 * x
-        spacing: 8
+        spacing: Theme.spacing
 
         PlainButton {
             id: coffee
@@ -59,7 +60,7 @@ Item {
 
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                spacing: 8
+                spacing: Theme.spacing
 
                 PushButton {
                     text: Texts.text("Activity…")

@@ -1,12 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Health
 
 // Whether backups really happen, by Time Machine's own records.
 FixedWindow {
     id: window
 
-    required property var model
-    readonly property var content: model.content
+    required property HealthViewModel model
 
     width: 560
     height: 520
@@ -21,18 +21,18 @@ FixedWindow {
         width: parent.width
         inset: 18
         verticalInset: 14
-        spacing: 10
+        spacing: Theme.wideSpacing
 
         WindowHeader {
             width: parent.width
-            symbol: window.content.symbol
-            tint: [Theme.green, Theme.orange, Theme.red][window.content.tint]
-            title: window.content.title
+            symbol: window.model.content.symbol
+            tint: Theme.tints[window.model.content.tint]
+            title: window.model.content.title
             subtitle: window.model.subtitle
         }
         Loader {
             width: parent.width
-            sourceComponent: window.content.loading ? loading : figures
+            sourceComponent: window.model.content.loading ? loading : figures
         }
     }
     HealthFooter {
@@ -59,7 +59,7 @@ FixedWindow {
         id: figures
 
         HealthFigures {
-            content: window.content
+            model: window.model
         }
     }
 }

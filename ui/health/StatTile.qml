@@ -7,7 +7,7 @@ Card {
 
     required property var tile
 
-    color: Theme.faded(Theme.primary, 0.04)
+    color: Theme.figureSurface
     border.width: 0
     spacing: 3
     Accessible.role: Accessible.StaticText
@@ -22,7 +22,7 @@ Card {
     Label {
         width: parent.width
         text: card.tile.value
-        font: Theme.weighted(Theme.title3, 600)
+        font: Theme.weighted(Theme.title3, Font.DemiBold)
         elide: Text.ElideRight
         Accessible.ignored: true
     }
@@ -45,7 +45,7 @@ Card {
             width: parent.width
             height: 4
             radius: 2
-            color: Theme.faded(Theme.primary, 0.08)
+            color: Theme.groove
 
             Rectangle {
                 width: parent.width * card.tile.fraction

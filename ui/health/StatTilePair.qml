@@ -1,4 +1,5 @@
 import QtQuick
+import Norvane.Kit
 
 // Two figures side by side, equally high.
 Row {
@@ -8,7 +9,7 @@ Row {
     required property var second
     readonly property real half: (width - spacing) / 2
 
-    spacing: 10
+    spacing: Theme.wideSpacing
 
     StatTile {
         id: left

@@ -5,12 +5,11 @@
 
 #include "ui/health/duration_chart.h"
 #include "ui/kit/view_values.h"
+#include "ui/texts/health_verdict.h"
 
 namespace norvane {
 
 namespace {
-
-using Tint = HealthContent::Tint;
 
 constexpr auto unknown = "—";
 
@@ -54,7 +53,8 @@ private:
         const std::string oldest =
             data_.oldestBackup ? fillIn(text("oldest %@"), {formats_.abbreviatedDate(*data_.oldestBackup)})
                                : "";
-        return {label("Backups stored"), QString::number(data_.backupCount), viewText(oldest), {}, {}};
+        return {
+            label("Backups stored"), viewText(fillIn("%d", {data_.backupCount})), viewText(oldest), {}, {}};
     }
 
     StatTile typical() const {
@@ -95,7 +95,7 @@ private:
         QVariantList minuteMarks;
         for (const double minutes : chart.minuteMarks)
             minuteMarks.append(
-                QVariantMap{{"position", height(minutes)}, {"label", QString::number(minutes)}});
+                QVariantMap{{"position", height(minutes)}, {"label", viewText(fillIn("%.0f", {minutes}))}});
         return {{"bars", bars},
                 {"dateMarks", dateMarks},
                 {"minuteMarks", minuteMarks},
@@ -134,22 +134,7 @@ private:
 
 HealthContent healthContent(const ControllerState& state, const Calendar& calendar, const Formats& formats,
                             const Translator& texts) {
-    struct Verdict {
-        const char* symbol;
-        Tint tint;
-        const char* title;
-    };
-    const auto verdict = [&state]() -> Verdict {
-        switch (state.health) {
-        case BackupHealth::ok:
-            return {"checkmark.shield.fill", Tint::green, "Backups are healthy"};
-        case BackupHealth::stale:
-            return {"exclamationmark.shield.fill", Tint::orange, "Backups need attention"};
-        case BackupHealth::critical:
-            break;
-        }
-        return {"xmark.shield.fill", Tint::red, "Backups are failing"};
-    }();
+    const HealthVerdict verdict = healthVerdict(state.health);
     HealthContent content;
     content.symbol = verdict.symbol;
     content.tint = verdict.tint;

@@ -5,17 +5,20 @@
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
+#include <QtQmlIntegration>
 
 #include "controller/controller_state.h"
 #include "platform/formats.h"
 #include "platform/translator.h"
 #include "scheduler_core/calendar.h"
+#include "ui/kit/theme.h"
 
 namespace norvane {
 
 /// One figure. An empty detail is not shown.
 struct StatTile {
     Q_GADGET
+    QML_ANONYMOUS
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString value MEMBER value)
     Q_PROPERTY(QString detail MEMBER detail)
@@ -41,8 +44,9 @@ public:
 /// All but the text that changes with the time.
 struct HealthContent {
     Q_GADGET
+    QML_ANONYMOUS
     Q_PROPERTY(QString symbol MEMBER symbol)
-    Q_PROPERTY(Tint tint MEMBER tint)
+    Q_PROPERTY(norvane::Theme::Tint tint MEMBER tint)
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(bool loading MEMBER loading)
     Q_PROPERTY(QVariantList tiles MEMBER tiles)
@@ -51,9 +55,6 @@ struct HealthContent {
     Q_PROPERTY(QString coffee MEMBER coffee)
 
 public:
-    enum class Tint { green, orange, red };
-    Q_ENUM(Tint)
-
     QString symbol;
     Tint tint = Tint::green;
     QString title;

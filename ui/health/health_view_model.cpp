@@ -11,22 +11,14 @@ HealthViewModel::~HealthViewModel() = default;
 
 void HealthViewModel::opened() {
     ticker_ = services_.timers.repeating(1, 0, [this] { tick(); });
-    subscription_ = services_.controller.subscribe([this] { showSoon(); });
+    subscription_ = services_.controller.subscribe([this] { soon_.scheduleSoon([this] { show(); }); });
     show();
 }
 
 void HealthViewModel::closed() {
     subscription_.reset();
     ticker_.reset();
-    soon_.reset();
-}
-
-void HealthViewModel::showSoon() {
-    if (!soon_)
-        soon_ = services_.timers.once(0, 0, [this] {
-            const auto finished = std::move(soon_);
-            show();
-        });
+    soon_.cancel();
 }
 
 void HealthViewModel::show() {

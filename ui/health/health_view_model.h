@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 #include "controller/backup_controller.h"
 #include "platform/workspace.h"
 #include "ui/health/health_content.h"
+#include "ui/kit/debouncer.h"
 
 namespace norvane {
 
@@ -33,6 +35,8 @@ struct HealthActions {
 /// Main thread only.
 class HealthViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(norvane::HealthContent content READ content NOTIFY contentChanged)
     /// Apart from the rest, because it changes with the time.
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged)
@@ -58,7 +62,6 @@ Q_SIGNALS:
     void subtitleChanged();
 
 private:
-    void showSoon();
     void show();
     void tick();
 
@@ -66,8 +69,8 @@ private:
     const HealthActions actions_;
     HealthContent content_;
     QString subtitle_;
-    std::unique_ptr<Timer> ticker_; // runs while the window is open
-    std::unique_ptr<Timer> soon_;   // once for any number of changes in a row
+    std::unique_ptr<Timer> ticker_;    // runs while the window is open
+    Debouncer soon_{services_.timers}; // of the controller's changes
     std::unique_ptr<BackupController::Subscription> subscription_;
 };
 

@@ -22,6 +22,14 @@ public:
         });
     }
 
+    /// Runs `action` when what is going on now is done, once for any number of requests until then.
+    void scheduleSoon(std::function<void()> action) {
+        if (!pending())
+            scheduleAfter(0, std::move(action));
+    }
+
+    void cancel() { task_.reset(); }
+
     [[nodiscard]] bool pending() const { return task_ != nullptr; }
 
 private:

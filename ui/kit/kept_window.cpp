@@ -4,8 +4,9 @@
 
 namespace norvane {
 
-KeptWindow::KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance)
-    : engine_(engine), view_(std::move(view)), model_(std::move(model)), appearance_(std::move(appearance)) {}
+KeptWindow::KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance, Place place)
+    : engine_(engine), view_(std::move(view)), model_(std::move(model)), appearance_(std::move(appearance)),
+      place_(place) {}
 
 void KeptWindow::open() {
     if (!window_)
@@ -21,7 +22,8 @@ void KeptWindow::make() {
         return;
     QObject::connect(window_.get(), &QWindow::visibleChanged, window_.get(),
                      [this](bool visible) { visible ? appearance_.opened() : appearance_.closed(); });
-    placeInTheMiddle(*window_);
+    if (place_ == Place::inTheMiddle)
+        placeInTheMiddle(*window_);
 }
 
 } // namespace norvane

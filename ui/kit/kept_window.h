@@ -1,5 +1,4 @@
-// A window over one model: made in the middle of the screen when it is first shown, hidden when it is closed,
-// and kept.
+// A window over one model: made when it is first shown, hidden when it is closed, and kept.
 #pragma once
 
 #include <QObject>
@@ -19,11 +18,16 @@ public:
         std::function<void()> closed;
     };
 
+    /// Where it first appears, where the desktop lets programs choose.
+    enum class Place { inTheMiddle, byTheDesktop };
+
     /// `view`: see UiEngine; it has a property "model". The model must outlive the window.
-    KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance);
+    KeptWindow(UiEngine& engine, QString view, QVariant model, Appearance appearance,
+               Place place = Place::inTheMiddle);
 
     /// Shows it, in front of others.
     void open();
+    [[nodiscard]] bool made() const { return window_ != nullptr; }
 
 private:
     void make();
@@ -32,6 +36,7 @@ private:
     const QString view_;
     const QVariant model_;
     const Appearance appearance_;
+    const Place place_;
     std::unique_ptr<QQuickWindow> window_;
 };
 

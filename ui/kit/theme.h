@@ -35,6 +35,19 @@ class Theme : public QObject {
     Q_PROPERTY(QColor orange READ orange NOTIFY changed)
     Q_PROPERTY(QColor yellow READ yellow NOTIFY changed)
     Q_PROPERTY(QColor green READ green NOTIFY changed)
+    Q_PROPERTY(QList<QColor> tints READ tints NOTIFY changed) ///< By Tint.
+    // Surfaces and edges.
+    Q_PROPERTY(QColor barSurface READ barSurface NOTIFY changed)       ///< Along an edge of a window.
+    Q_PROPERTY(QColor figureSurface READ figureSurface NOTIFY changed) ///< Around something to look at.
+    Q_PROPERTY(QColor cardSurface READ cardSurface NOTIFY changed)
+    Q_PROPERTY(QColor cardEdge READ cardEdge NOTIFY changed)
+    Q_PROPERTY(QColor groove READ groove NOTIFY changed) ///< What is not filled, or not chosen.
+    Q_PROPERTY(QColor separator READ separator NOTIFY changed)
+    Q_PROPERTY(QColor controlEdge READ controlEdge NOTIFY changed)
+    Q_PROPERTY(QColor floatingEdge READ floatingEdge NOTIFY changed) ///< Of menus and sheets.
+    Q_PROPERTY(QColor ring READ ring NOTIFY changed)                 ///< Around what has the keyboard.
+    Q_PROPERTY(qreal pressedOpacity READ pressedOpacity CONSTANT)
+    Q_PROPERTY(qreal disabledOpacity READ disabledOpacity CONSTANT)
     // Text styles, in the sizes and weights of a Mac's (Human Interface Guidelines, macOS built-in text
     // styles).
     Q_PROPERTY(QFont largeTitle READ largeTitle CONSTANT)
@@ -49,11 +62,25 @@ class Theme : public QObject {
     Q_PROPERTY(QFont caption READ caption CONSTANT)
     Q_PROPERTY(QFont caption2 READ caption2 CONSTANT)
     // Measures.
-    Q_PROPERTY(qreal cornerRadius READ cornerRadius CONSTANT)
+    Q_PROPERTY(qreal cornerRadius READ cornerRadius CONSTANT) ///< Of a card.
+    Q_PROPERTY(qreal sheetRadius READ sheetRadius CONSTANT)
+    Q_PROPERTY(qreal floatingRadius READ floatingRadius CONSTANT) ///< Of menus.
+    Q_PROPERTY(qreal controlRadius READ controlRadius CONSTANT)
+    Q_PROPERTY(qreal smallRadius READ smallRadius CONSTANT) ///< Of small controls and tips.
+    Q_PROPERTY(qreal itemRadius READ itemRadius CONSTANT)   ///< Of what stands in a menu or a field.
+    Q_PROPERTY(qreal tightSpacing READ tightSpacing CONSTANT)
+    Q_PROPERTY(qreal closeSpacing READ closeSpacing CONSTANT)
+    Q_PROPERTY(qreal spacing READ spacing CONSTANT)
+    Q_PROPERTY(qreal wideSpacing READ wideSpacing CONSTANT)
+    Q_PROPERTY(qreal rowInset READ rowInset CONSTANT) ///< Beside what stands in the row of a form.
     Q_PROPERTY(qreal controlHeight READ controlHeight CONSTANT)
     Q_PROPERTY(qreal smallControlHeight READ smallControlHeight CONSTANT)
 
 public:
+    /// A colour that says something of what is in it.
+    enum class Tint { accent, red, orange, yellow, secondary, green };
+    Q_ENUM(Tint)
+
     Theme(bool dark, const QColor& accent) : dark_(dark), accent_(accent) {}
 
     /// For views: the one that their engine was given.
@@ -93,6 +120,22 @@ public:
     }
     [[nodiscard]] QColor green() const { return dark_ ? QColor(0x30, 0xd1, 0x58) : QColor(0x20, 0x9a, 0x44); }
 
+    [[nodiscard]] QList<QColor> tints() const {
+        return {accent(), red(), orange(), yellow(), secondary(), green()};
+    }
+
+    [[nodiscard]] QColor barSurface() const { return faded(primary(), 0.03); }
+    [[nodiscard]] QColor figureSurface() const { return faded(primary(), 0.04); }
+    [[nodiscard]] QColor cardSurface() const { return faded(primary(), 0.05); }
+    [[nodiscard]] QColor cardEdge() const { return faded(primary(), 0.07); }
+    [[nodiscard]] QColor groove() const { return faded(primary(), 0.08); }
+    [[nodiscard]] QColor separator() const { return faded(primary(), 0.08); }
+    [[nodiscard]] QColor controlEdge() const { return faded(primary(), 0.14); }
+    [[nodiscard]] QColor floatingEdge() const { return faded(primary(), 0.16); }
+    [[nodiscard]] QColor ring() const { return faded(accent(), 0.7); }
+    [[nodiscard]] qreal pressedOpacity() const { return 0.6; }
+    [[nodiscard]] qreal disabledOpacity() const { return 0.45; }
+
     [[nodiscard]] QFont largeTitle() const { return font(26, QFont::Normal); }
     [[nodiscard]] QFont title() const { return font(22, QFont::Normal); }
     [[nodiscard]] QFont title2() const { return font(17, QFont::Normal); }
@@ -106,6 +149,16 @@ public:
     [[nodiscard]] QFont caption2() const { return font(10, QFont::Medium); }
 
     [[nodiscard]] qreal cornerRadius() const { return 8; }
+    [[nodiscard]] qreal sheetRadius() const { return 10; }
+    [[nodiscard]] qreal floatingRadius() const { return 7; }
+    [[nodiscard]] qreal controlRadius() const { return 6; }
+    [[nodiscard]] qreal smallRadius() const { return 5; }
+    [[nodiscard]] qreal itemRadius() const { return 4; }
+    [[nodiscard]] qreal tightSpacing() const { return 4; }
+    [[nodiscard]] qreal closeSpacing() const { return 6; }
+    [[nodiscard]] qreal spacing() const { return 8; }
+    [[nodiscard]] qreal wideSpacing() const { return 10; }
+    [[nodiscard]] qreal rowInset() const { return 12; }
     [[nodiscard]] qreal controlHeight() const { return 28; }
     [[nodiscard]] qreal smallControlHeight() const { return 20; }
 
@@ -124,5 +177,7 @@ private:
     bool dark_;
     QColor accent_;
 };
+
+using Tint = Theme::Tint;
 
 } // namespace norvane

@@ -13,8 +13,8 @@ namespace norvane {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-// Views know 64-bit integers by Qt's name alone.
-[[nodiscard]] inline QVariant viewValue(std::int64_t value) { return QVariant::fromValue(qint64{value}); }
+// Views have one kind of numbers.
+[[nodiscard]] inline QVariant viewValue(std::int64_t value) { return static_cast<double>(value); }
 [[nodiscard]] inline QVariant viewValue(double value) { return value; }
 
 /// What a picker offers: maps with "label" and "value".

@@ -1,20 +1,20 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.LocalSnapshots
 
 // The restore points on the startup disk, and a way to delete them.
 FixedWindow {
     id: window
 
-    required property var model
-    readonly property var content: model.content
-    readonly property bool busy: content.busy
+    required property LocalSnapshotsViewModel model
+    readonly property bool busy: model.content.busy
     property int asked: -1 // the row that the last question was about; none: about all
 
     width: 420
     height: 480
     title: Texts.text("Local Snapshots")
     scrolled: sheet.covering ? null : body.item?.scrolled ?? null
-    onBusyChanged: if (!busy) Qt.callLater(goOn)
+    onBusyChanged: if (!busy) Qt.callLater(goOn) // qmllint disable type
 
     // The keyboard was on a button that is deleted now, or could not be used meanwhile.
     function goOn() {
@@ -40,7 +40,7 @@ FixedWindow {
             symbolSize: 18
             tint: Theme.brand
             title: Texts.text("Local Snapshots")
-            subtitle: window.content.subtitle
+            subtitle: window.model.content.subtitle
         }
         Loader {
             id: body
@@ -50,19 +50,19 @@ FixedWindow {
             anchors.bottom: footer.top
             anchors.bottomMargin: 12
             width: parent.width
-            sourceComponent: [loading, empty, list][window.content.body]
+            sourceComponent: window.model.content.loading ? loading : window.model.content.empty ? empty : list
         }
         Column {
             id: footer
 
             anchors.bottom: parent.bottom
             width: parent.width
-            spacing: 10
+            spacing: Theme.wideSpacing
 
             Label {
                 width: parent.width
                 visible: text !== ""
-                text: window.content.error
+                text: window.model.content.error
                 font: Theme.callout
                 color: Theme.red
                 wrapMode: Text.Wrap
@@ -77,7 +77,7 @@ FixedWindow {
 
                     anchors.left: parent.left
                     anchors.right: spinner.left
-                    anchors.rightMargin: 8
+                    anchors.rightMargin: Theme.spacing
                     anchors.verticalCenter: parent.verticalCenter
                     text: Texts.text("Deleting local snapshots only frees space on this Mac's startup disk — nothing on the backup drive is touched.")
                     font: Theme.caption2
@@ -88,9 +88,9 @@ FixedWindow {
                     id: spinner
 
                     anchors.right: deleteAll.left
-                    anchors.rightMargin: 8
+                    anchors.rightMargin: Theme.spacing
                     anchors.verticalCenter: parent.verticalCenter
-                    visible: window.content.busy
+                    visible: window.model.content.busy
                     size: 16
                 }
                 PushButton {
@@ -98,7 +98,7 @@ FixedWindow {
 
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
-                    enabled: window.content.canDeleteAll
+                    enabled: window.model.content.canDeleteAll
                     ink: Theme.red
                     text: Texts.text("Delete All…")
                     onClicked: {
@@ -136,7 +136,7 @@ FixedWindow {
         Item {
             Column {
                 anchors.centerIn: parent
-                spacing: 10
+                spacing: Theme.wideSpacing
 
                 Symbol {
                     anchors.horizontalCenter: parent.horizontalCenter
@@ -161,7 +161,7 @@ FixedWindow {
             SectionCaption {
                 id: caption
 
-                text: window.content.caption
+                text: window.model.content.caption
             }
             Form {
                 id: form
@@ -183,11 +183,13 @@ FixedWindow {
                     model: window.model.rows
 
                     SnapshotRow {
+                        id: snapshot
+
                         width: parent.width
-                        busy: window.content.busy
+                        busy: window.model.content.busy
                         onDeleteAsked: {
-                            window.asked = index
-                            window.model.askToDelete(token)
+                            window.asked = snapshot.index
+                            window.model.askToDelete(snapshot.token)
                         }
                     }
                 }

@@ -64,7 +64,7 @@ Item {
         anchors.right: trash.left
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 4
+        spacing: Theme.tightSpacing
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
@@ -94,7 +94,7 @@ Item {
         anchors.rightMargin: -8 // its symbol ends where the row does
         anchors.verticalCenter: parent.verticalCenter
         enabled: !row.busy
-        opacity: enabled ? 1 : 0.45
+        opacity: enabled ? 1 : Theme.disabledOpacity
         symbol: "trash"
         label: row.deleteLabel
         tooltip: Texts.text("Delete this snapshot")

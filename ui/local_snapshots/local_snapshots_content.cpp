@@ -60,10 +60,10 @@ Coverage coverageOf(const LocalSnapshotsState& state, const std::string& token) 
 }
 
 LocalSnapshotsContent localSnapshotsContent(const LocalSnapshotsState& state, const Translator& texts) {
-    using enum LocalSnapshotsContent::Body;
     LocalSnapshotsContent content;
     content.subtitle = viewText(subtitle(state, texts));
-    content.body = state.loading ? loading : state.snapshots.empty() ? empty : list;
+    content.loading = state.loading;
+    content.empty = !state.loading && state.snapshots.empty();
     content.caption = viewText(fillIn(texts.translate("%d SNAPSHOTS"), {countOf(state)}));
     content.error = viewText(state.errorMessage.value_or(""));
     content.busy = state.busy;

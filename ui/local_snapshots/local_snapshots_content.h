@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
+#include <QtQmlIntegration>
 
 #include "platform/formats.h"
 #include "timemachine/local_snapshots_model.h"
@@ -14,19 +15,19 @@ namespace norvane {
 /// All but the rows. An empty text means: nothing to show there.
 struct LocalSnapshotsContent {
     Q_GADGET
+    QML_ANONYMOUS
     Q_PROPERTY(QString subtitle MEMBER subtitle)
-    Q_PROPERTY(Body body MEMBER body)
+    Q_PROPERTY(bool loading MEMBER loading)
+    Q_PROPERTY(bool empty MEMBER empty)
     Q_PROPERTY(QString caption MEMBER caption)
     Q_PROPERTY(QString error MEMBER error)
     Q_PROPERTY(bool busy MEMBER busy)
     Q_PROPERTY(bool canDeleteAll MEMBER canDeleteAll)
 
 public:
-    enum class Body { loading, empty, list };
-    Q_ENUM(Body)
-
     QString subtitle;
-    Body body = Body::loading;
+    bool loading = true; ///< What there is, is not known yet.
+    bool empty = false;  ///< There are none.
     QString caption;
     QString error;
     bool busy = false; ///< Nothing can be deleted now.
@@ -46,6 +47,7 @@ struct PendingDeletion {
 /// An empty title: nothing is asked.
 struct DeletionQuestion {
     Q_GADGET
+    QML_ANONYMOUS
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString message MEMBER message)
     Q_PROPERTY(QString answer MEMBER answer)

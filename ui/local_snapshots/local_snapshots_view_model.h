@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <memory>
 #include <optional>
 
@@ -22,8 +23,10 @@ struct LocalSnapshotsViewServices {
 /// Main thread only.
 class LocalSnapshotsViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(norvane::LocalSnapshotsContent content READ content NOTIFY contentChanged)
-    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT) ///< See localSnapshotRows.
+    Q_PROPERTY(QObject* rows READ rows CONSTANT) ///< See localSnapshotRows.
     Q_PROPERTY(norvane::DeletionQuestion question READ question NOTIFY questionChanged)
 
 public:

@@ -1,16 +1,16 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Onboarding
 
 // Time Machine's own schedule, which only the user can turn off.
 OnboardingStep {
     id: step
 
-    required property var model
-    readonly property var content: model.content
+    required property OnboardingViewModel model
 
     title: Texts.text("Turn off Apple's automatic schedule")
     gap: 10
-    spacing: 10
+    spacing: Theme.wideSpacing
 
     OnboardingText {
         font: Theme.callout
@@ -22,8 +22,8 @@ OnboardingStep {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            name: step.content.statusSymbol
-            color: step.content.automaticOff ? Theme.green : Theme.orange
+            name: step.model.content.statusSymbol
+            color: step.model.content.automaticOff ? Theme.green : Theme.orange
             size: 18
         }
         Label {
@@ -32,15 +32,15 @@ OnboardingStep {
             x: 26
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - x
-            text: step.content.status
-            font: Theme.weighted(Theme.body, 500)
-            color: step.content.automaticOff ? Theme.green : Theme.orange
+            text: step.model.content.status
+            font: Theme.weighted(Theme.body, Font.Medium)
+            color: step.model.content.automaticOff ? Theme.green : Theme.orange
             wrapMode: Text.Wrap
         }
     }
     Label {
         width: parent.width
-        text: step.content.destination
+        text: step.model.content.destination
         font: Theme.callout
         color: Theme.secondary
         wrapMode: Text.Wrap
@@ -50,17 +50,17 @@ OnboardingStep {
     Card {
         width: parent.width
         padding: 12
-        spacing: 6
+        spacing: Theme.closeSpacing
 
         Label {
-            text: step.content.instructionsCaption
-            font: Theme.weighted(Theme.caption2, 600)
+            text: step.model.content.instructionsCaption
+            font: Theme.weighted(Theme.caption2, Font.DemiBold)
             color: Theme.secondary
         }
         Label {
             bottomPadding: 2
             text: Texts.text("System Settings  ›  General  ›  Time Machine")
-            font: Theme.weighted(Theme.callout, 600)
+            font: Theme.weighted(Theme.callout, Font.DemiBold)
         }
         Repeater {
             model: step.model.instructions

@@ -1,17 +1,18 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Onboarding
 
 OnboardingStep {
     id: step
 
-    required property var model
+    required property OnboardingViewModel model
 
     title: Texts.text("Stay covered")
     spacing: 16
 
     Column {
         width: parent.width
-        spacing: 6
+        spacing: Theme.closeSpacing
 
         Card {
             width: parent.width
@@ -54,7 +55,7 @@ OnboardingStep {
             Row {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: step.model.alertsRequested
-                spacing: 6
+                spacing: Theme.closeSpacing
 
                 Symbol {
                     name: "checkmark.circle.fill"

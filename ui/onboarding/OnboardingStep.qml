@@ -28,7 +28,7 @@ Item {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: step.title
-        font: Theme.weighted(Theme.title, 600)
+        font: Theme.weighted(Theme.title, Font.DemiBold)
         wrapMode: Text.Wrap
         Accessible.role: Accessible.Heading
     }

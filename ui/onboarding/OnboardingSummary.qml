@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Onboarding
 
 OnboardingStep {
     id: step
 
-    required property var content
+    required property OnboardingViewModel model
 
     symbol: "checkmark"
     tint: Theme.green
@@ -14,12 +15,12 @@ OnboardingStep {
 
     OnboardingBullet {
         symbol: "calendar.badge.clock"
-        text: step.content.schedule
+        text: step.model.content.schedule
     }
     OnboardingBullet {
-        symbol: step.content.controlSymbol
-        text: step.content.control
-        tint: step.content.automaticOff ? Theme.accent : Theme.orange
+        symbol: step.model.content.controlSymbol
+        text: step.model.content.control
+        tint: step.model.content.automaticOff ? Theme.accent : Theme.orange
     }
     OnboardingBullet {
         symbol: "menubar.arrow.up.rectangle"

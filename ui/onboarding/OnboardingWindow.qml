@@ -1,11 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Onboarding
 
 // Four steps, and below them the way on. Without a title of its own the desktop shows the program's name.
 FixedWindow {
     id: window
 
-    required property var model
+    required property OnboardingViewModel model
 
     width: 500
     height: 540
@@ -32,7 +33,18 @@ FixedWindow {
         y: 14
         width: parent.width - 2 * x
         height: bar.y - y - 8
-        sourceComponent: [welcome, automatic, cover, summary][window.model.step]
+        sourceComponent: {
+            switch (window.model.step) {
+            case OnboardingViewModel.Welcome:
+                return welcome
+            case OnboardingViewModel.Automatic:
+                return automatic
+            case OnboardingViewModel.Cover:
+                return cover
+            default:
+                return summary
+            }
+        }
     }
     Item {
         id: bar
@@ -58,12 +70,14 @@ FixedWindow {
                 model: window.model.steps
 
                 Rectangle {
+                    id: dot
+
                     required property int index
 
                     width: 6
                     height: 6
                     radius: 3
-                    color: index === window.model.step ? Theme.accent : Theme.faded(Theme.primary, 0.15)
+                    color: dot.index === window.model.step ? Theme.accent : Theme.faded(Theme.primary, 0.15)
                 }
             }
         }
@@ -102,7 +116,7 @@ FixedWindow {
         id: summary
 
         OnboardingSummary {
-            content: window.model.content
+            model: window.model
         }
     }
 }

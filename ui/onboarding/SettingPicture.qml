@@ -16,9 +16,9 @@ Column {
     Rectangle {
         width: parent.width
         height: 34
-        radius: 6
-        color: Theme.faded(Theme.primary, 0.04)
-        border.color: Theme.faded(Theme.primary, 0.08)
+        radius: Theme.controlRadius
+        color: Theme.figureSurface
+        border.color: Theme.separator
 
         Label {
             x: 10
@@ -28,13 +28,13 @@ Column {
         }
         Rectangle {
             anchors.right: parent.right
-            anchors.rightMargin: 8
+            anchors.rightMargin: Theme.spacing
             anchors.verticalCenter: parent.verticalCenter
             width: value.width + 40
             height: 22
-            radius: 5
+            radius: Theme.smallRadius
             color: Theme.control
-            border.color: Theme.faded(Theme.primary, 0.14)
+            border.color: Theme.controlEdge
 
             Label {
                 id: value

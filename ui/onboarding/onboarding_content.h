@@ -4,6 +4,7 @@
 #include <QMetaType>
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration>
 #include <string_view>
 
 #include "controller/controller_state.h"
@@ -13,6 +14,7 @@ namespace norvane {
 
 struct OnboardingContent {
     Q_GADGET
+    QML_ANONYMOUS
     // Time Machine's automatic schedule.
     Q_PROPERTY(bool automaticOff MEMBER automaticOff)
     Q_PROPERTY(QString statusSymbol MEMBER statusSymbol)

@@ -9,7 +9,6 @@ namespace norvane {
 namespace {
 
 constexpr double pollSeconds = 2;
-constexpr int automaticScheduleStep = 1;
 
 } // namespace
 
@@ -22,25 +21,19 @@ OnboardingViewModel::~OnboardingViewModel() = default;
 
 void OnboardingViewModel::opened() {
     pollTimer_ = services_.timers.repeating(pollSeconds, 0, [this] {
-        if (step_ == automaticScheduleStep)
+        if (step_ == Automatic)
             poll();
     });
-    subscription_ = services_.controller.subscribe([this] {
-        if (!soon_)
-            soon_ = services_.timers.once(0, 0, [this] {
-                const auto finished = std::move(soon_);
-                refresh();
-            });
-    });
+    subscription_ = services_.controller.subscribe([this] { soon_.scheduleSoon([this] { refresh(); }); });
     refresh();
 }
 
 void OnboardingViewModel::closed() {
     pollTimer_.reset();
     subscription_.reset();
-    soon_.reset();
+    soon_.cancel();
     if (std::exchange(done_, false))
-        goTo(0);
+        goTo(Welcome);
 }
 
 QString OnboardingViewModel::position() const {
@@ -71,12 +64,12 @@ void OnboardingViewModel::setLaunchAtLogin(bool launch) {
 
 void OnboardingViewModel::back() {
     if (hasPrevious())
-        goTo(step_ - 1);
+        goTo(static_cast<Step>(step_ - 1));
 }
 
 void OnboardingViewModel::forward() {
     if (!isLast())
-        return goTo(step_ + 1);
+        return goTo(static_cast<Step>(step_ + 1));
     store_.setOnboardingDone(true);
     done_ = true;
     Q_EMIT finished();
@@ -88,7 +81,7 @@ void OnboardingViewModel::enableAlerts() {
     Q_EMIT coverChanged();
 }
 
-void OnboardingViewModel::goTo(int step) {
+void OnboardingViewModel::goTo(Step step) {
     step_ = step;
     Q_EMIT stepChanged();
 }

@@ -3,10 +3,12 @@
 
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration>
 #include <memory>
 
 #include "controller/backup_controller.h"
 #include "platform/login_item.h"
+#include "ui/kit/debouncer.h"
 #include "ui/onboarding/onboarding_content.h"
 
 namespace norvane {
@@ -25,7 +27,9 @@ struct OnboardingServices {
 /// Main thread only.
 class OnboardingViewModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(int step READ step NOTIFY stepChanged) ///< From 0.
+    QML_ELEMENT
+    QML_UNCREATABLE("")
+    Q_PROPERTY(Step step READ step NOTIFY stepChanged)
     Q_PROPERTY(int steps READ steps CONSTANT)
     Q_PROPERTY(QString position READ position NOTIFY stepChanged) ///< "Step 1 of 4".
     Q_PROPERTY(bool hasPrevious READ hasPrevious NOTIFY stepChanged)
@@ -37,6 +41,9 @@ class OnboardingViewModel : public QObject {
     Q_PROPERTY(bool alertsRequested READ alertsRequested NOTIFY coverChanged)
 
 public:
+    enum Step { Welcome, Automatic, Cover, Summary };
+    Q_ENUM(Step)
+
     explicit OnboardingViewModel(const OnboardingServices& services);
     ~OnboardingViewModel() override;
 
@@ -46,11 +53,11 @@ public:
     /// A guide that was finished begins anew the next time; another one goes on where it was.
     void closed();
 
-    [[nodiscard]] int step() const { return step_; }
-    [[nodiscard]] static int steps() { return 4; }
+    [[nodiscard]] Step step() const { return step_; }
+    [[nodiscard]] static int steps() { return Summary + 1; }
     [[nodiscard]] QString position() const;
-    [[nodiscard]] bool hasPrevious() const { return step_ > 0; }
-    [[nodiscard]] bool isLast() const { return step_ == steps() - 1; }
+    [[nodiscard]] bool hasPrevious() const { return step_ > Welcome; }
+    [[nodiscard]] bool isLast() const { return step_ == Summary; }
     [[nodiscard]] const OnboardingContent& content() const { return content_; }
     [[nodiscard]] QVariantList instructions() const;
     [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }
@@ -70,19 +77,19 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void goTo(int step);
+    void goTo(Step step);
     void poll();
     void refresh();
 
     const OnboardingServices services_;
     SettingsStore store_;
-    int step_ = 0;
+    Step step_ = Welcome;
     bool done_ = false; // finished since the window was opened
     OnboardingContent content_;
     bool launchAtLogin_;
     bool alertsRequested_ = false;
     std::unique_ptr<Timer> pollTimer_; // runs while the window is shown
-    std::unique_ptr<Timer> soon_;      // once for any number of changes in a row
+    Debouncer soon_{services_.timers}; // of the controller's changes
     std::unique_ptr<BackupController::Subscription> subscription_;
 };
 

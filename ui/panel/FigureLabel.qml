@@ -19,9 +19,11 @@ Row {
         model: line.text.length
 
         Label {
+            id: character
+
             required property int index
 
-            text: line.text.charAt(index)
+            text: line.text.charAt(character.index)
             width: /\d/.test(text) ? Math.ceil(digit.advanceWidth) : implicitWidth
             horizontalAlignment: Text.AlignHCenter
             font: line.font

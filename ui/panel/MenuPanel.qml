@@ -1,12 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 // The panel: state, next backup, warnings and actions at a glance.
 Rectangle {
     id: panel
 
-    required property var model
-    readonly property var content: model.content
+    required property PanelViewModel model
 
     implicitWidth: 320
     implicitHeight: column.implicitHeight + 2 * column.y
@@ -25,7 +25,7 @@ Rectangle {
         Label {
             text: Texts.text("NORVANE")
             font: {
-                let font = Theme.weighted(Theme.caption2, 600)
+                let font = Theme.weighted(Theme.caption2, Font.DemiBold)
                 font.letterSpacing = 1.4
                 return font
             }
@@ -52,12 +52,12 @@ Rectangle {
 
             PanelHeader {
                 width: parent.width
-                content: panel.content
+                model: panel.model
             }
             PanelProgress {
                 width: parent.width
-                visible: panel.content.running
-                content: panel.content
+                visible: panel.model.content.running
+                model: panel.model
                 onStopped: panel.model.stop()
             }
             PanelNotices {
@@ -66,7 +66,7 @@ Rectangle {
             }
             PanelFacts {
                 width: parent.width
-                content: panel.content
+                model: panel.model
             }
             PanelActions {
                 width: parent.width

@@ -14,13 +14,12 @@ BaseButton {
         readAloud: false
         symbol: button.symbol
         text: button.text
-        opacity: button.down ? 0.6 : 1
+        opacity: button.down ? Theme.pressedOpacity : 1
     }
     background: Item {
-        readonly property real radius: 3
-
         FocusRing {
-            control: button
+            inside: 3
+            shown: button.visualFocus
         }
         HoverHandler {
             cursorShape: Qt.PointingHandCursor

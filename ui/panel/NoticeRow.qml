@@ -36,6 +36,6 @@ Item {
 
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 6
+        spacing: Theme.closeSpacing
     }
 }

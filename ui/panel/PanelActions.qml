@@ -1,20 +1,20 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 Column {
     id: actions
 
-    required property var model
-    readonly property var content: model.content
+    required property PanelViewModel model
 
-    spacing: 8
+    spacing: Theme.spacing
 
     PushButton {
         width: parent.width
         prominent: true
-        enabled: !actions.content.running
-        symbol: actions.content.running ? "arrow.triangle.2.circlepath" : "arrow.clockwise"
-        text: actions.content.running ? Texts.text("Backup in Progress…") : Texts.text("Back Up Now")
+        enabled: !actions.model.content.running
+        symbol: actions.model.content.running ? "arrow.triangle.2.circlepath" : "arrow.clockwise"
+        text: actions.model.content.running ? Texts.text("Backup in Progress…") : Texts.text("Back Up Now")
         onClicked: actions.model.backUpNow()
     }
     Row {
@@ -23,11 +23,11 @@ Column {
         readonly property real half: (width - spacing) / 2
 
         width: parent.width
-        spacing: 8
+        spacing: Theme.spacing
 
         PushButton {
             width: pair.half
-            enabled: actions.content.canSkip
+            enabled: actions.model.content.canSkip
             text: Texts.text("Skip Next")
             onClicked: actions.model.skipNext()
         }
@@ -35,7 +35,7 @@ Column {
             id: resume
 
             width: pair.half
-            visible: actions.content.paused
+            visible: actions.model.content.paused
             // The keyboard stays where it was, on the other of the two.
             onVisibleChanged: if (!visible && activeFocus) pause.forceActiveFocus(Qt.TabFocusReason)
             text: Texts.text("Resume")
@@ -45,9 +45,9 @@ Column {
             id: pause
 
             width: pair.half
-            visible: !actions.content.paused
+            visible: !actions.model.content.paused
             onVisibleChanged: if (!visible && activeFocus) resume.forceActiveFocus(Qt.TabFocusReason)
-            enabled: !actions.content.running
+            enabled: !actions.model.content.running
             text: Texts.text("Pause")
             Accessible.role: Accessible.ButtonMenu
             onClicked: menu.popup(pause, 0, pause.height + 4)
@@ -59,7 +59,7 @@ Column {
                 name: "chevron.up.chevron.down"
                 color: Theme.secondary
                 size: 12
-                opacity: pause.enabled ? 1 : 0.45
+                opacity: pause.enabled ? 1 : Theme.disabledOpacity
             }
             PopupMenu {
                 id: menu

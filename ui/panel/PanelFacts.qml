@@ -1,26 +1,27 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 Card {
     id: card
 
-    required property var content
+    required property PanelViewModel model
 
     InfoRow {
         symbol: "calendar.badge.clock"
         label: Texts.text("Schedule")
-        value: card.content.schedule
+        value: card.model.content.schedule
     }
     InfoRow {
         visible: value !== ""
         symbol: "clock.arrow.circlepath"
         label: Texts.text("Last backup")
-        value: card.content.lastBackup
+        value: card.model.content.lastBackup
     }
     InfoRow {
         visible: value !== ""
         symbol: "externaldrive.badge.timemachine"
         label: Texts.text("Destination")
-        value: card.content.destination
+        value: card.model.content.destination
     }
 }

@@ -1,17 +1,18 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 Item {
     id: footer
 
-    required property var model
+    required property PanelViewModel model
 
     implicitHeight: buttons.implicitHeight
 
     ElidedLabel {
         anchors.left: parent.left
         anchors.right: buttons.left
-        anchors.rightMargin: 8
+        anchors.rightMargin: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
         text: footer.model.content.lastEvent
         font: Theme.caption2
@@ -22,7 +23,7 @@ Item {
 
         anchors.right: parent.right
         anchors.rightMargin: -6 // the last symbol ends where the cards do
-        spacing: 8
+        spacing: Theme.spacing
 
         IconButton {
             symbol: "waveform.path.ecg"

@@ -1,12 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 Item {
     id: header
 
-    required property var content
-    readonly property color tint: [Theme.accent, Theme.red, Theme.orange, Theme.yellow, Theme.secondary,
-        Theme.green][content.tint]
+    required property PanelViewModel model
+    readonly property color tint: Theme.tints[model.content.tint]
 
     implicitHeight: Math.max(circle.height, texts.implicitHeight)
 
@@ -14,7 +14,7 @@ Item {
         id: circle
 
         anchors.verticalCenter: parent.verticalCenter
-        symbol: header.content.symbol
+        symbol: header.model.content.symbol
         tint: header.tint
     }
     Column {
@@ -28,14 +28,14 @@ Item {
 
         Label {
             width: parent.width
-            text: header.content.title
-            font: Theme.weighted(Theme.title3, 600)
+            text: header.model.content.title
+            font: Theme.weighted(Theme.title3, Font.DemiBold)
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
         }
         Label {
             width: parent.width
-            text: header.content.subtitle
+            text: header.model.content.subtitle
             font: Theme.caption
             color: Theme.secondary
             wrapMode: Text.Wrap

@@ -1,24 +1,24 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 // What deserves attention, most urgent first.
 Column {
     id: notices
 
-    required property var model
-    readonly property var content: model.content
+    required property PanelViewModel model
 
     spacing: 12
 
     NoticeRow {
-        visible: notices.content.stalled
+        visible: notices.model.content.stalled
         symbol: "exclamationmark.triangle.fill"
         text: Texts.text("Backup appears stalled — no progress in a while")
     }
     NoticeRow {
-        visible: notices.content.willBackUpBy !== ""
+        visible: notices.model.content.willBackUpBy !== ""
         symbol: "hourglass"
-        text: notices.content.willBackUpBy
+        text: notices.model.content.willBackUpBy
 
         PlainButton {
             text: Texts.text("Dismiss")
@@ -28,24 +28,24 @@ Column {
         }
     }
     NoticeRow {
-        visible: notices.content.deferredFrom !== ""
+        visible: notices.model.content.deferredFrom !== ""
         symbol: "exclamationmark.triangle.fill"
-        text: notices.content.deferredFrom
+        text: notices.model.content.deferredFrom
     }
     NoticeRow {
-        visible: notices.content.skipArmed
+        visible: notices.model.content.skipArmed
         symbol: "forward.end.fill"
         text: Texts.text("Next occurrence will be skipped")
     }
     NoticeRow {
-        visible: notices.content.catchUpPending
+        visible: notices.model.content.catchUpPending
         symbol: "exclamationmark.arrow.circlepath"
         text: Texts.text("Catching up a backup that was missed")
     }
     NoticeRow {
-        visible: notices.content.runsBy !== ""
+        visible: notices.model.content.runsBy !== ""
         symbol: "arrow.right.to.line"
-        text: notices.content.runsBy
+        text: notices.model.content.runsBy
 
         PushButton {
             small: true
@@ -54,7 +54,7 @@ Column {
         }
     }
     NoticeRow {
-        visible: notices.content.crashed
+        visible: notices.model.content.crashed
         symbol: "ladybug.fill"
         text: Texts.text("Norvane crashed last time")
 
@@ -70,7 +70,7 @@ Column {
         }
     }
     NoticeButton {
-        visible: notices.content.autoBackupOn
+        visible: notices.model.content.autoBackupOn
         symbol: "exclamationmark.triangle.fill"
         text: Texts.text("Apple's automatic backups are also on — click to set Time Machine to Manually")
         onClicked: notices.model.openTimeMachineSettings()

@@ -1,19 +1,20 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 // The running backup.
 Card {
     id: card
 
-    required property var content
+    required property PanelViewModel model
 
     signal stopped
 
     ProgressLine {
         width: parent.width
-        value: card.content.progress
+        value: card.model.content.progress
         // What there is to read stands in the name: Qt tells no value of progress bars.
-        Accessible.name: card.content.progressText || card.content.title
+        Accessible.name: card.model.content.progressText || card.model.content.title
     }
     Item {
         width: parent.width
@@ -24,14 +25,14 @@ Card {
 
             anchors.left: parent.left
             anchors.right: stop.left
-            anchors.rightMargin: 8
+            anchors.rightMargin: Theme.spacing
             anchors.verticalCenter: parent.verticalCenter
             spacing: 1
 
             FigureLabel {
                 width: parent.width
                 visible: text !== ""
-                text: card.content.progressText
+                text: card.model.content.progressText
                 font: Theme.caption
                 color: Theme.secondary
                 clip: true
@@ -39,7 +40,7 @@ Card {
             Label {
                 width: parent.width
                 visible: text !== ""
-                text: card.content.timeLeft
+                text: card.model.content.timeLeft
                 font: Theme.caption2
                 color: Theme.tertiary
                 elide: Text.ElideRight

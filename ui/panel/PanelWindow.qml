@@ -1,12 +1,13 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Panel
 
 // The panel as a window: at the tray item it has no frame and goes when it is left; else it is a window like
 // any other.
 Window {
     id: window
 
-    required property var model
+    required property PanelViewModel model
     property bool attached: true
 
     signal left

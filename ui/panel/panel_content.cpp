@@ -5,14 +5,13 @@
 
 #include "platform/text/letter_case.h"
 #include "platform/text/utf8.h"
+#include "ui/texts/health_verdict.h"
 #include "ui/texts/schedule_summary.h"
 #include "ui/texts/status_line.h"
 
 namespace norvane {
 
 namespace {
-
-using Tint = PanelContent::Tint;
 
 /// Makes the texts of one moment.
 class Writer {
@@ -39,18 +38,11 @@ public:
 
 private:
     void writeHeader(PanelContent& content) const {
-        struct Header {
-            const char* symbol;
-            Tint tint;
-            const char* title;
-        };
-        const auto header = [this]() -> Header {
+        const auto header = [this]() -> HealthVerdict {
             if (state_.status.running)
                 return {"arrow.triangle.2.circlepath", Tint::accent, "Backing Up…"};
-            if (state_.health == BackupHealth::critical)
-                return {"xmark.shield.fill", Tint::red, "Backups are failing"};
-            if (state_.health == BackupHealth::stale)
-                return {"exclamationmark.shield.fill", Tint::orange, "Backups need attention"};
+            if (state_.health != BackupHealth::ok)
+                return healthVerdict(state_.health);
             if (state_.deferral)
                 return {"hourglass", Tint::orange, "Waiting"};
             if (state_.pausedUntil)

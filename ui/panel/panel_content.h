@@ -4,19 +4,22 @@
 #include <QMetaType>
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration>
 
 #include "controller/controller_state.h"
 #include "platform/formats.h"
 #include "platform/translator.h"
+#include "ui/kit/theme.h"
 
 namespace norvane {
 
 /// An empty text means: nothing to show there.
 struct PanelContent {
     Q_GADGET
+    QML_ANONYMOUS
     // The header.
     Q_PROPERTY(QString symbol MEMBER symbol)
-    Q_PROPERTY(Tint tint MEMBER tint)
+    Q_PROPERTY(norvane::Theme::Tint tint MEMBER tint)
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString subtitle MEMBER subtitle)
     // The running backup.
@@ -43,9 +46,6 @@ struct PanelContent {
     Q_PROPERTY(QString lastEvent MEMBER lastEvent)
 
 public:
-    enum class Tint { accent, red, orange, yellow, secondary, green };
-    Q_ENUM(Tint)
-
     QString symbol;
     Tint tint = Tint::secondary;
     QString title;

@@ -8,8 +8,6 @@
 namespace norvane {
 namespace {
 
-using Tint = PanelContent::Tint;
-
 const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{10};
 Instant hours(double count) { return plusSeconds(now, count * 3600); }
 
@@ -94,35 +92,6 @@ TEST(PanelContent, ProgressIsTheBestThatIsKnown) {
     EXPECT_EQ(contentOf(state).timeLeft, "");
     state.status.running = false;
     EXPECT_EQ(contentOf(state).progressText, "");
-}
-
-TEST(PanelContent, NoticesAndFacts) {
-    ControllerState state;
-    const PanelContent empty = contentOf(state);
-    EXPECT_EQ(empty.willBackUpBy + empty.deferredFrom + empty.runsBy + empty.lastBackup + empty.destination,
-              "");
-    EXPECT_FALSE(empty.stalled || empty.skipArmed || empty.catchUpPending || empty.crashed ||
-                 empty.autoBackupOn);
-    EXPECT_FALSE(empty.canSkip || empty.paused || empty.running);
-
-    state.deferral = DeferralInfo{{"a"}, now, hours(4), hours(0.1)};
-    state.deferredFrom = hours(2);
-    state.lastBackupDate = hours(-3);
-    state.destinationName = "Backup Disk";
-    state.pendingCrashReport = "/reports/Norvane-1.ips";
-    state.autoBackupOn = true;
-    state.nextFire = hours(1);
-    state.pausedUntil = hours(1);
-    const PanelContent full = contentOf(state);
-    EXPECT_EQ(full.willBackUpBy, "Will back up by T14:00 regardless");
-    EXPECT_EQ(full.runsBy, "Runs by T14:00 regardless");
-    EXPECT_EQ(full.deferredFrom, "Deferred from T12:00 by a blackout window");
-    EXPECT_EQ(full.lastBackup, "10800 s ago");
-    EXPECT_EQ(full.destination, "Backup Disk");
-    EXPECT_TRUE(full.crashed && full.autoBackupOn && full.canSkip && full.paused);
-
-    state.status.running = true;
-    EXPECT_FALSE(contentOf(state).canSkip);
 }
 
 TEST(PanelContent, QuittingIsExplained) {

@@ -6,11 +6,6 @@ namespace norvane {
 
 PanelViewModel::PanelViewModel(PanelServices services, PanelActions actions)
     : services_(services), actions_(std::move(actions)) {
-    constexpr int tickMilliseconds = 1000;
-    ticker_.setInterval(tickMilliseconds);
-    soon_.setSingleShot(true);
-    connect(&ticker_, &QTimer::timeout, this, &PanelViewModel::refresh);
-    connect(&soon_, &QTimer::timeout, this, &PanelViewModel::refresh);
     refresh();
 }
 
@@ -18,15 +13,15 @@ PanelViewModel::~PanelViewModel() = default;
 
 void PanelViewModel::opened() {
     cancelQuit();
-    subscription_ = services_.controller.subscribe([this] { soon_.start(0); });
-    ticker_.start();
+    subscription_ = services_.controller.subscribe([this] { soon_.scheduleSoon([this] { refresh(); }); });
+    ticker_ = services_.timers.repeating(1, 0, [this] { refresh(); });
     refresh();
 }
 
 void PanelViewModel::closed() {
     subscription_.reset();
-    ticker_.stop();
-    soon_.stop();
+    ticker_.reset();
+    soon_.cancel();
 }
 
 void PanelViewModel::pauseForHours(int hours) {

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
+#include <QtQmlIntegration>
 #include <functional>
 #include <memory>
 
 #include "controller/backup_controller.h"
+#include "ui/kit/debouncer.h"
 #include "ui/panel/panel_content.h"
 
 namespace norvane {
@@ -22,6 +23,7 @@ struct PanelActions {
 struct PanelServices {
     BackupController& controller;
     const Clock& clock;
+    Timers& timers;
     const Formats& formats;
     const Translator& translator;
     const TMUtil& tmUtil;
@@ -31,6 +33,8 @@ struct PanelServices {
 /// Main thread only.
 class PanelViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(norvane::PanelContent content READ content NOTIFY contentChanged)
     Q_PROPERTY(bool confirmingQuit READ confirmingQuit NOTIFY quitChanged)
     Q_PROPERTY(QString quitMessage READ quitMessage NOTIFY quitChanged)
@@ -75,8 +79,8 @@ private:
     PanelContent content_;
     bool confirmingQuit_ = false;
     QString quitMessage_;
-    QTimer ticker_; // runs while the panel is open
-    QTimer soon_;   // once for any number of changes in a row
+    std::unique_ptr<Timer> ticker_;    // runs while the panel is open
+    Debouncer soon_{services_.timers}; // of the controller's changes
     std::unique_ptr<BackupController::Subscription> subscription_;
 };
 

@@ -7,6 +7,7 @@
 #include "ui/kit/pictures/symbol_image.h"
 #include "ui/kit/theme.h"
 #include "ui/panel/panel_content.h"
+#include "ui/texts/health_verdict.h"
 
 namespace norvane {
 
@@ -64,12 +65,11 @@ TrayImage trayImage(const MenuBarLabel& label, int size) {
 
 } // namespace
 
-TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock,
+TrayPresenter::TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock, Timers& timers,
                              const Formats& formats, const Translator& translator)
-    : controller_(controller), item_(item), clock_(clock), formats_(formats), translator_(translator) {
-    soon_.setSingleShot(true);
-    QObject::connect(&soon_, &QTimer::timeout, [this] { present(); });
-    subscription_ = controller_.subscribe([this] { soon_.start(0); });
+    : controller_(controller), item_(item), clock_(clock), formats_(formats), translator_(translator),
+      soon_(timers) {
+    subscription_ = controller_.subscribe([this] { soon_.scheduleSoon([this] { present(); }); });
     present();
 }
 
@@ -84,7 +84,7 @@ void TrayPresenter::present() {
                               .images = appearance_.images,
                               .imageDescription = content.title.toStdString()};
     if (label.color != LabelColor::template_)
-        appearance.imageDescription = translator_.translate("Backups need attention");
+        appearance.imageDescription = translator_.translate(healthVerdict(BackupHealth::stale).title);
     if (drawn_ != label) {
         appearance.images.clear();
         for (int size : traySizes)

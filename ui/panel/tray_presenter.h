@@ -1,12 +1,12 @@
 // Keeps the tray item in step with the controller.
 #pragma once
 
-#include <QTimer>
 #include <memory>
 #include <optional>
 
 #include "controller/backup_controller.h"
 #include "platform/tray_item.h"
+#include "ui/kit/debouncer.h"
 #include "ui/texts/menu_bar_label.h"
 
 namespace norvane {
@@ -15,8 +15,8 @@ namespace norvane {
 /// row.
 class TrayPresenter {
 public:
-    TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock, const Formats& formats,
-                  const Translator& translator);
+    TrayPresenter(BackupController& controller, TrayItem& item, const Clock& clock, Timers& timers,
+                  const Formats& formats, const Translator& translator);
 
 private:
     void present();
@@ -28,7 +28,7 @@ private:
     const Translator& translator_;
     std::optional<MenuBarLabel> drawn_;
     TrayAppearance appearance_;
-    QTimer soon_;
+    Debouncer soon_;
     std::unique_ptr<BackupController::Subscription> subscription_;
 };
 

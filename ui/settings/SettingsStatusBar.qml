@@ -1,13 +1,14 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Rectangle {
     id: bar
 
-    required property var model
+    required property SettingsViewModel model
 
     implicitHeight: 28
-    color: Theme.faded(Theme.primary, 0.03)
+    color: Theme.barSurface
 
     Divider {}
     Rectangle {
@@ -18,7 +19,7 @@ Rectangle {
         width: 7
         height: 7
         radius: 3.5
-        color: [Theme.accent, Theme.yellow, Theme.secondary, Theme.green][bar.model.dot]
+        color: Theme.tints[bar.model.dot]
     }
     Label {
         id: status

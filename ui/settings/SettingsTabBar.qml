@@ -1,14 +1,15 @@
 import QtQuick
 import QtQuick.Templates as T
 import Norvane.Kit
+import Norvane.Settings
 
 Rectangle {
     id: bar
 
-    required property var model
+    required property SettingsViewModel model
 
     implicitHeight: 58
-    color: Theme.faded(Theme.primary, 0.03)
+    color: Theme.barSurface
     Accessible.role: Accessible.PageTabList
     Accessible.name: Texts.text("Settings")
 
@@ -38,22 +39,22 @@ Rectangle {
 
                 required property int index
                 required property var modelData
-                readonly property bool selected: bar.model.selectedTab === index
+                readonly property bool selected: bar.model.selectedTab === tab.index
                 readonly property color ink: selected ? Theme.accent : Theme.secondary
 
                 width: 76
                 height: 46
                 focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-                text: modelData.label
+                text: tab.modelData.label
                 checked: selected
                 Accessible.name: text
                 Accessible.selectable: true
                 Accessible.selected: selected
                 Accessible.onPressAction: clicked()
-                onClicked: bar.model.selectedTab = index
+                onClicked: bar.model.selectedTab = tab.index
 
-                Keys.onLeftPressed: bar.select(index - 1)
-                Keys.onRightPressed: bar.select(index + 1)
+                Keys.onLeftPressed: bar.select(tab.index - 1)
+                Keys.onRightPressed: bar.select(tab.index + 1)
 
                 contentItem: Item {
                     Symbol {
@@ -67,17 +68,17 @@ Rectangle {
                         anchors.horizontalCenter: parent.horizontalCenter
                         y: 28
                         text: tab.text
-                        font: Theme.weighted(Theme.caption2, tab.selected ? 600 : 400)
+                        font: Theme.weighted(Theme.caption2, tab.selected ? Font.DemiBold : Font.Normal)
                         color: tab.ink
                         Accessible.ignored: true
                     }
                 }
                 background: Rectangle {
-                    radius: 6
+                    radius: Theme.controlRadius
                     color: Theme.faded(Theme.primary, tab.selected ? 0.08 : tab.hovered ? 0.04 : 0)
 
                     FocusRing {
-                        control: tab
+                        shown: tab.visualFocus
                         gap: -2
                     }
                 }

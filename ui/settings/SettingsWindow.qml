@@ -6,7 +6,7 @@ import Norvane.Settings
 FixedWindow {
     id: window
 
-    required property var model
+    required property SettingsViewModel model
 
     width: 480
     height: 430
@@ -49,7 +49,7 @@ FixedWindow {
             anchors.top: tabs.bottom
             anchors.bottom: status.top
             width: parent.width
-            sourceComponent: [general, schedule, blackouts, conditions, activity, about][window.model.selectedTab]
+            sourceComponent: ({general, schedule, blackouts, conditions, activity, about})[window.model.selectedName]
         }
         SettingsStatusBar {
             id: status

@@ -12,7 +12,8 @@ SettingsViewModel::SettingsViewModel(const SettingsServices& services, ProgramFa
       general_({services.controller, services.defaults, services.loginItem, services.updater, services.timers,
                 services.translator},
                actions_.relaunch, facts_.updateHost),
-      schedule_(services.controller, services.timers), blackouts_(services.controller, services.timers),
+      schedule_(services.controller, services.timers, services.translator),
+      blackouts_(services.controller, services.timers),
       conditions_(services.controller, services.timers, services.applications, services.translator),
       activity_(services.log, services.timers, services.background, services.formats, services.translator) {}
 
@@ -21,13 +22,7 @@ SettingsViewModel::~SettingsViewModel() = default;
 void SettingsViewModel::opened() {
     open_ = true;
     ticker_ = services_.timers.repeating(1, 0, [this] { refresh(); });
-    subscription_ = services_.controller.subscribe([this] {
-        if (!soon_)
-            soon_ = services_.timers.once(0, 0, [this] {
-                const auto finished = std::move(soon_);
-                refresh();
-            });
-    });
+    subscription_ = services_.controller.subscribe([this] { soon_.scheduleSoon([this] { refresh(); }); });
     refresh();
     tabAppears();
 }
@@ -36,7 +31,7 @@ void SettingsViewModel::closed() {
     open_ = false;
     subscription_.reset();
     ticker_.reset();
-    soon_.reset();
+    soon_.cancel();
     activity_.disappear();
     conditions_.chooser()->cancel();
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <memory>
 #include <optional>
 
 #include "platform/workspace.h"
+#include "ui/kit/debouncer.h"
+#include "ui/kit/view_values.h"
 #include "ui/settings/settings_tab.h"
 #include "ui/settings/tabs/activity_list.h"
 #include "ui/settings/tabs/blackout_settings.h"
@@ -48,10 +51,13 @@ struct SettingsActions {
 /// Main thread only.
 class SettingsViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(QVariantList tabs READ tabs CONSTANT) ///< Maps: "name", "label", "symbol".
     Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedTabChanged)
     // The status bar.
-    Q_PROPERTY(int dot READ dot NOTIFY statusChanged) ///< StatusLine::Dot.
+    Q_PROPERTY(norvane::Theme::Tint dot READ dot NOTIFY statusChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString deferral READ deferral NOTIFY statusChanged)
     // What the controls need of the locale.
@@ -80,9 +86,10 @@ public:
 
     [[nodiscard]] QVariantList tabs() const;
     [[nodiscard]] int selectedTab() const { return static_cast<int>(selectedTab_); }
+    [[nodiscard]] QString selectedName() const { return viewText(rawValue(selectedTab_)); }
     /// A number that is no tab's changes nothing.
     void setSelectedTab(int tab);
-    [[nodiscard]] int dot() const { return static_cast<int>(status_.dot); }
+    [[nodiscard]] Tint dot() const { return status_.dot; }
     [[nodiscard]] QString status() const { return QString::fromStdString(status_.text); }
     [[nodiscard]] QString deferral() const { return QString::fromStdString(status_.deferral); }
     [[nodiscard]] QVariantList weekdays() const;
@@ -120,8 +127,8 @@ private:
     SettingsTab selectedTab_ = SettingsTab::general;
     StatusLine status_;
     bool open_ = false;
-    std::unique_ptr<Timer> ticker_; // runs while the window is open
-    std::unique_ptr<Timer> soon_;   // once for any number of changes in a row
+    std::unique_ptr<Timer> ticker_;    // runs while the window is open
+    Debouncer soon_{services_.timers}; // of the controller's changes
     std::unique_ptr<BackupController::Subscription> subscription_;
 };
 

@@ -197,20 +197,6 @@ TEST(ActivityList, ShowsTheLogAsItGrows) {
 TEST(GeneralSettings, EveryChangeCountsAtOnce) {
     Settings s;
     GeneralSettings& tab = *s.openOn(SettingsTab::general).general();
-    tab.setLaunchAtLogin(true);
-    EXPECT_TRUE(s.machine.loginItem.on);
-    s.machine.loginItem.error = "not allowed";
-    tab.setLaunchAtLogin(false);
-    EXPECT_TRUE(tab.launchAtLogin()) << "as the desktop reports";
-    EXPECT_EQ(tab.loginItemError(), "not allowed");
-    s.model().select(SettingsTab::about);
-    s.model().select(SettingsTab::general);
-    EXPECT_EQ(tab.loginItemError(), "") << "of an attempt that is past";
-    tab.setLaunchAtLogin(false);
-    s.machine.loginItem.error.clear();
-    tab.setLaunchAtLogin(false);
-    EXPECT_EQ(tab.loginItemError(), "");
-
     tab.setLaunchGrace(15);
     EXPECT_EQ(s.program.store.launchGraceMinutes(), 15);
     const auto epoch = s.program.state().accentEpoch;

@@ -8,19 +8,15 @@ namespace norvane {
 
 SettingsWindow::SettingsWindow(UiEngine& engine, NotificationCenter& notifications,
                                const SettingsServices& services, ProgramFacts facts, SettingsActions actions)
-    : engine_(engine), notifications_(notifications), model_(services, std::move(facts), std::move(actions)) {
+    : notifications_(notifications), model_(services, std::move(facts), std::move(actions)),
+      window_(engine, "Settings/SettingsWindow", QVariant::fromValue(&model_),
+              {[this] { model_.opened(); }, [this] { model_.closed(); }}, KeptWindow::Place::byTheDesktop) {
     connect(&notifications_, &NotificationCenter::posted, this, &SettingsWindow::noticed);
 }
 
 void SettingsWindow::open() {
-    if (!window_) {
-        window_ = engine_.makeWindow("Settings/SettingsWindow", {{"model", QVariant::fromValue(&model_)}});
-        if (!window_)
-            return;
-        connect(window_.get(), &QWindow::visibleChanged, this, &SettingsWindow::visibleChanged);
-    }
     selectPending();
-    bringToFront(*window_);
+    window_.open();
 }
 
 void SettingsWindow::openOn(SettingsTab tab) {
@@ -29,10 +25,8 @@ void SettingsWindow::openOn(SettingsTab tab) {
     open();
 }
 
-void SettingsWindow::visibleChanged(bool visible) { visible ? model_.opened() : model_.closed(); }
-
 void SettingsWindow::noticed(const QString& name, const QVariant& object) {
-    if (!window_ || name != selectSettingsTabNotification || object.typeId() != QMetaType::QString)
+    if (!window_.made() || name != selectSettingsTabNotification || object.typeId() != QMetaType::QString)
         return;
     const std::optional<SettingsTab> tab = settingsTabFrom(object.toString().toStdString());
     if (!tab)

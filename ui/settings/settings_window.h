@@ -1,10 +1,9 @@
 // The Settings window on the screen, and how others open it on a tab.
 #pragma once
 
-#include <memory>
 #include <optional>
 
-#include "ui/kit/ui_engine.h"
+#include "ui/kit/kept_window.h"
 #include "ui/settings/notification_center.h"
 #include "ui/settings/settings_view_model.h"
 
@@ -27,18 +26,14 @@ public:
 
     [[nodiscard]] SettingsViewModel& model() { return model_; }
 
-private Q_SLOTS:
-    void visibleChanged(bool visible);
-
 private:
     void noticed(const QString& name, const QVariant& object);
     void selectPending();
 
-    UiEngine& engine_;
     NotificationCenter& notifications_;
     SettingsViewModel model_;
     std::optional<SettingsTab> pendingTab_; // for a window that is not open yet
-    std::unique_ptr<QQuickWindow> window_;
+    KeptWindow window_;
 };
 
 } // namespace norvane

@@ -1,5 +1,7 @@
 #include "ui/texts/menu_bar_label.h"
 
+#include "platform/translator.h"
+
 namespace norvane {
 
 MenuBarLabel menuBarLabel(const ControllerState& state) {
@@ -11,7 +13,8 @@ MenuBarLabel menuBarLabel(const ControllerState& state) {
         const std::optional<double> percent = state.status.percent;
         if (!percent)
             return uncolored(symbol, "running");
-        return {symbol, LabelColor::template_, std::to_string(static_cast<int>(*percent * 100)) + "%", ""};
+        return {symbol, LabelColor::template_, fillIn("%d%%", {static_cast<std::int64_t>(*percent * 100)}),
+                ""};
     }
     switch (state.health) {
     case BackupHealth::critical:

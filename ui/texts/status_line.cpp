@@ -4,12 +4,12 @@ namespace norvane {
 
 namespace {
 
-StatusLine::Dot dotOf(const ControllerState& state) {
+Tint dotOf(const ControllerState& state) {
     if (state.status.running)
-        return StatusLine::Dot::accent;
+        return Tint::accent;
     if (state.pausedUntil)
-        return StatusLine::Dot::yellow;
-    return state.nextFire ? StatusLine::Dot::green : StatusLine::Dot::secondary;
+        return Tint::yellow;
+    return state.nextFire ? Tint::green : Tint::secondary;
 }
 
 } // namespace

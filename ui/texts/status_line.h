@@ -6,13 +6,12 @@
 #include "controller/controller_state.h"
 #include "platform/formats.h"
 #include "platform/translator.h"
+#include "ui/kit/theme.h"
 
 namespace norvane {
 
 struct StatusLine {
-    enum class Dot { accent, yellow, secondary, green };
-
-    Dot dot = Dot::secondary;
+    Tint dot = Tint::secondary;
     std::string text;
     std::string deferral; ///< Behind the text, orange; empty: a blackout moved nothing.
 

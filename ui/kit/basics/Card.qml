@@ -11,8 +11,8 @@ Rectangle {
 
     implicitHeight: column.implicitHeight + 2 * padding
     radius: Theme.cornerRadius
-    color: Theme.faded(Theme.primary, 0.05)
-    border.color: Theme.faded(Theme.primary, 0.07)
+    color: Theme.cardSurface
+    border.color: Theme.cardEdge
 
     Column {
         id: column
@@ -20,6 +20,6 @@ Rectangle {
         x: card.padding
         y: card.padding
         width: card.width - 2 * card.padding
-        spacing: 8
+        spacing: Theme.spacing
     }
 }

@@ -3,14 +3,15 @@ import Norvane.Kit
 
 // Around the control that the keyboard is on.
 Rectangle {
-    required property Item control
+    required property bool shown
     property real gap: 2
+    property real inside: (parent as Rectangle)?.radius ?? 5 // the radius of what it goes around
 
     anchors.fill: parent
     anchors.margins: -gap - border.width
-    visible: control.visualFocus
-    radius: (parent.radius ?? 5) + gap + border.width
+    visible: shown
+    radius: inside + gap + border.width
     color: "transparent"
     border.width: 2
-    border.color: Theme.faded(Theme.accent, 0.7)
+    border.color: Theme.ring
 }

@@ -7,7 +7,7 @@ Column {
 
     required property string text
 
-    spacing: 10
+    spacing: Theme.wideSpacing
 
     Spinner {
         anchors.horizontalCenter: parent.horizontalCenter

@@ -5,7 +5,7 @@ import Norvane.Kit
 Label {
     color: Theme.secondary
     font: {
-        let font = Theme.weighted(Theme.caption2, 600)
+        let font = Theme.weighted(Theme.caption2, Font.DemiBold)
         font.letterSpacing = 0.8
         return font
     }

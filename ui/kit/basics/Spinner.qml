@@ -20,6 +20,8 @@ Item {
             model: 8
 
             Rectangle {
+                id: spoke
+
                 required property int index
 
                 x: (spinner.size - width) / 2
@@ -27,12 +29,12 @@ Item {
                 height: spinner.size * 0.28
                 radius: width / 2
                 color: Theme.primary
-                opacity: 0.15 + index * 0.09
+                opacity: 0.15 + spoke.index * 0.09
                 antialiasing: true
                 transform: Rotation {
                     origin.x: spinner.size * 0.05
                     origin.y: spinner.size / 2
-                    angle: index * 45
+                    angle: spoke.index * 45
                 }
             }
         }

@@ -9,10 +9,12 @@ Image {
     required property string name
     property color color: Theme.primary
     property real size: 16
+    readonly property int pixels: Math.round(size * Screen.devicePixelRatio)
 
     width: size
     height: size
-    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    sourceSize.width: pixels
+    sourceSize.height: pixels
     source: name === "" ? "" : "image://symbol/" + name + "/" + color
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true

@@ -25,7 +25,7 @@ T.ToolTip {
         wrapMode: Text.Wrap
     }
     background: Rectangle {
-        radius: 5
+        radius: Theme.smallRadius
         color: Theme.tip
     }
 }

@@ -33,7 +33,7 @@ Item {
         Label {
             width: parent.width
             text: header.title
-            font: Theme.weighted(Theme.title3, 600)
+            font: Theme.weighted(Theme.title3, Font.DemiBold)
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
         }

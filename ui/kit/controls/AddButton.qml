@@ -12,10 +12,10 @@ BaseButton {
 
     contentItem: Item {
         Row {
-            x: 12
+            x: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 6
-            opacity: button.down ? 0.6 : 1
+            spacing: Theme.closeSpacing
+            opacity: button.down ? Theme.pressedOpacity : 1
 
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter
@@ -32,18 +32,18 @@ BaseButton {
     }
     background: Item {
         Divider {
-            x: 12
+            x: Theme.rowInset
             width: parent.width - x
             visible: button.y > 0
         }
         Rectangle {
             anchors.fill: parent
             anchors.margins: 4
-            radius: 5
+            radius: Theme.smallRadius
             color: Theme.faded(Theme.primary, button.hovered ? 0.05 : 0)
 
             FocusRing {
-                control: button
+                shown: button.visualFocus
                 gap: -2
             }
         }

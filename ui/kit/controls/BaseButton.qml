@@ -10,8 +10,9 @@ T.Button {
     Accessible.name: text
     Accessible.onPressAction: base.press()
 
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) base.press() }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) base.press() }
+    Keys.forwardTo: ReturnKeys {
+        onPressed: base.press()
+    }
     Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
     Keys.onReleased: event => event.accepted = event.isAutoRepeat
 

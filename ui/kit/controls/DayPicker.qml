@@ -12,7 +12,7 @@ Row {
 
     signal picked(int days)
 
-    spacing: 4
+    spacing: Theme.tightSpacing
     Accessible.role: Accessible.Grouping
 
     function goTo(index) {
@@ -29,38 +29,39 @@ Row {
 
             required property int index
             required property var modelData
-            readonly property bool selected: (picker.days >> modelData.bit & 1) === 1
+            readonly property bool selected: (picker.days >> day.modelData.bit & 1) === 1
 
             implicitWidth: 26
             implicitHeight: 26
-            focusPolicy: picker.current === index ? Qt.StrongFocus : Qt.ClickFocus
-            text: modelData.symbol
+            focusPolicy: picker.current === day.index ? Qt.StrongFocus : Qt.ClickFocus
+            text: day.modelData.symbol
             checked: selected
-            Accessible.name: modelData.name
+            Accessible.name: day.modelData.name
             Accessible.onPressAction: clicked()
             Accessible.onToggleAction: clicked()
-            onClicked: picker.picked(picker.days ^ (1 << modelData.bit))
-            onActiveFocusChanged: if (activeFocus) picker.current = index
+            onClicked: picker.picked(picker.days ^ (1 << day.modelData.bit))
+            onActiveFocusChanged: if (activeFocus) picker.current = day.index
 
-            Keys.onLeftPressed: picker.goTo(index - 1)
-            Keys.onRightPressed: picker.goTo(index + 1)
-            Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked() }
-            Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked() }
+            Keys.onLeftPressed: picker.goTo(day.index - 1)
+            Keys.onRightPressed: picker.goTo(day.index + 1)
+            Keys.forwardTo: ReturnKeys {
+                onPressed: day.clicked()
+            }
 
             contentItem: Label {
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter
                 text: day.text
-                font: Theme.weighted(Theme.subheadline, 600)
+                font: Theme.weighted(Theme.subheadline, Font.DemiBold)
                 color: day.selected ? Theme.onTint : Theme.secondary
                 Accessible.ignored: true
             }
             background: Rectangle {
                 radius: 13
-                color: day.selected ? Theme.accent : Theme.faded(Theme.primary, 0.08)
+                color: day.selected ? Theme.accent : Theme.groove
 
                 FocusRing {
-                    control: day
+                    shown: day.visualFocus
                     gap: 1
                 }
             }

@@ -33,7 +33,7 @@ T.ComboBox {
     Keys.onDownPressed: event => showFor(event)
     Keys.onPressed: event => {
         if (!popup.visible && (event.key === Qt.Key_Home || event.key === Qt.Key_End))
-            event.accepted = Window.window.scroll(event.key)
+            event.accepted = (Window.window as FixedWindow).scroll(event.key)
     }
     Keys.onReleased: event => {
         if (!opening || event.isAutoRepeat)
@@ -73,12 +73,12 @@ T.ComboBox {
         size: 12
     }
     background: Rectangle {
-        radius: 6
+        radius: Theme.controlRadius
         color: Theme.control
-        border.color: Theme.faded(Theme.primary, 0.14)
+        border.color: Theme.controlEdge
 
         FocusRing {
-            control: picker
+            shown: picker.visualFocus
         }
     }
     delegate: T.ItemDelegate {
@@ -89,11 +89,11 @@ T.ComboBox {
 
         width: ListView.view.width
         height: 24
-        text: modelData.label
-        highlighted: picker.highlightedIndex === index
+        text: choice.modelData.label
+        highlighted: picker.highlightedIndex === choice.index
         Accessible.role: Accessible.ListItem
         Accessible.name: text
-        Accessible.selected: picker.currentIndex === index
+        Accessible.selected: picker.currentIndex === choice.index
 
         contentItem: Item {
             Symbol {
@@ -113,7 +113,7 @@ T.ComboBox {
             }
         }
         background: Rectangle {
-            radius: 4
+            radius: Theme.itemRadius
             color: choice.highlighted ? Theme.accent : "transparent"
         }
     }
@@ -127,13 +127,13 @@ T.ComboBox {
         contentItem: ListView {
             implicitHeight: contentHeight
             interactive: false
-            model: picker.popup.visible ? picker.delegateModel : null
+            model: picker.popup.visible ? picker.delegateModel : null // qmllint disable type
             currentIndex: picker.highlightedIndex
         }
         background: Rectangle {
-            radius: 7
+            radius: Theme.floatingRadius
             color: Theme.control
-            border.color: Theme.faded(Theme.primary, 0.16)
+            border.color: Theme.floatingEdge
         }
     }
 }

@@ -23,11 +23,11 @@ BaseButton {
         }
     }
     background: Rectangle {
-        radius: 5
+        radius: Theme.smallRadius
         color: Theme.faded(Theme.primary, button.down ? 0.14 : button.hovered ? 0.07 : 0)
 
         FocusRing {
-            control: button
+            shown: button.visualFocus
         }
     }
 

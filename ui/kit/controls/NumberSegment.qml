@@ -52,7 +52,7 @@ TextInput {
     }
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
-            event.accepted = Window.window.scroll(event.key)
+            event.accepted = (Window.window as FixedWindow).scroll(event.key)
     }
 
     function step(by) {
@@ -76,7 +76,7 @@ TextInput {
     Rectangle {
         z: -1
         anchors.fill: parent
-        radius: 4
+        radius: Theme.itemRadius
         color: segment.activeFocus ? Theme.accent : "transparent"
     }
     MouseArea { // a cursor between the digits would be in the way

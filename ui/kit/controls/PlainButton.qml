@@ -16,19 +16,18 @@ BaseButton {
         text: button.text
         font: button.underlined ? button.underlinedFont() : button.font
         color: button.color
-        opacity: button.down ? 0.6 : 1
+        opacity: button.down ? Theme.pressedOpacity : 1
         Accessible.ignored: true
     }
     background: Item {
-        readonly property real radius: 3
-
         FocusRing {
-            control: button
+            inside: 3
+            shown: button.visualFocus
         }
     }
 
     function underlinedFont() {
-        let font = Theme.weighted(button.font, 500)
+        let font = Theme.weighted(button.font, Font.Medium)
         font.underline = true
         return font
     }

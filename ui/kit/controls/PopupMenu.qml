@@ -19,8 +19,8 @@ T.Menu {
         currentIndex: menu.currentIndex
     }
     background: Rectangle {
-        radius: 7
+        radius: Theme.floatingRadius
         color: Theme.control
-        border.color: Theme.faded(Theme.primary, 0.16)
+        border.color: Theme.floatingEdge
     }
 }

@@ -24,7 +24,7 @@ T.MenuItem {
         Accessible.ignored: true
     }
     background: Rectangle {
-        radius: 4
+        radius: Theme.itemRadius
         color: item.highlighted ? Theme.accent : "transparent"
     }
 }

@@ -15,17 +15,17 @@ BaseButton {
     implicitHeight: small ? Theme.smallControlHeight : Theme.controlHeight
     leftPadding: small ? 7 : 12
     rightPadding: leftPadding
-    font: small ? Theme.caption : Theme.weighted(Theme.body, prominent ? 600 : 400)
-    opacity: enabled ? 1 : prominent ? 0.6 : 0.45
+    font: small ? Theme.caption : Theme.weighted(Theme.body, prominent ? Font.DemiBold : Font.Normal)
+    opacity: enabled ? 1 : prominent ? Theme.pressedOpacity : Theme.disabledOpacity
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitWidth: row.implicitWidth
 
         Row {
             id: row
 
             anchors.centerIn: parent
-            spacing: 6
+            spacing: Theme.closeSpacing
 
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter
@@ -35,8 +35,6 @@ BaseButton {
                 size: 14
             }
             Label {
-                id: label
-
                 anchors.verticalCenter: parent.verticalCenter
                 text: button.text
                 font: button.font
@@ -46,10 +44,10 @@ BaseButton {
         }
     }
     background: Rectangle {
-        radius: button.small ? 5 : 6
+        radius: button.small ? Theme.smallRadius : Theme.controlRadius
         color: button.prominent ? button.tint : Theme.control
         border.width: button.prominent ? 0 : 1
-        border.color: Theme.faded(Theme.primary, 0.14)
+        border.color: Theme.controlEdge
 
         Rectangle {
             anchors.fill: parent
@@ -58,7 +56,7 @@ BaseButton {
                                button.down ? 0.14 : button.hovered && button.enabled ? 0.06 : 0)
         }
         FocusRing {
-            control: button
+            shown: button.visualFocus
         }
     }
 }

@@ -24,10 +24,10 @@ T.TextField {
     Keys.onDownPressed: wentDown()
 
     background: Rectangle {
-        radius: 6
+        radius: Theme.controlRadius
         color: Theme.control
         border.width: field.activeFocus ? 2 : 1
-        border.color: field.activeFocus ? Theme.faded(Theme.accent, 0.7) : Theme.faded(Theme.primary, 0.14)
+        border.color: field.activeFocus ? Theme.ring : Theme.controlEdge
 
         Symbol {
             x: 8

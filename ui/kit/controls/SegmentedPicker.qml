@@ -14,8 +14,8 @@ Rectangle {
 
     implicitWidth: row.implicitWidth + 4
     implicitHeight: 28
-    radius: 7
-    color: Theme.faded(Theme.primary, 0.08)
+    radius: Theme.floatingRadius
+    color: Theme.groove
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
@@ -42,38 +42,39 @@ Rectangle {
 
                 required property int index
                 required property string modelData
-                readonly property bool selected: picker.selected === index
+                readonly property bool selected: picker.selected === segment.index
 
                 width: (picker.width - 4) / picker.labels.length
                 height: picker.height - 4
                 focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-                text: modelData
+                text: segment.modelData
                 checked: selected
                 Accessible.name: text
                 Accessible.onPressAction: clicked()
                 Accessible.onToggleAction: clicked()
-                onClicked: picker.picked(index)
+                onClicked: picker.picked(segment.index)
 
-                Keys.onReturnPressed: clicked()
-                Keys.onEnterPressed: clicked()
-                Keys.onLeftPressed: picker.choose(index - 1)
-                Keys.onRightPressed: picker.choose(index + 1)
+                Keys.forwardTo: ReturnKeys {
+                    onPressed: segment.clicked()
+                }
+                Keys.onLeftPressed: picker.choose(segment.index - 1)
+                Keys.onRightPressed: picker.choose(segment.index + 1)
 
                 contentItem: Label {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     text: segment.text
-                    font: Theme.weighted(Theme.body, segment.selected ? 600 : 400)
+                    font: Theme.weighted(Theme.body, segment.selected ? Font.DemiBold : Font.Normal)
                     Accessible.ignored: true
                 }
                 background: Rectangle {
-                    radius: 5
+                    radius: Theme.smallRadius
                     color: segment.selected ? Theme.control : "transparent"
                     border.width: segment.selected ? 1 : 0
                     border.color: Theme.faded(Theme.primary, 0.1)
 
                     FocusRing {
-                        control: segment
+                        shown: segment.visualFocus
                     }
                 }
             }

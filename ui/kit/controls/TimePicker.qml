@@ -16,9 +16,9 @@ Rectangle {
 
     implicitWidth: row.implicitWidth + 8
     implicitHeight: 26
-    radius: 6
+    radius: Theme.controlRadius
     color: Theme.control
-    border.color: Theme.faded(Theme.primary, 0.14)
+    border.color: Theme.controlEdge
     Accessible.role: Accessible.Grouping
     Accessible.name: label
 
@@ -60,7 +60,7 @@ Rectangle {
             id: half
 
             visible: !picker.hours24
-            implicitWidth: halfText.implicitWidth + 8
+            implicitWidth: implicitContentWidth + 8
             implicitHeight: 22
             focusPolicy: Qt.StrongFocus
             text: picker.dayHalves[picker.hour < 12 ? 0 : 1]
@@ -73,8 +73,6 @@ Rectangle {
             Keys.onLeftPressed: minutes.forceActiveFocus(Qt.TabFocusReason)
 
             contentItem: Label {
-                id: halfText
-
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter
                 text: half.text
@@ -82,7 +80,7 @@ Rectangle {
                 Accessible.ignored: true
             }
             background: Rectangle {
-                radius: 4
+                radius: Theme.itemRadius
                 color: half.activeFocus ? Theme.accent : "transparent"
             }
         }

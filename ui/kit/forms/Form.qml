@@ -18,7 +18,7 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     pixelAligned: true
     clip: true
-    onFocusedChanged: Qt.callLater(reveal)
+    onFocusedChanged: Qt.callLater(reveal) // qmllint disable type
 
     function contains(item) {
         for (let ancestor = item; ancestor; ancestor = ancestor.parent) {

@@ -14,14 +14,14 @@ Item {
     implicitHeight: Math.max(36, name.implicitHeight + 16, slot.implicitHeight + 12, lead.implicitHeight + 12)
 
     Divider {
-        x: 12
+        x: Theme.rowInset
         width: parent.width - x
         visible: row.y > 0
     }
     Label {
         id: name
 
-        x: 12
+        x: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
         width: slot.x - x - 8
         text: row.label
@@ -30,16 +30,16 @@ Item {
     Row {
         id: lead
 
-        x: 12
+        x: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: Theme.spacing
     }
     Row {
         id: slot
 
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: Theme.spacing
     }
 }

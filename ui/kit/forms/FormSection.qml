@@ -10,12 +10,12 @@ Column {
     default property alias rows: card.items
 
     width: parent ? parent.width : 0
-    spacing: 6
+    spacing: Theme.closeSpacing
 
     Label {
         visible: text !== ""
         text: section.header
-        font: Theme.weighted(Theme.callout, 600)
+        font: Theme.weighted(Theme.callout, Font.DemiBold)
         Accessible.role: Accessible.Heading
     }
     Card {

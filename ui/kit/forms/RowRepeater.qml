@@ -9,7 +9,7 @@ Repeater {
 
     onItemRemoved: (index, item) => {
         if (holdsKeyboard(item))
-            removerFrom(index).forceActiveFocus(Window.window.takeoverReason)
+            removerFrom(index).forceActiveFocus((Window.window as FixedWindow).takeoverReason)
     }
 
     function holdsKeyboard(row) {

@@ -55,7 +55,7 @@ FormRow {
             border.color: Theme.faded(Theme.shade, 0.22)
 
             FocusRing {
-                control: slider
+                shown: slider.visualFocus
             }
         }
     }

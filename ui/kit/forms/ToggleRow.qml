@@ -9,7 +9,7 @@ T.Switch {
     width: parent ? parent.width : 0
     implicitHeight: Math.max(36, implicitContentHeight + 16)
     focusPolicy: Qt.StrongFocus
-    opacity: enabled ? 1 : 0.45
+    opacity: enabled ? 1 : Theme.disabledOpacity
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checkable: true
@@ -18,8 +18,9 @@ T.Switch {
     Accessible.onPressAction: press()
     Accessible.onToggleAction: press()
 
-    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) press() }
-    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) press() }
+    Keys.forwardTo: ReturnKeys {
+        onPressed: row.press()
+    }
 
     function press() {
         if (!enabled)
@@ -29,7 +30,7 @@ T.Switch {
     }
 
     contentItem: Label {
-        leftPadding: 12
+        leftPadding: Theme.rowInset
         rightPadding: 62
         verticalAlignment: Text.AlignVCenter
         text: row.text
@@ -37,8 +38,6 @@ T.Switch {
         Accessible.ignored: true
     }
     indicator: Rectangle {
-        id: track
-
         x: row.width - width - 12
         anchors.verticalCenter: parent.verticalCenter
         width: 34
@@ -61,12 +60,12 @@ T.Switch {
             }
         }
         FocusRing {
-            control: row
+            shown: row.visualFocus
         }
     }
     background: Item {
         Divider {
-            x: 12
+            x: Theme.rowInset
             width: parent.width - x
             visible: row.y > 0
         }

@@ -26,7 +26,7 @@ FixedWindow {
         x: 24
         y: 24
         width: window.width - 2 * x
-        spacing: 10
+        spacing: Theme.wideSpacing
         Accessible.role: Accessible.AlertMessage
         Accessible.name: window.message
 

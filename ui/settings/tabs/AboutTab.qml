@@ -1,16 +1,17 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Item {
     id: tab
 
-    required property var model
+    required property SettingsViewModel model
 
     Column {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - 60
-        spacing: 8
+        spacing: Theme.spacing
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -21,7 +22,7 @@ Item {
         Label {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Norvane"
-            font: Theme.weighted(Theme.title, 600)
+            font: Theme.weighted(Theme.title, Font.DemiBold)
             Accessible.role: Accessible.Heading
         }
         Label {

@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Item {
     id: tab
 
-    required property var activity
+    required property ActivityList activity
     readonly property bool empty: activity.loaded && list.count === 0
     readonly property Flickable scrolled: list
 
@@ -41,7 +42,7 @@ Item {
             visible: list.activeFocus
             color: "transparent"
             border.width: 2
-            border.color: Theme.faded(Theme.accent, 0.7)
+            border.color: Theme.ring
         }
         ScrollIndicator {
             flickable: list

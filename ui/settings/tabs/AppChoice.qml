@@ -15,7 +15,7 @@ Rectangle {
     signal toggled
 
     height: 42
-    radius: 6
+    radius: Theme.controlRadius
     color: Theme.faded(Theme.primary, current ? 0.1 : hover.hovered ? 0.05 : 0)
     Accessible.role: Accessible.CheckBox
     Accessible.name: name
@@ -30,7 +30,7 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         width: 16
         height: 16
-        radius: 4
+        radius: Theme.itemRadius
         color: choice.chosen ? Theme.accent : Theme.control
         border.width: choice.chosen ? 0 : 1
         border.color: Theme.faded(Theme.primary, 0.25)
@@ -46,13 +46,13 @@ Rectangle {
     Rectangle {
         anchors.fill: picture
         visible: picture.implicitWidth <= 1 // there is no such icon
-        radius: 7
+        radius: Theme.floatingRadius
         color: Theme.faded(Theme.primary, 0.1)
 
         Label {
             anchors.centerIn: parent
             text: choice.name.charAt(0)
-            font: Theme.weighted(Theme.body, 600)
+            font: Theme.weighted(Theme.body, Font.DemiBold)
             color: Theme.secondary
             Accessible.ignored: true
         }
@@ -60,11 +60,14 @@ Rectangle {
     Image {
         id: picture
 
+        readonly property int pixels: Math.round(28 * Screen.devicePixelRatio)
+
         x: 36
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28
-        sourceSize: Qt.size(28 * Screen.devicePixelRatio, 28 * Screen.devicePixelRatio)
+        sourceSize.width: pixels
+        sourceSize.height: pixels
         source: "image://application/" + encodeURIComponent(choice.icon)
         Accessible.ignored: true
     }

@@ -1,11 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Form {
     id: tab
 
-    required property var settings
-    required property var locale
+    required property BlackoutSettings settings
+    required property SettingsViewModel locale
 
     Label {
         width: parent.width

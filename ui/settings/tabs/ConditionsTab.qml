@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Form {
     id: tab
 
-    required property var settings
+    required property ConditionsSettings settings
 
     Label {
         width: parent.width
@@ -47,7 +48,9 @@ Form {
             model: tab.settings.blockedApps
 
             BlockedAppRow {
-                onRemoved: tab.settings.removeApp(index)
+                id: app
+
+                onRemoved: tab.settings.removeApp(app.index)
             }
         }
         AddButton {
@@ -56,7 +59,7 @@ Form {
             property bool choosing: tab.settings.chooser.open
 
             text: Texts.text("Add App")
-            onChoosingChanged: if (!choosing) Qt.callLater(forceActiveFocus, Qt.TabFocusReason)
+            onChoosingChanged: if (!choosing) Qt.callLater(forceActiveFocus, Qt.TabFocusReason) // qmllint disable type
             onClicked: tab.settings.chooser.begin()
         }
     }

@@ -1,10 +1,11 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Form {
     id: tab
 
-    required property var settings
+    required property GeneralSettings settings
     required property string version
 
     FormSection {
@@ -16,7 +17,7 @@ Form {
             onToggled: tab.settings.launchAtLogin = checked
         }
         Label {
-            x: 12
+            x: Theme.rowInset
             width: parent.width - 2 * x
             visible: text !== ""
             bottomPadding: 8

@@ -28,7 +28,7 @@ Item {
         Symbol {
             anchors.centerIn: parent
             name: row.symbol
-            color: [Theme.green, Theme.red, Theme.orange, Theme.secondary][row.tint]
+            color: Theme.tints[row.tint]
             size: 13
         }
     }

@@ -1,11 +1,12 @@
 import QtQuick
 import Norvane.Kit
+import Norvane.Settings
 
 Form {
     id: tab
 
-    required property var settings
-    required property var locale
+    required property ScheduleSettings settings
+    required property SettingsViewModel locale
 
     FormSection {
         FormRow {
@@ -14,14 +15,14 @@ Form {
             SegmentedPicker {
                 width: 330
                 title: Texts.text("Rule")
-                labels: [Texts.text("Fixed Interval"), Texts.text("Daily Times"), Texts.text("Weekly")]
+                labels: tab.settings.modes
                 selected: tab.settings.mode
                 onPicked: index => tab.settings.mode = index
             }
         }
     }
     FormSection {
-        visible: tab.settings.mode === 0
+        visible: tab.settings.mode === ScheduleSettings.Interval
         header: Texts.text("Back up every")
         footer: Texts.text("Counted from the end of the previous backup. Apple's automatic mode is roughly every hour; 4–8 hours suits most workflows.")
 
@@ -34,7 +35,7 @@ Form {
         }
     }
     FormSection {
-        visible: tab.settings.mode === 1
+        visible: tab.settings.mode === ScheduleSettings.Daily
         header: Texts.text("Back up daily at")
 
         RowRepeater {
@@ -73,7 +74,7 @@ Form {
         }
     }
     FormSection {
-        visible: tab.settings.mode === 2
+        visible: tab.settings.mode === ScheduleSettings.Weekly
         header: Texts.text("Back up at")
         footer: Texts.text("Each time runs on the selected days. A row with no days selected is ignored.")
 

@@ -38,7 +38,7 @@ void ActivityList::appear() {
 }
 
 QString ActivityList::countText() const {
-    return QString::number(entries_.count()) + viewText(texts_.translate(" events"));
+    return viewText(fillIn("%d", {std::int64_t{entries_.count()}}) + texts_.translate(" events"));
 }
 
 ActivityList::Rows ActivityList::readOn(LogFollower& follower, bool appeared) {

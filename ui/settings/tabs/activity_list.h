@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,9 +22,11 @@ class LogFollower;
 /// Main thread only. The log is read in the background; what was read stays when the tab is left.
 class ActivityList : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(bool loaded READ loaded NOTIFY changed) ///< The log was read at least once.
-    /// Newest first: "symbol", "tint" (LogTint), "message", "date".
-    Q_PROPERTY(QAbstractItemModel* entries READ entries CONSTANT)
+    /// Newest first: "symbol", "tint", "message", "date".
+    Q_PROPERTY(QObject* entries READ entries CONSTANT)
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
 
 public:

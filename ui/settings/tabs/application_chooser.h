@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QSet>
+#include <QtQmlIntegration>
 #include <vector>
 
 #include "platform/background.h"
@@ -14,11 +15,13 @@ namespace norvane {
 /// Main thread only.
 class ApplicationChooser : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(bool open READ open NOTIFY changed)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY changed)
     Q_PROPERTY(int chosenCount READ chosenCount NOTIFY changed)
     /// Those that the search finds, by name: "appId", "name", "icon", "chosen".
-    Q_PROPERTY(QAbstractItemModel* found READ found CONSTANT)
+    Q_PROPERTY(QObject* found READ found CONSTANT)
 
 public:
     explicit ApplicationChooser(InstalledApplications& applications) : applications_(applications) {}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <functional>
 
 #include "controller/backup_controller.h"
@@ -14,8 +15,10 @@ namespace norvane {
 /// a mask with Sunday as bit 0; a position that does not exist changes nothing.
 class BlackoutSettings : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     /// "days", "start", "end", "crossesMidnight".
-    Q_PROPERTY(QAbstractItemModel* windows READ windows CONSTANT)
+    Q_PROPERTY(QObject* windows READ windows CONSTANT)
 
 public:
     BlackoutSettings(BackupController& controller, Timers& timers);

@@ -56,8 +56,8 @@ void ConditionsSettings::setDeferInLowPowerMode(bool defer) {
     set(&ConditionsConfig::deferInLowPowerMode, defer);
 }
 
-void ConditionsSettings::setMinBatteryPercent(qint64 percent) {
-    set(&ConditionsConfig::minBatteryPercent, std::int64_t{percent});
+void ConditionsSettings::setMinBatteryPercent(double percent) {
+    set(&ConditionsConfig::minBatteryPercent, static_cast<std::int64_t>(percent));
 }
 
 QVariantList ConditionsSettings::batteryChoices() const {
@@ -68,8 +68,8 @@ void ConditionsSettings::setMaxDeferralHours(double hours) {
     set(&ConditionsConfig::maxDeferralHours, hours);
 }
 
-void ConditionsSettings::setRecheckMinutes(qint64 minutes) {
-    set(&ConditionsConfig::recheckMinutes, std::int64_t{minutes});
+void ConditionsSettings::setRecheckMinutes(double minutes) {
+    set(&ConditionsConfig::recheckMinutes, static_cast<std::int64_t>(minutes));
 }
 
 QVariantList ConditionsSettings::recheckChoices() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 
 #include "controller/backup_controller.h"
 #include "ui/kit/debouncer.h"
@@ -13,19 +14,21 @@ namespace norvane {
 /// Main thread only. Edits reach the controller after a quiet moment.
 class ConditionsSettings : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(bool deferWhileCameraOrMicInUse READ deferWhileCameraOrMicInUse WRITE
                    setDeferWhileCameraOrMicInUse NOTIFY changed)
     Q_PROPERTY(double busy READ busy WRITE setBusy NOTIFY changed)
     Q_PROPERTY(QVariantList busyChoices READ busyChoices CONSTANT)
     Q_PROPERTY(bool waitForDisk READ waitForDisk WRITE setWaitForDisk NOTIFY changed)
-    Q_PROPERTY(QAbstractItemModel* blockedApps READ blockedApps CONSTANT) ///< "name", "bundleID".
+    Q_PROPERTY(QObject* blockedApps READ blockedApps CONSTANT) ///< "name", "bundleID".
     Q_PROPERTY(norvane::ApplicationChooser* chooser READ chooser CONSTANT)
     Q_PROPERTY(bool requireAC READ requireAC WRITE setRequireAC NOTIFY changed)
     Q_PROPERTY(bool deferInLowPowerMode READ deferInLowPowerMode WRITE setDeferInLowPowerMode NOTIFY changed)
-    Q_PROPERTY(qint64 minBatteryPercent READ minBatteryPercent WRITE setMinBatteryPercent NOTIFY changed)
+    Q_PROPERTY(double minBatteryPercent READ minBatteryPercent WRITE setMinBatteryPercent NOTIFY changed)
     Q_PROPERTY(QVariantList batteryChoices READ batteryChoices CONSTANT)
     Q_PROPERTY(double maxDeferralHours READ maxDeferralHours WRITE setMaxDeferralHours NOTIFY changed)
-    Q_PROPERTY(qint64 recheckMinutes READ recheckMinutes WRITE setRecheckMinutes NOTIFY changed)
+    Q_PROPERTY(double recheckMinutes READ recheckMinutes WRITE setRecheckMinutes NOTIFY changed)
     Q_PROPERTY(QVariantList recheckChoices READ recheckChoices CONSTANT)
 
 public:
@@ -48,13 +51,13 @@ public:
     void setRequireAC(bool require);
     [[nodiscard]] bool deferInLowPowerMode() const { return config_.deferInLowPowerMode; }
     void setDeferInLowPowerMode(bool defer);
-    [[nodiscard]] qint64 minBatteryPercent() const { return config_.minBatteryPercent; }
-    void setMinBatteryPercent(qint64 percent);
+    [[nodiscard]] double minBatteryPercent() const { return static_cast<double>(config_.minBatteryPercent); }
+    void setMinBatteryPercent(double percent);
     [[nodiscard]] QVariantList batteryChoices() const;
     [[nodiscard]] double maxDeferralHours() const { return config_.maxDeferralHours; }
     void setMaxDeferralHours(double hours);
-    [[nodiscard]] qint64 recheckMinutes() const { return config_.recheckMinutes; }
-    void setRecheckMinutes(qint64 minutes);
+    [[nodiscard]] double recheckMinutes() const { return static_cast<double>(config_.recheckMinutes); }
+    void setRecheckMinutes(double minutes);
     [[nodiscard]] QVariantList recheckChoices() const;
 
     Q_INVOKABLE void removeApp(int position);

@@ -62,9 +62,9 @@ void GeneralSettings::loginItemAnswered(const std::string& error) {
     Q_EMIT changed();
 }
 
-void GeneralSettings::setLaunchGrace(qint64 minutes) {
-    launchGrace_ = minutes;
-    store_.setLaunchGraceMinutes(minutes);
+void GeneralSettings::setLaunchGrace(double minutes) {
+    launchGrace_ = static_cast<std::int64_t>(minutes);
+    store_.setLaunchGraceMinutes(launchGrace_);
     Q_EMIT changed();
 }
 

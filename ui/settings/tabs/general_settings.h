@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration>
 #include <functional>
 
 #include "controller/backup_controller.h"
@@ -28,9 +29,11 @@ struct RelaunchActions {
 /// Main thread only. Every change counts at once.
 class GeneralSettings : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("")
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY changed)
     Q_PROPERTY(QString loginItemError READ loginItemError NOTIFY changed)
-    Q_PROPERTY(qint64 launchGrace READ launchGrace WRITE setLaunchGrace NOTIFY changed) ///< Minutes.
+    Q_PROPERTY(double launchGrace READ launchGrace WRITE setLaunchGrace NOTIFY changed) ///< Minutes.
     Q_PROPERTY(QVariantList launchGraceChoices READ launchGraceChoices CONSTANT)
     Q_PROPERTY(QString language READ language WRITE setLanguage NOTIFY changed) ///< A code, or "system".
     Q_PROPERTY(QVariantList languageChoices READ languageChoices CONSTANT)
@@ -55,8 +58,8 @@ public:
     [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }
     void setLaunchAtLogin(bool launch);
     [[nodiscard]] QString loginItemError() const { return QString::fromStdString(loginItemError_); }
-    [[nodiscard]] qint64 launchGrace() const { return launchGrace_; }
-    void setLaunchGrace(qint64 minutes);
+    [[nodiscard]] double launchGrace() const { return static_cast<double>(launchGrace_); }
+    void setLaunchGrace(double minutes);
     [[nodiscard]] QVariantList launchGraceChoices() const;
     [[nodiscard]] QString language() const { return QString::fromStdString(language_); }
     void setLanguage(const QString& code);

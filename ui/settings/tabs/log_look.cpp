@@ -13,13 +13,13 @@ struct Rule {
 };
 
 constexpr std::array<Rule, 7> rules = {{
-    {{"finished"}, {"checkmark.circle.fill", LogTint::green}},
-    {{"failed", "never started", "error"}, {"xmark.octagon.fill", LogTint::red}},
-    {{"missed", "catching up"}, {"exclamationmark.arrow.circlepath", LogTint::orange}},
-    {{"waiting", "deferred"}, {"hourglass", LogTint::secondary}},
-    {{"scheduled for"}, {"calendar.badge.clock", LogTint::secondary}},
-    {{"started", "requested"}, {"arrow.triangle.2.circlepath", LogTint::secondary}},
-    {{"paused", "skip"}, {"pause.circle", LogTint::secondary}},
+    {{"finished"}, {"checkmark.circle.fill", Tint::green}},
+    {{"failed", "never started", "error"}, {"xmark.octagon.fill", Tint::red}},
+    {{"missed", "catching up"}, {"exclamationmark.arrow.circlepath", Tint::orange}},
+    {{"waiting", "deferred"}, {"hourglass", Tint::secondary}},
+    {{"scheduled for"}, {"calendar.badge.clock", Tint::secondary}},
+    {{"started", "requested"}, {"arrow.triangle.2.circlepath", Tint::secondary}},
+    {{"paused", "skip"}, {"pause.circle", Tint::secondary}},
 }};
 
 char lowerCase(char letter) {
@@ -40,7 +40,7 @@ LogLook lookOf(std::string_view message) {
                         [message](std::string_view word) { return contains(message, word); }))
             return rule.look;
     }
-    return {"info.circle", LogTint::secondary};
+    return {"info.circle", Tint::secondary};
 }
 
 } // namespace norvane

@@ -3,13 +3,13 @@
 
 #include <string_view>
 
-namespace norvane {
+#include "ui/kit/theme.h"
 
-enum class LogTint { green, red, orange, secondary };
+namespace norvane {
 
 struct LogLook {
     std::string_view symbol;
-    LogTint tint;
+    Tint tint;
 
     bool operator==(const LogLook&) const = default;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/kit/view_values.h"
 #include "ui/settings/tabs/schedule_values.h"
 #include "ui/settings/tabs/settings_delay.h"
 
@@ -19,8 +20,8 @@ bool has(const std::vector<Item>& items, int position) {
 
 } // namespace
 
-ScheduleSettings::ScheduleSettings(BackupController& controller, Timers& timers)
-    : controller_(controller), debouncer_(timers) {
+ScheduleSettings::ScheduleSettings(BackupController& controller, Timers& timers, const Translator& texts)
+    : controller_(controller), texts_(texts), debouncer_(timers) {
     show();
 }
 
@@ -33,8 +34,15 @@ void ScheduleSettings::load() {
 
 void ScheduleSettings::setMode(int mode) {
     ScheduleEdit edit = edit_;
-    edit.mode = static_cast<ScheduleEdit::Mode>(std::clamp(mode, 0, 2));
+    edit.mode = static_cast<ScheduleEdit::Mode>(std::clamp<int>(mode, Interval, Weekly));
     take(std::move(edit));
+}
+
+QStringList ScheduleSettings::modes() const {
+    QStringList modes;
+    for (const char* english : {"Fixed Interval", "Daily Times", "Weekly"})
+        modes.append(viewText(texts_.translate(english)));
+    return modes;
 }
 
 void ScheduleSettings::setHours(double hours) {

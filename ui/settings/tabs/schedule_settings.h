@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 
 #include "controller/backup_controller.h"
 #include "ui/kit/debouncer.h"
@@ -14,19 +15,30 @@ namespace norvane {
 /// a mask with Sunday as bit 0; a position that does not exist changes nothing.
 class ScheduleSettings : public QObject {
     Q_OBJECT
-    Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY changed) ///< ScheduleEdit::Mode.
+    QML_ELEMENT
+    QML_UNCREATABLE("")
+    Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY changed) ///< A Mode.
+    Q_PROPERTY(QStringList modes READ modes CONSTANT)           ///< Their names, for a picker.
     Q_PROPERTY(double hours READ hours WRITE setHours NOTIFY changed)
-    Q_PROPERTY(QAbstractItemModel* times READ times CONSTANT)           ///< "time".
-    Q_PROPERTY(QAbstractItemModel* weeklyRows READ weeklyRows CONSTANT) ///< "days", "time".
+    Q_PROPERTY(QObject* times READ times CONSTANT)           ///< "time".
+    Q_PROPERTY(QObject* weeklyRows READ weeklyRows CONSTANT) ///< "days", "time".
 
 public:
-    ScheduleSettings(BackupController& controller, Timers& timers);
+    enum Mode {
+        Interval = static_cast<int>(ScheduleEdit::Mode::interval),
+        Daily = static_cast<int>(ScheduleEdit::Mode::daily),
+        Weekly = static_cast<int>(ScheduleEdit::Mode::weekly),
+    };
+    Q_ENUM(Mode)
+
+    ScheduleSettings(BackupController& controller, Timers& timers, const Translator& texts);
 
     /// The tab appears: it shows what the controller holds, unless an edit is still on its way there.
     void load();
 
     [[nodiscard]] int mode() const { return static_cast<int>(edit_.mode); }
     void setMode(int mode);
+    [[nodiscard]] QStringList modes() const;
     [[nodiscard]] double hours() const { return edit_.hours; }
     void setHours(double hours);
     [[nodiscard]] QAbstractItemModel* times() { return &times_; }
@@ -49,6 +61,7 @@ private:
     void save();
 
     BackupController& controller_;
+    const Translator& texts_;
     Debouncer debouncer_;
     ScheduleEdit edit_;
     bool loaded_ = false;

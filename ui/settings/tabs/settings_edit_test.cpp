@@ -121,20 +121,20 @@ TEST(ConditionsEdit, KeepsEachApplicationOnce) {
 
 TEST(LogLook, FollowsTheFirstWordThatCounts) {
     const std::pair<const char*, LogLook> cases[] = {
-        {"Backup FINISHED", {"checkmark.circle.fill", LogTint::green}},
-        {"Finished after a failed try", {"checkmark.circle.fill", LogTint::green}},
-        {"Backup failed: disk full", {"xmark.octagon.fill", LogTint::red}},
-        {"Backup never started", {"xmark.octagon.fill", LogTint::red}},
-        {"Error 5", {"xmark.octagon.fill", LogTint::red}},
-        {"Backup was missed — catching up", {"exclamationmark.arrow.circlepath", LogTint::orange}},
-        {"Deferred, scheduled for 9:00", {"hourglass", LogTint::secondary}},
-        {"Waiting for power", {"hourglass", LogTint::secondary}},
-        {"Next backup scheduled for 9:00", {"calendar.badge.clock", LogTint::secondary}},
-        {"Backup requested", {"arrow.triangle.2.circlepath", LogTint::secondary}},
-        {"Paused until 9:00", {"pause.circle", LogTint::secondary}},
-        {"Will skip the next", {"pause.circle", LogTint::secondary}},
-        {"Launched", {"info.circle", LogTint::secondary}},
-        {"", {"info.circle", LogTint::secondary}}};
+        {"Backup FINISHED", {"checkmark.circle.fill", Tint::green}},
+        {"Finished after a failed try", {"checkmark.circle.fill", Tint::green}},
+        {"Backup failed: disk full", {"xmark.octagon.fill", Tint::red}},
+        {"Backup never started", {"xmark.octagon.fill", Tint::red}},
+        {"Error 5", {"xmark.octagon.fill", Tint::red}},
+        {"Backup was missed — catching up", {"exclamationmark.arrow.circlepath", Tint::orange}},
+        {"Deferred, scheduled for 9:00", {"hourglass", Tint::secondary}},
+        {"Waiting for power", {"hourglass", Tint::secondary}},
+        {"Next backup scheduled for 9:00", {"calendar.badge.clock", Tint::secondary}},
+        {"Backup requested", {"arrow.triangle.2.circlepath", Tint::secondary}},
+        {"Paused until 9:00", {"pause.circle", Tint::secondary}},
+        {"Will skip the next", {"pause.circle", Tint::secondary}},
+        {"Launched", {"info.circle", Tint::secondary}},
+        {"", {"info.circle", Tint::secondary}}};
     for (const auto& [message, look] : cases)
         EXPECT_EQ(lookOf(message), look) << message;
 }
@@ -142,7 +142,7 @@ TEST(LogLook, FollowsTheFirstWordThatCounts) {
 TEST(StatusLine, FollowsThePrecedence) {
     const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{10};
     const auto hours = [now](double count) { return plusSeconds(now, count * 3600); };
-    using Dot = StatusLine::Dot;
+    using Dot = Tint;
     // Each state keeps what came before it, so that each shows who wins.
     struct Case {
         std::function<void(ControllerState&)> change;
