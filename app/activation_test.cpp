@@ -7,6 +7,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 TEST_F(SessionTest, WindowsSeeTheTokenThatCameWithTheUsersAct) {
@@ -62,4 +63,5 @@ TEST_F(SessionTest, WindowsSeeTheTokenThatCameWithTheUsersAct) {
 }
 
 } // namespace
+
 } // namespace norvane

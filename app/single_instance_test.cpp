@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 struct FakeInstances final : ProgramInstances {
@@ -57,4 +58,5 @@ TEST(SingleInstance, TheOldestStays) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -11,11 +11,11 @@
 #include <fstream>
 #include <sys/resource.h>
 
-#include "controller/simulated_program.h"
 #include "platform/linux/event_loop/qt_background.h"
 #include "platform/linux/files/posix_services.h"
 #include "platform/linux/time/icu_formats.h"
 #include "tests/screenshots/panel_states.h"
+#include "tests/support/simulated_program.h"
 #include "ui/settings/settings_window.h"
 
 namespace {

@@ -3,18 +3,17 @@
 // sides include the time until the disk has it all (syncfs); the bare side's share of it is printed as well.
 //
 // Usage: backup_benchmark [rounds]
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <random>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "platform/linux/files/file_descriptor.h"

@@ -5,6 +5,7 @@
 #include "scheduler_core/scheduling_engine.h"
 
 namespace norvane {
+
 namespace {
 
 using enum Weekday;
@@ -55,6 +56,7 @@ void currentCalendar(benchmark::State& state) {
 BENCHMARK(currentCalendar);
 
 } // namespace
+
 } // namespace norvane
 
 BENCHMARK_MAIN();

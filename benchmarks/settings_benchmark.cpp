@@ -1,4 +1,5 @@
 // What a stored setting costs to read while nobody writes, and to write.
+#include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -6,8 +7,6 @@
 #include <string>
 #include <system_error>
 #include <thread>
-
-#include <benchmark/benchmark.h>
 
 #include "platform/linux/files/user_defaults_file.h"
 

@@ -1,19 +1,17 @@
 // What a status poll costs as the program makes it, beside starting the same tool bare and reading its one
 // pipe. The two alternate, so that whatever slows the machine slows both; the counters are medians in
 // milliseconds.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
+#include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 
 #include "platform/linux/desktop/desktop_workspace.h"
 #include "platform/linux/network/tcp_network_probe.h"
@@ -22,6 +20,7 @@
 #include "timemachine/tm_util.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto tool = NORVANE_LIBEXEC_DIR "/tmutil";
@@ -83,6 +82,7 @@ void statusPoll(benchmark::State& state) {
 BENCHMARK(statusPoll)->Iterations(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
+
 } // namespace norvane
 
 BENCHMARK_MAIN();

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(Health, FollowsAgeAndStreak) {
@@ -94,4 +95,5 @@ TEST(Watchdog, HealthDataIsRefreshedEveryTenthSlowTick) {
 }
 
 } // namespace
+
 } // namespace norvane

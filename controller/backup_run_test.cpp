@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 using End = BackupRun::End;
@@ -77,4 +78,5 @@ TEST(Records, TheFirstErrorIsReported) {
 }
 
 } // namespace
+
 } // namespace norvane

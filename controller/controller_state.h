@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "scheduler_core/conditions_config.h"
 #include "scheduler_core/schedule.h"
 #include "timemachine/health_data.h"

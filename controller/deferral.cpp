@@ -64,9 +64,10 @@ void addLoadReason(double maxLoadPerCore, ConditionMeasurements& measurements,
 
 } // namespace
 
-std::vector<std::string> deferralReasons(const ConditionsConfig& conditions,
-                                         const std::optional<DestinationFolder>& destination,
-                                         ConditionMeasurements& measurements, const FileSystem& files) {
+std::vector<std::string> ConditionProbes::deferralReasons(const ConditionsConfig& conditions,
+                                                          const std::optional<DestinationFolder>& destination,
+                                                          ConditionMeasurements& measurements,
+                                                          const FileSystem& files) {
     std::vector<std::string> reasons;
     addPowerReasons(conditions, measurements, reasons);
     if (conditions.deferWhileCameraOrMicInUse)

@@ -11,6 +11,8 @@
 
 namespace norvane {
 
+namespace ConditionProbes {
+
 /// The reasons that hold now, in a fixed order, as the user reads them; empty when the backup may start. Only
 /// what the conditions ask for is measured. `destination`: none when it is not a local one, or unknown. Main
 /// thread.
@@ -18,6 +20,8 @@ namespace norvane {
                                                        const std::optional<DestinationFolder>& destination,
                                                        ConditionMeasurements& measurements,
                                                        const FileSystem& files);
+
+} // namespace ConditionProbes
 
 /// The wait goes on for these reasons, or begins, with none `before`. None: its longest time is over, and the
 /// backup starts despite them.

@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
+
 namespace {
 
 using Reasons = std::vector<std::string>;
@@ -15,7 +16,9 @@ struct Machine {
     ConditionsConfig conditions = ConditionsConfig::defaultConditions();
     std::optional<DestinationFolder> destination;
 
-    Reasons reasons() { return deferralReasons(conditions, destination, measurements, files); }
+    Reasons reasons() {
+        return ConditionProbes::deferralReasons(conditions, destination, measurements, files);
+    }
 };
 
 TEST(DeferralReasons, MeasuresNothingThatIsSwitchedOff) {
@@ -96,4 +99,5 @@ TEST(DeferralReasons, TheDiskIsMissedOnlyWhereItsPlaceIsKnown) {
 }
 
 } // namespace
+
 } // namespace norvane

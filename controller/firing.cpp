@@ -101,8 +101,8 @@ void BackupController::startUnlessProblem(bool scheduled) {
 
 /// True: conditions forbid the backup and there is time to wait for better ones.
 bool BackupController::deferIfBlocked() {
-    const auto reasons =
-        deferralReasons(state_.conditions, destinationFolder_, services_.measurements, services_.files);
+    const auto reasons = ConditionProbes::deferralReasons(state_.conditions, destinationFolder_,
+                                                          services_.measurements, services_.files);
     if (reasons.empty())
         return false;
     const auto wait = deferral(state_.deferral, reasons, state_.conditions, now());
@@ -132,7 +132,7 @@ void BackupController::setPause(std::optional<Instant> until) {
 }
 
 void BackupController::setSkip(std::optional<Instant> occurrence) {
-    bounds_.skipped = occurrence;
+    bounds_.skipUntilAfter = occurrence;
     publish(&ControllerState::skipArmed, occurrence.has_value());
 }
 

@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 ConditionsConfig onlyOnPower() {
@@ -173,4 +174,5 @@ TEST(Settings, StrangeStoredNumbersBreakNothing) {
 }
 
 } // namespace
+
 } // namespace norvane

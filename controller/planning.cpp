@@ -17,10 +17,10 @@ Plan planNextFire(const PlanBounds& bounds, std::optional<Instant> lastBackup, c
     Instant earliest = std::max(now, bounds.launchGraceUntil);
     for (const auto& bound : {bounds.pausedUntil, bounds.retryFloor})
         earliest = std::max(earliest, bound.value_or(earliest));
-    if (bounds.skipped && !bounds.skipIsOver(now)) {
+    if (bounds.skipUntilAfter && !bounds.skipIsOver(now)) {
         // Interval rules count from the skipped occurrence, listed times lie behind it.
-        lastBackup = std::max(*bounds.skipped, lastBackup.value_or(*bounds.skipped));
-        earliest = std::max(earliest, plusSeconds(*bounds.skipped, skipMarginSeconds));
+        lastBackup = std::max(*bounds.skipUntilAfter, lastBackup.value_or(*bounds.skipUntilAfter));
+        earliest = std::max(earliest, plusSeconds(*bounds.skipUntilAfter, skipMarginSeconds));
     }
     const NextFire next = SchedulingEngine::nextFire(schedule, lastBackup, earliest, calendar);
     if (bounds.catchUpAt) {

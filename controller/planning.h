@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "scheduler_core/calendar.h"
 #include "scheduler_core/schedule.h"
 
@@ -12,14 +12,14 @@ namespace norvane {
 
 /// What bounds the next scheduled backup beside the schedule.
 struct PlanBounds {
-    Instant launchGraceUntil;             ///< No backup before it.
-    std::optional<Instant> pausedUntil{}; ///< No backup before it.
-    std::optional<Instant> retryFloor{};  ///< No backup before it.
-    std::optional<Instant> skipped{};     ///< The occurrence that the user skips.
-    std::optional<Instant> catchUpAt{};   ///< A missed backup is made up for, not before it.
+    Instant launchGraceUntil;                ///< No backup before it.
+    std::optional<Instant> pausedUntil{};    ///< No backup before it.
+    std::optional<Instant> retryFloor{};     ///< No backup before it.
+    std::optional<Instant> skipUntilAfter{}; ///< The occurrence that the user skips.
+    std::optional<Instant> catchUpAt{};      ///< A missed backup is made up for, not before it.
 
     /// The skipped occurrence is over, and bounds nothing any more.
-    [[nodiscard]] bool skipIsOver(Instant now) const { return skipped && *skipped < now; }
+    [[nodiscard]] bool skipIsOver(Instant now) const { return skipUntilAfter && *skipUntilAfter < now; }
 };
 
 struct Plan {

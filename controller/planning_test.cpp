@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 const Calendar utc = *Calendar::inZone("UTC");
@@ -43,7 +44,7 @@ TEST(Planning, ACatchUpWaitsOutABlackoutAndYieldsToARegularBackup) {
 TEST(Planning, ASkippedOccurrenceIsPassedOverUntilItLiesInThePast) {
     const Schedule every4Hours{{IntervalRule{4}}, {}};
     const Schedule daily{{DailyTimesRule{{TimeOfDay(11, 0), TimeOfDay(11, 1)}}}, {}};
-    const PlanBounds bounds{.launchGraceUntil = minute(0), .skipped = minute(60)};
+    const PlanBounds bounds{.launchGraceUntil = minute(0), .skipUntilAfter = minute(60)};
     const auto next = [&](const Schedule& schedule, double now, double lastBackup) {
         return planNextFire(bounds, minute(lastBackup), schedule, utc, minute(now)).nextFire;
     };
@@ -63,4 +64,5 @@ TEST(Planning, RetryDelaysDoubleUpToFourHours) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(Starting, EveryWayItFailsIsTold) {
@@ -303,4 +304,5 @@ TEST(Polling, AGapBetweenTicksIsLogged) {
 }
 
 } // namespace
+
 } // namespace norvane

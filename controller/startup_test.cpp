@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 
 namespace norvane {
+
 namespace {
 
 using Messages = std::vector<std::string>;
@@ -169,4 +170,5 @@ TEST(Lifetime, LateResultsOfAGoneControllerAreDropped) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/email_composer.h"
 #include "platform/file_system.h"
+#include "platform/time/clock.h"
 #include "platform/user_defaults.h"
 
 namespace norvane {

@@ -7,6 +7,7 @@
 #include "platform/simulated/simulated_user_defaults.h"
 
 namespace norvane {
+
 namespace {
 
 const Instant start{std::chrono::sys_days{std::chrono::year{2026} / 3 / 5}};
@@ -60,4 +61,5 @@ TEST(CrashReporter, PreparesTheMessage) {
 }
 
 } // namespace
+
 } // namespace norvane

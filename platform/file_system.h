@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

@@ -6,6 +6,7 @@
 #include "platform/simulated/simulated_user_defaults.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(LanguageOverride, IsReadAndStoredAsTheListOfLanguages) {
@@ -28,4 +29,5 @@ TEST(LanguageOverride, IsReadAndStoredAsTheListOfLanguages) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,11 +1,11 @@
 #include "platform/translator.h"
 
+#include <gtest/gtest.h>
 #include <limits>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace norvane {
+
 namespace {
 
 TEST(Translator, FillsInPlaceholdersInOrder) {
@@ -26,4 +26,5 @@ TEST(Translator, LeavesWhatHasNoFittingArgument) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,12 +1,12 @@
 #include "platform/user_defaults.h"
 
+#include <gtest/gtest.h>
 #include <limits>
 #include <utility>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace norvane {
+
 namespace {
 
 class OneValue final : public UserDefaults {
@@ -65,4 +65,5 @@ TEST(UserDefaults, ReadsDataAndDatesStrictly) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,12 +1,11 @@
 #include "scheduler_core/calendar.h"
 
+#include <cctz/civil_time.h>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-
-#include <cctz/civil_time.h>
 
 namespace norvane {
 

@@ -4,13 +4,12 @@
 // last listed clock change by the rule at the end of the file.
 #pragma once
 
+#include <cctz/time_zone.h>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-#include <cctz/time_zone.h>
-
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

@@ -1,12 +1,12 @@
 #include "scheduler_core/calendar.h"
 
 #include <cstdlib>
-
 #include <gtest/gtest.h>
 
-#include "scheduler_core/test_times.h"
+#include "tests/support/test_times.h"
 
 namespace norvane {
+
 namespace {
 
 struct WallTimeCase {
@@ -144,4 +144,5 @@ TEST(Calendar, TheUsersZoneComesFromTheEnvironment) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(ConditionsConfig, AnyOneConditionCanDefer) {
@@ -20,4 +21,5 @@ TEST(ConditionsConfig, AnyOneConditionCanDefer) {
 }
 
 } // namespace
+
 } // namespace norvane

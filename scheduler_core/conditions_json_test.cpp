@@ -1,10 +1,10 @@
 #include "scheduler_core/conditions_json.h"
 
 #include <cmath>
-
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 const std::string defaultDocument =
@@ -70,4 +70,5 @@ TEST(ConditionsJson, EncodesOnlyWhatCanBeReadBack) {
 }
 
 } // namespace
+
 } // namespace norvane

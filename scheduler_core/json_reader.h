@@ -3,11 +3,10 @@
 
 #include <cstdint>
 #include <exception>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
 
 #include "scheduler_core/decoded.h"
 

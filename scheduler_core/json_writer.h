@@ -1,10 +1,9 @@
 // Writing stored JSON documents; for the writers of this folder only.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
-
-#include <nlohmann/json.hpp>
 
 namespace norvane::json_writer {
 

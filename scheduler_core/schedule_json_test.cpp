@@ -1,10 +1,10 @@
 #include "scheduler_core/schedule_json.h"
 
+#include <gtest/gtest.h>
 #include <limits>
 
-#include <gtest/gtest.h>
-
 namespace norvane {
+
 namespace {
 
 using enum Weekday;
@@ -109,4 +109,5 @@ TEST(ScheduleJson, RefusesTheWholeDocumentForAnyFault) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "scheduler_core/test_times.h"
+#include "tests/support/test_times.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(TimeOfDay, ClampsComparesAndKeepsWhatIsStored) {
@@ -54,4 +55,5 @@ TEST(BlackoutWindow, EndsOfOccurrences) {
 }
 
 } // namespace
+
 } // namespace norvane

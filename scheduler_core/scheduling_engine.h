@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "scheduler_core/calendar.h"
 #include "scheduler_core/schedule.h"
 

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "scheduler_core/test_times.h"
+#include "tests/support/test_times.h"
 
 namespace norvane {
+
 namespace {
 
 using enum Weekday;
@@ -54,4 +55,5 @@ TEST(SchedulingEngine, TheEndsOfTimeAreHarmless) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,15 +1,14 @@
 // Generated schedules around clock changes, against a plain search through the C library's clock.
 
 #include <algorithm>
-#include <iostream>
-
 #include <gtest/gtest.h>
+#include <iostream>
 #include <rapidcheck.h>
 
 #include "scheduler_core/schedule_json.h"
 #include "scheduler_core/scheduling_engine.h"
-#include "scheduler_core/test_times.h"
-#include "scheduler_core/wall_clock_table.h"
+#include "tests/support/test_times.h"
+#include "tests/support/wall_clock_table.h"
 
 namespace norvane {
 
@@ -197,4 +196,5 @@ TEST(SchedulingProperties, HoldAroundClockChanges) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "platform/user_defaults.h"
 #include "scheduler_core/conditions_config.h"
 #include "scheduler_core/schedule.h"

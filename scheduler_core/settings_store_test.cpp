@@ -1,12 +1,12 @@
 #include "scheduler_core/settings_store.h"
 
-#include <limits>
-
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "platform/simulated/simulated_user_defaults.h"
 
 namespace norvane {
+
 namespace {
 
 void expectDefaults(const SettingsStore& store) {
@@ -84,4 +84,5 @@ TEST(SettingsStore, TheLaunchGraceIsAtLeastAMinute) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
+
 namespace {
 
 const SimulatedFormats formats;
@@ -94,4 +95,5 @@ TEST(PaneContent, NamesOfAnyBytesShowInOneLine) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -6,7 +6,7 @@
 #include <deque>
 #include <memory>
 
-#include "platform/timers.h"
+#include "platform/time/timers.h"
 #include "platform/workspace.h"
 #include "settings_pane/folder_chooser.h"
 #include "settings_pane/pane_content.h"

@@ -4,9 +4,10 @@
 
 #include "platform/simulated/simulated_services.h"
 #include "platform/simulated/simulated_time.h"
-#include "settings_pane/simulated_backup_settings.h"
+#include "tests/support/simulated_backup_settings.h"
 
 namespace norvane {
+
 namespace {
 
 struct Pane {
@@ -207,4 +208,5 @@ TEST(Pane, OpensTheFolderOfTheBackups) {
 }
 
 } // namespace
+
 } // namespace norvane

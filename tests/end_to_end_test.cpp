@@ -11,6 +11,7 @@
 #include "tests/program_fixture.h"
 
 namespace norvane {
+
 namespace {
 
 void fillWithFiles(const std::string& folder, int count, int bytesEach) {
@@ -262,4 +263,5 @@ TEST(Norvane, QuitsWithoutWaitingForAToolThatHangs) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -8,6 +8,7 @@
 #include "tests/ui_driver.h"
 
 namespace norvane {
+
 namespace {
 
 class FirstStart : public testing::Test {
@@ -263,4 +264,5 @@ TEST_F(FirstStart, ADiskImageLeavesOneWayOn) {
 }
 
 } // namespace
+
 } // namespace norvane

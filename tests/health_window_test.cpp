@@ -3,6 +3,7 @@
 #include "tests/window_test.h"
 
 namespace norvane {
+
 namespace {
 
 class HealthWindow : public WindowTest {
@@ -149,4 +150,5 @@ TEST(Windows, OpenFromTheProgramAndFromEachOther) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -2,6 +2,7 @@
 #include "tests/window_test.h"
 
 namespace norvane {
+
 namespace {
 
 class LocalSnapshotsWindow : public WindowTest {
@@ -154,4 +155,5 @@ TEST_F(LocalSnapshotsWindow, WorksByKeyboardAlone) {
 }
 
 } // namespace
+
 } // namespace norvane

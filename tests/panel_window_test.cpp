@@ -2,6 +2,7 @@
 #include "tests/window_test.h"
 
 namespace norvane {
+
 namespace {
 
 class PanelWindow : public WindowTest {
@@ -294,4 +295,5 @@ TEST_F(PanelWindow, WorksByKeyboardAlone) {
 }
 
 } // namespace
+
 } // namespace norvane

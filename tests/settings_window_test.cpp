@@ -6,6 +6,7 @@
 #include "tests/ui_driver.h"
 
 namespace norvane {
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -362,4 +363,5 @@ TEST_F(SettingsWindow, ShowsWhatHappens) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -6,6 +6,7 @@
 #include "tests/ui_driver.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto settingsDaemon = "/usr/lib/" NORVANE_LIBRARY_ARCHITECTURE "/xfce4/xfconf/xfconfd";
@@ -124,4 +125,5 @@ TEST_F(Tray, ShowsTheItemThatOpensThePanel) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,6 +3,7 @@
 #include "timemachine/tm_util.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(InfoValue, ReadsLabelledLines) {
@@ -84,4 +85,5 @@ TEST(DestinationStatuses, AreEmptyWhereTheWholeIsUnusable) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/time/clock.h"
 #include "timemachine/tm_util.h"
 
 namespace norvane {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{20};
@@ -80,4 +81,5 @@ TEST(HealthData, FiguresComeFromTheFirstDestination) {
 }
 
 } // namespace
+
 } // namespace norvane

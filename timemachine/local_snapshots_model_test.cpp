@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_machine.h"
 
 namespace norvane {
+
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -127,4 +128,5 @@ TEST_F(LocalSnapshotsModelTest, ARefreshForgetsTheErrorAndALateResultFindsNobody
 }
 
 } // namespace
+
 } // namespace norvane

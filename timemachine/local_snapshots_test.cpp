@@ -3,6 +3,7 @@
 #include "timemachine/tm_util.h"
 
 namespace norvane {
+
 namespace {
 
 std::vector<std::string> tokens(const std::string& text) {
@@ -38,4 +39,5 @@ TEST(LocalSnapshots, OtherLinesAreSkipped) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,6 +5,7 @@
 #include "timemachine/tm_util.h"
 
 namespace norvane {
+
 namespace {
 
 std::string withKeys(const std::string& keys) { return "Backup session status:\n{\n" + keys + "\n}\n"; }
@@ -103,4 +104,5 @@ TEST(ParseStatus, ProgressNeedsBytesAndAPositiveTotal) {
 }
 
 } // namespace
+
 } // namespace norvane

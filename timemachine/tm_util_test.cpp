@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
+
 namespace {
 
 /// Answers every command with the same result and keeps the last command line.
@@ -81,4 +82,5 @@ TEST_F(TMUtilTest, AutoBackupIsOnOnlyForOne) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
 #include "platform/log_file.h"
+#include "platform/time/clock.h"
 
 namespace norvane {
 

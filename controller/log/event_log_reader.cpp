@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <utility>
-
 #include <unicode/utf8.h> // macros only: nothing of ICU is linked
+#include <utility>
 
 #include "platform/text/digit_pattern.h"
 #include "platform/text/utf8.h"

@@ -5,6 +5,7 @@
 #include "controller/log/event_log.h"
 
 namespace norvane {
+
 namespace {
 
 std::vector<LogEntry> entriesOf(std::string_view text) {
@@ -62,4 +63,5 @@ TEST(EventLogReader, ReadsNothingFromTextThatIsNotUtf8) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -6,6 +6,7 @@
 #include "platform/simulated/simulated_time.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(EventLog, StampsEveryLineInUtcAndKeepsTheMessageAsItIs) {
@@ -27,4 +28,5 @@ TEST(EventLog, TimestampKeepsItsWidthForEveryInstant) {
 }
 
 } // namespace
+
 } // namespace norvane

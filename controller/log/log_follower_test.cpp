@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
+
 namespace {
 
 /// Counts what is read.
@@ -85,4 +86,5 @@ TEST(LogFollower, ReadsWhatWasAddedAndKeepsLittle) {
 }
 
 } // namespace
+
 } // namespace norvane

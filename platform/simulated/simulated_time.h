@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/background.h"
-#include "platform/clock.h"
-#include "platform/timers.h"
+#include "platform/time/clock.h"
+#include "platform/time/timers.h"
 
 namespace norvane {
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(SimulatedTime, TimersCountRunningTimeAndTheWallClockGoesItsOwnWay) {
@@ -46,4 +47,5 @@ TEST(SimulatedTime, BackgroundWorkDeliversAfterTheTimeItSpent) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -12,7 +12,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

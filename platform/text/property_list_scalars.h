@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/instant.h"
 #include "platform/text/property_list.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

@@ -1,17 +1,17 @@
 #include "platform/text/property_list.h"
 
 #include <cmath>
-#include <limits>
-#include <vector>
-
 #include <gtest/gtest.h>
+#include <limits>
 #include <rapidcheck.h>
+#include <vector>
 
 #include "platform/text/property_list_text.h"
 #include "platform/text/property_list_xml.h"
 #include "platform/text/utf8.h"
 
 namespace norvane {
+
 namespace {
 
 using Array = PropertyList::Array;
@@ -295,4 +295,5 @@ TEST(PropertyList, ConvertsNumbers) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -4,9 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <utility>
-
 #include <unicode/utf16.h> // macros only: nothing of ICU is linked
+#include <utility>
 
 #include "platform/text/property_list_scalars.h"
 #include "platform/text/utf8.h"

@@ -4,9 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <utility>
-
 #include <pugixml.hpp>
+#include <utility>
 
 #include "platform/text/property_list_scalars.h"
 #include "platform/text/utf8.h"

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-
 #include <unicode/utf8.h> // macros only: nothing of ICU is linked
 
 namespace norvane {

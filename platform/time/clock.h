@@ -1,7 +1,7 @@
 // The time of day. Nothing outside platform/ asks the system for it.
 #pragma once
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "controller/simulated_program.h"
+#include "tests/support/simulated_program.h"
 #include "ui/health/health_view_model.h"
 
 namespace norvane::screenshots {

@@ -8,7 +8,7 @@
 #include "platform/simulated/simulated_services.h"
 #include "platform/simulated/simulated_time.h"
 #include "settings_pane/pane_view_model.h"
-#include "settings_pane/simulated_backup_settings.h"
+#include "tests/support/simulated_backup_settings.h"
 
 namespace norvane::screenshots {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "controller/simulated_program.h"
+#include "tests/support/simulated_program.h"
 
 namespace norvane::screenshots {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "controller/simulated_program.h"
 #include "platform/linux/time/icu_formats.h"
+#include "tests/support/simulated_program.h"
 #include "ui/settings/settings_view_model.h"
 
 namespace norvane::screenshots {

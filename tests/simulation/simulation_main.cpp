@@ -1,8 +1,8 @@
 // One life, from a seed: simulate YEARS SEED. Prints what broke a rule, if anything did.
+#include "tests/simulation/simulation.h"
+
 #include <cstdio>
 #include <cstdlib>
-
-#include "tests/simulation/simulation.h"
 
 int main(int argc, char** argv) {
     const double years = argc == 3 ? std::strtod(argv[1], nullptr) : 0;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "controller/simulated_program.h"
 #include "tests/simulation/faulty_services.h"
+#include "tests/support/simulated_program.h"
 
 namespace norvane::simulation {
 

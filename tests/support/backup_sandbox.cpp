@@ -1,17 +1,16 @@
 #include "tests/support/backup_sandbox.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <signal.h>
 #include <spawn.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
@@ -20,6 +19,7 @@
 #include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
+
 namespace {
 
 void hashInto(std::uint64_t& hash, const std::string& text) {

@@ -1,10 +1,9 @@
 // For tests: a user of their own, with a home folder, a tree to back up and a destination.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 #include "platform/linux/files/user_defaults_file.h"

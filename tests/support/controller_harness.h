@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "controller/simulated_program.h"
+#include "tests/support/simulated_program.h"
 
 namespace norvane {
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "scheduler_core/calendar.h"
 
 namespace norvane {

@@ -1,11 +1,10 @@
 // For tests: tmutil as people and other programs run it.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
 
 #include "tests/support/backup_sandbox.h"
 

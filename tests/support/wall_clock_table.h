@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "scheduler_core/schedule.h"
 
 namespace norvane {

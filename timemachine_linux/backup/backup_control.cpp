@@ -1,13 +1,12 @@
 #include "timemachine_linux/backup/backup_control.h"
 
-#include <poll.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <poll.h>
+#include <signal.h>
 #include <thread>
+#include <unistd.h>
 
 extern "C" {
 #include <sys/pidfd.h> // glibc 2.36 does not say itself that these are C functions
@@ -22,6 +21,7 @@ extern "C" {
 #include "timemachine_linux/snapshots/backup_history.h"
 
 namespace norvane {
+
 namespace {
 
 // Whoever watches by `tmutil status` every two seconds must see even the shortest backup run, or takes it for

@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "platform/clock.h"
 #include "platform/linux/files/user_defaults_file.h"
+#include "platform/time/clock.h"
 #include "timemachine_linux/session/backup_session_state.h"
 #include "timemachine_linux/session/result_code.h"
 #include "timemachine_linux/sources/source_selection.h"

@@ -1,13 +1,12 @@
 // The promise that matters most: whenever a backup is killed, what was saved before stays saved.
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <map>
 #include <random>
+#include <signal.h>
+#include <sys/stat.h>
 #include <thread>
 
 #include "tests/support/backup_sandbox.h"
@@ -15,6 +14,7 @@
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -171,4 +171,5 @@ TEST_F(KilledBackups, NeverHarmOneMadeFromALocalSnapshot) {
 }
 
 } // namespace
+
 } // namespace norvane

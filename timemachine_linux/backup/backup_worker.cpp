@@ -1,11 +1,10 @@
 #include "timemachine_linux/backup/backup_worker.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "platform/linux/files/file_status.h"
 #include "platform/linux/files/mount_table.h"
@@ -21,6 +20,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr mode_t privateFolder = 0700; // a snapshot shows nothing to those who cannot read the sources

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/user_defaults_file.h"
+#include "platform/time/clock.h"
 #include "timemachine_linux/backup/change_count.h"
 #include "timemachine_linux/backup/source_view.h"
 #include "timemachine_linux/destination/destination.h"

@@ -2,11 +2,10 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
-
 #include <memory>
 #include <set>
 #include <string_view>
+#include <sys/stat.h>
 #include <unordered_set>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "timemachine_linux/files/paths.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;

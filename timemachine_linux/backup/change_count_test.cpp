@@ -1,14 +1,14 @@
 #include "timemachine_linux/backup/change_count.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <filesystem>
 
 #include "tests/support/backup_sandbox.h"
 #include "timemachine_linux/rsync/rsync_command.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -61,4 +61,5 @@ TEST(ChangeCount, FindsWhatRsyncWouldTransfer) {
 }
 
 } // namespace
+
 } // namespace norvane

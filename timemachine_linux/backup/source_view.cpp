@@ -8,6 +8,7 @@
 #include "timemachine_linux/files/btrfs_subvolume.h"
 
 namespace norvane {
+
 namespace {
 
 bool anyWithin(const std::vector<std::string>& paths, const std::string& folder) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "timemachine_linux/files/held_folder.h"
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
 #include "timemachine_linux/rsync/rsync_command.h"

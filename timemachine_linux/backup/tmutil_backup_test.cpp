@@ -1,13 +1,12 @@
 // What a backup saves, notes and takes away.
-#include <signal.h>
-#include <stdlib.h>
-#include <sys/xattr.h>
-#include <time.h>
-
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/xattr.h>
 #include <thread>
+#include <time.h>
 
 #include "tests/support/tmutil_fixture.h"
 #include "timemachine_linux/files/file_lock.h"
@@ -15,6 +14,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -216,4 +216,5 @@ TEST_F(Tmutil, OldBackupsMakeWayOnADiskFullToTheLastByte) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,9 +1,8 @@
 // Backups that run on their own: starting, watching and stopping them, and what the next run makes of a
 // leftover.
+#include <filesystem>
 #include <signal.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 #include "tests/support/tmutil_fixture.h"
 #include "timemachine_linux/files/file_lock.h"
@@ -11,6 +10,7 @@
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -99,4 +99,5 @@ TEST_F(Tmutil, StatusNeverClaimsADeadRunAndItsCopyDiesWithIt) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,14 +3,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <list>
 #include <random>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_defaults_file.h"
@@ -19,6 +18,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -235,4 +235,5 @@ TEST_F(DefaultsTest, KeepsEverySuccessfulWriteAmongKilledWriters) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <ctime>
 #include <iostream>
-
 #include <unistd.h>
 
 #include "platform/linux/time/system_clock.h"

@@ -5,6 +5,7 @@
 #include <map>
 
 namespace norvane {
+
 namespace {
 
 template <class Folders>

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(BackupDrives, AreWhatAPersonCallsADrive) {
@@ -33,4 +34,5 @@ TEST(BackupDrives, AreWhatAPersonCallsADrive) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,9 +1,8 @@
 #include "timemachine_linux/destination/destination.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
-
-#include <algorithm>
 
 #include "platform/linux/files/mount_table.h"
 #include "platform/linux/files/small_file.h"
@@ -12,6 +11,7 @@
 #include "timemachine_linux/snapshots/backup_history.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr double probeSeconds = 5;

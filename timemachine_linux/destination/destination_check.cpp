@@ -1,16 +1,15 @@
 #include "timemachine_linux/destination/destination_check.h"
 
-#include <sys/stat.h>
-#include <sys/statvfs.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <set>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include "platform/linux/files/mount_table.h"
 #include "platform/text/white_space.h"
@@ -19,6 +18,7 @@
 #include "timemachine_linux/files/paths.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -1,10 +1,9 @@
 #include "timemachine_linux/destination/destination_check.h"
 
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/linux/files/mount_table.h"
 #include "tests/support/backup_sandbox.h"
@@ -12,6 +11,7 @@
 #include "timemachine_linux/destination/snapshot_holding.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -160,4 +160,5 @@ TEST(SnapshotHolding, KnowsWholeSnapshotsOnly) {
 }
 
 } // namespace
+
 } // namespace norvane

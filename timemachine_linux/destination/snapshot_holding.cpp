@@ -7,6 +7,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 bool isFile(const std::string& path) {

@@ -6,6 +6,7 @@
 #include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -92,4 +93,5 @@ TEST_F(Tmutil, DestinationInsideASourceIsNotBackedUp) {
 }
 
 } // namespace
+
 } // namespace norvane

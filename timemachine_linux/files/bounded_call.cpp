@@ -1,19 +1,19 @@
 #include "timemachine_linux/files/bounded_call.h"
 
+#include <array>
+#include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cerrno>
-#include <chrono>
-
 #include "platform/linux/files/file_descriptor.h"
 #include "timemachine_linux/files/child_descriptors.h"
 
 namespace norvane {
+
 namespace {
 
 [[noreturn]] void answer(int fd, const std::function<std::optional<std::string>()>& question) {

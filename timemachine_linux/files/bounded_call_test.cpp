@@ -1,12 +1,12 @@
 #include "timemachine_linux/files/bounded_call.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
 #include <unistd.h>
 
-#include <filesystem>
-#include <set>
-
 namespace norvane {
+
 namespace {
 
 TEST(BoundedCall, TakesTheAnswerOrEndsInTime) {
@@ -36,4 +36,5 @@ TEST(BoundedCall, ChildHoldsNoFileOfItsCaller) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,15 +1,15 @@
 #include "timemachine_linux/files/btrfs_subvolume.h"
 
+#include <algorithm>
 #include <btrfsutil.h>
 #include <fcntl.h>
-
-#include <algorithm>
 #include <filesystem>
 
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/file_status.h"
 
 namespace norvane {
+
 namespace {
 
 std::optional<Failure> failureUnless(btrfs_util_error done) {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "timemachine_linux/files/failure.h"
 
 namespace norvane {

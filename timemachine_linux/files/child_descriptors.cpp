@@ -1,9 +1,8 @@
 #include "timemachine_linux/files/child_descriptors.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <algorithm>
 
 namespace norvane {
 

@@ -1,9 +1,8 @@
 #include "timemachine_linux/files/exclusive_rename.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 
 #include "platform/linux/files/file_status.h"
 

@@ -1,9 +1,8 @@
 #include "timemachine_linux/files/file_lock.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace norvane {
 

@@ -1,17 +1,17 @@
 #include "timemachine_linux/files/file_system_probe.h"
 
+#include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <array>
-#include <cerrno>
-
 #include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
+
 namespace {
 
 std::string probePath(const std::string& folder) { return folder + "/.norvane-probe"; }

@@ -4,6 +4,7 @@
 #include "platform/linux/files/mount_table.h"
 
 namespace norvane {
+
 namespace {
 
 /// `path`, which lies in the folder `from`, as it is called in the folder `to`.

@@ -9,6 +9,7 @@
 #include "platform/text/utf8.h"
 
 namespace norvane {
+
 namespace {
 
 std::string withoutTrailingSlashes(std::string path) {

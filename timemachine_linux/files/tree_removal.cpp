@@ -1,22 +1,22 @@
 #include "timemachine_linux/files/tree_removal.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <fts.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fts.h>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/mount_table.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;

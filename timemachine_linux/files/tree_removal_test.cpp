@@ -1,12 +1,12 @@
 #include "timemachine_linux/files/tree_removal.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 
 #include "tests/support/backup_sandbox.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -35,4 +35,5 @@ TEST(UnfinishedSnapshots, LoseSourcesThatAreGoneAndFilesThatOthersShare) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,6 +3,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr std::string_view prefix = "com.apple.TimeMachine.";

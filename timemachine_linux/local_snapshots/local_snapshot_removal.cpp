@@ -3,6 +3,7 @@
 #include "timemachine_linux/files/file_system_probe.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr double restorePointSeconds = 24 * 3600;

@@ -1,13 +1,12 @@
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/file.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <set>
+#include <sys/file.h>
 
 #include "platform/linux/files/file_status.h"
 #include "timemachine_linux/files/btrfs_subvolume.h"
@@ -15,6 +14,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/time/instant.h"
 #include "timemachine_linux/files/failure.h"
 
 namespace norvane {

@@ -1,10 +1,9 @@
 // Local snapshots on a real Btrfs file system, by the program and by its parts.
 #include "timemachine_linux/local_snapshots/local_snapshots.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <filesystem>
+#include <gtest/gtest.h>
 
 #include "platform/linux/files/small_file.h"
 #include "tests/support/tmutil_fixture.h"
@@ -13,6 +12,7 @@
 #include "timemachine_linux/local_snapshots/local_snapshot_removal.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -264,4 +264,5 @@ TEST_F(LocalSnapshotsOnBtrfs, AreOfOrdinaryUsersOnlyIfTheyMayRemoveThem) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,11 +1,10 @@
 #include "timemachine_linux/restore/restore.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <cerrno>
 
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/file_status.h"
@@ -19,6 +18,7 @@
 #include "timemachine_linux/rsync/rsync_process.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr int realFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;

@@ -1,18 +1,18 @@
 #include "timemachine_linux/restore/restore.h"
 
+#include <chrono>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
-
-#include <chrono>
-#include <filesystem>
 #include <thread>
 
 #include "platform/linux/files/small_file.h"
 #include "tests/support/tmutil_fixture.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -148,4 +148,5 @@ TEST_F(Restore, KilledOrStoppedShowsNoHalfOfIt) {
 }
 
 } // namespace
+
 } // namespace norvane

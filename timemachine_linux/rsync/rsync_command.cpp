@@ -3,6 +3,7 @@
 #include "platform/linux/files/mount_table.h"
 
 namespace norvane {
+
 namespace {
 
 // rsync takes a backslash literally in a pattern without wildcards and as an escape in one that has any.

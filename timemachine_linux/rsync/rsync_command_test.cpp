@@ -1,10 +1,10 @@
 #include "timemachine_linux/rsync/rsync_command.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace norvane {
+
 namespace {
 
 using Words = std::vector<std::string>;
@@ -49,4 +49,5 @@ TEST(RsyncCommand, ReadsASnapshotAndSpeaksOfTheOriginal) {
 }
 
 } // namespace
+
 } // namespace norvane

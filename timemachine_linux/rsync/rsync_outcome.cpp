@@ -4,6 +4,7 @@
 #include <array>
 
 namespace norvane {
+
 namespace {
 
 constexpr int partialTransfer = 23;

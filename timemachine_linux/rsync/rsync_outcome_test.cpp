@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(RsyncOutcome, JudgesExitsByStatusAndByWhoMetTheError) {
@@ -62,4 +63,5 @@ TEST(RsyncOutcome, JudgesExitsByStatusAndByWhoMetTheError) {
 }
 
 } // namespace
+
 } // namespace norvane

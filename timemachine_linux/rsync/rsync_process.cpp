@@ -1,21 +1,21 @@
 #include "timemachine_linux/rsync/rsync_process.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
 #include <string_view>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 #include "platform/linux/files/file_descriptor.h"
 
 namespace norvane {
+
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;

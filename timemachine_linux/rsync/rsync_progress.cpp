@@ -4,6 +4,7 @@
 #include <charconv>
 
 namespace norvane {
+
 namespace {
 
 constexpr std::size_t longestLine = 512; // a progress line has about 80 characters

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(RsyncProgress, ReadsLines) {
@@ -45,4 +46,5 @@ TEST(RsyncProgress, FiguresNeverGoBackHoweverTheStreamIsCut) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -10,6 +10,7 @@
 #include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
+
 namespace {
 
 std::string decimal(double fraction) {

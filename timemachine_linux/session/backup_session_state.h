@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/instant.h"
 #include "platform/text/property_list.h"
+#include "platform/time/instant.h"
 
 namespace norvane {
 

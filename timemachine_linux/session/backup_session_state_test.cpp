@@ -5,6 +5,7 @@
 #include "platform/text/property_list_text.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(BackupSessionState, PrintsWhatAMacPrints) {
@@ -61,4 +62,5 @@ TEST(BackupSessionState, RemainingTimeNeedsAPace) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,17 +1,17 @@
 #include "timemachine_linux/session/detached_worker.h"
 
+#include <cerrno>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 #include "platform/linux/files/file_descriptor.h"
 #include "timemachine_linux/files/child_descriptors.h"
 #include "timemachine_linux/session/stop_requests.h"
 
 namespace norvane {
+
 namespace {
 
 void leaveCaller(int lockFd, int goingFd) {

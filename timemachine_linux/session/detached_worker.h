@@ -1,10 +1,9 @@
 // Starting a worker that outlives the program that starts it.
 #pragma once
 
-#include <sys/types.h>
-
 #include <functional>
 #include <optional>
+#include <sys/types.h>
 
 #include "timemachine_linux/files/file_lock.h"
 

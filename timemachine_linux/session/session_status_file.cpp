@@ -1,8 +1,7 @@
 #include "timemachine_linux/session/session_status_file.h"
 
-#include <unistd.h>
-
 #include <algorithm>
+#include <unistd.h>
 
 #include "platform/linux/files/small_file.h"
 #include "platform/text/property_list_xml.h"

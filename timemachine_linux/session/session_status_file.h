@@ -1,7 +1,7 @@
 // The running worker's side of the status file.
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/time/clock.h"
 #include "timemachine_linux/session/backup_session_state.h"
 
 namespace norvane {

@@ -4,6 +4,7 @@
 #include <sys/signalfd.h>
 
 namespace norvane {
+
 namespace {
 
 sigset_t stopSignals() {

@@ -1,6 +1,7 @@
 #include "timemachine_linux/settings/automatic_backups.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto flagKey = "AutoBackup";

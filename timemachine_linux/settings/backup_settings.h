@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "timemachine_linux/destination/destination_check.h"
 #include "timemachine_linux/files/failure.h"
 

@@ -1,12 +1,11 @@
 #include "timemachine_linux/settings/hourly_timer.h"
 
-#include <signal.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <signal.h>
 #include <string_view>
+#include <unistd.h>
 #include <utility>
 
 #include "platform/linux/files/program_search.h"
@@ -14,6 +13,7 @@
 #include "platform/linux/files/user_folders.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr double systemctlSeconds = 10;

@@ -1,15 +1,15 @@
 #include "timemachine_linux/settings/hourly_timer.h"
 
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 
 #include "tests/support/failure_text.h"
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -122,4 +122,5 @@ TEST(HourlyTimer, WritesUnitsThatSystemdUnderstands) {
 }
 
 } // namespace
+
 } // namespace norvane

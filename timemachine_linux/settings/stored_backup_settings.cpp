@@ -14,6 +14,7 @@
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;

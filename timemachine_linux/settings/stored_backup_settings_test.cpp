@@ -1,8 +1,7 @@
 #include "timemachine_linux/settings/stored_backup_settings.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <thread>
 
 #include "platform/linux/processes/child_command_runner.h"
@@ -11,6 +10,7 @@
 #include "timemachine_linux/destination/destination.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -123,4 +123,5 @@ TEST(StoredBackupSettings, TheFlagSaysWhatTheTimerDoes) {
 }
 
 } // namespace
+
 } // namespace norvane

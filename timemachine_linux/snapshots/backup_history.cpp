@@ -6,6 +6,7 @@
 #include "timemachine_linux/files/preferences.h"
 
 namespace norvane {
+
 namespace {
 
 // "MessageParameters" are read by people in one line.

@@ -5,6 +5,7 @@
 #include "tests/support/backup_sandbox.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(UnfinishedSnapshots, AreTrustedOnlyInTheSameBootOrWhenSynced) {
@@ -27,4 +28,5 @@ TEST(UnfinishedSnapshots, AreTrustedOnlyInTheSameBootOrWhenSynced) {
 }
 
 } // namespace
+
 } // namespace norvane

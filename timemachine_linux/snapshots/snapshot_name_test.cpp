@@ -1,11 +1,11 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <ctime>
+#include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(SnapshotName, IsLocalTimeAndReadsBack) {
@@ -26,4 +26,5 @@ TEST(SnapshotName, IsLocalTimeAndReadsBack) {
 }
 
 } // namespace
+
 } // namespace norvane

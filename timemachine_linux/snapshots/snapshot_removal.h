@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
+#include "platform/time/clock.h"
 #include "timemachine_linux/session/session_status_file.h"
 #include "timemachine_linux/session/stop_requests.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"

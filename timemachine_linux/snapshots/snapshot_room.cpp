@@ -1,13 +1,13 @@
 #include "timemachine_linux/snapshots/snapshot_room.h"
 
-#include <fts.h>
-#include <sys/stat.h>
-
 #include <array>
+#include <fts.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unordered_map>
 
 namespace norvane {
+
 namespace {
 
 class Count {

@@ -1,12 +1,11 @@
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cmath>
+#include <dirent.h>
+#include <fcntl.h>
 #include <functional>
 #include <memory>
 
@@ -16,6 +15,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 // Whoever may write to the destination could lead elsewhere by a link.

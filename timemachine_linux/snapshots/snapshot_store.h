@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/instant.h"
+#include "platform/time/instant.h"
 #include "timemachine_linux/files/failure.h"
 
 namespace norvane {

@@ -7,6 +7,7 @@
 #include "platform/text/digit_pattern.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr double daySeconds = 86'400;

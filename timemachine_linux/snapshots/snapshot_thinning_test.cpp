@@ -5,6 +5,7 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 namespace norvane {
+
 namespace {
 
 const Instant now =
@@ -51,4 +52,5 @@ TEST(Thinning, AWrongClockTakesNothingAtOnce) {
 }
 
 } // namespace
+
 } // namespace norvane

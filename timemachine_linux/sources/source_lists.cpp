@@ -7,6 +7,7 @@
 #include "timemachine_linux/files/paths.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr const char* sourcesKey = "SourceFolders";

@@ -1,10 +1,9 @@
 #include "timemachine_linux/sources/source_selection.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 
 #include "platform/linux/files/file_descriptor.h"
@@ -17,6 +16,7 @@
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
+
 namespace {
 
 // Rules and walks speak of canonical paths; what does not exist cannot be met by them.

@@ -1,14 +1,14 @@
 #include "timemachine_linux/sources/source_selection.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 
 #include "platform/linux/files/mount_table.h"
 #include "tests/support/backup_sandbox.h"
 #include "timemachine_linux/snapshots/snapshot_store.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -59,4 +59,5 @@ TEST(SourceSelection, TakesFoldersOnceAndOnlyThoseNotExcluded) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,12 +1,12 @@
 // Wrong use, the switch of automatic backups, and what is left out.
-#include <stdlib.h>
-
 #include <filesystem>
+#include <stdlib.h>
 
 #include "tests/support/tmutil_fixture.h"
 #include "timemachine_linux/session/result_code.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -95,4 +95,5 @@ TEST_F(Tmutil, LeavesOutExclusionsAndNothingElse) {
 }
 
 } // namespace
+
 } // namespace norvane

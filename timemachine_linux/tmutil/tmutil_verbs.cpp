@@ -28,6 +28,7 @@
 #include "timemachine_linux/sources/source_selection.h"
 
 namespace norvane {
+
 namespace {
 
 using Arguments = std::vector<std::string>;

@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "controller/controller_harness.h"
+#include "tests/support/controller_harness.h"
 #include "ui/health/duration_chart.h"
 #include "ui/health/health_view_model.h"
 
 namespace norvane {
+
 namespace {
 
 using Attempt = HealthData::Attempt;
@@ -187,4 +188,5 @@ TEST(HealthViewModel, FollowsTheControllerAndTheTimeWhileItIsShown) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/timers.h"
+#include "platform/time/timers.h"
 
 namespace norvane {
 

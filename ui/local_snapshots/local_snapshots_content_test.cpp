@@ -6,6 +6,7 @@
 #include "ui/local_snapshots/local_snapshots_view_model.h"
 
 namespace norvane {
+
 namespace {
 
 const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{10};
@@ -145,4 +146,5 @@ TEST_F(LocalSnapshotsViewModelTest, TheAgesGoOnAloneWhileTheWindowIsShown) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -6,8 +6,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/clock.h"
-#include "platform/timers.h"
+#include "platform/time/clock.h"
+#include "platform/time/timers.h"
 #include "ui/kit/row_list.h"
 #include "ui/local_snapshots/local_snapshots_content.h"
 

@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "controller/simulated_program.h"
+#include "tests/support/simulated_program.h"
 #include "ui/onboarding/onboarding_view_model.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(OnboardingContent, TellsWhoControlsTheTiming) {
@@ -203,4 +204,5 @@ TEST(Onboarding, PassesOnWhatIsToCoverTheUser) {
 }
 
 } // namespace
+
 } // namespace norvane

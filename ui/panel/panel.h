@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/clock.h"
+#include "platform/time/clock.h"
 #include "ui/kit/ui_engine.h"
 #include "ui/panel/panel_view_model.h"
 

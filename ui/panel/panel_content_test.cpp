@@ -6,6 +6,7 @@
 #include "ui/texts/schedule_summary.h"
 
 namespace norvane {
+
 namespace {
 
 const Instant now = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5} + std::chrono::hours{10};
@@ -119,4 +120,5 @@ TEST(ScheduleSummary, DescribesTheFirstRule) {
 }
 
 } // namespace
+
 } // namespace norvane

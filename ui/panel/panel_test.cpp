@@ -5,6 +5,7 @@
 #include "ui/kit/theme_updater.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(Panel, OpensBesideTheTrayItemAndOnTheScreen) {
@@ -32,4 +33,5 @@ TEST(Theme, TheAccentIsTheBrandsUnlessTheUserChoseOne) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "controller/simulated_program.h"
+#include "tests/support/simulated_program.h"
 
 namespace norvane {
+
 namespace {
 
 using enum Weekday;
@@ -295,4 +296,5 @@ TEST(RowList, ChangesAsLittleAsPossible) {
 }
 
 } // namespace
+
 } // namespace norvane

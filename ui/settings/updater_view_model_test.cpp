@@ -6,6 +6,7 @@
 #include "ui/settings/update_alert.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(UpdaterViewModel, ShowsWhatTheServiceAllowsFromTheBeginning) {
@@ -62,4 +63,5 @@ TEST(UpdateAlert, TellsEveryResultAndOffersAChoiceOnlyForANewerVersion) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -11,6 +11,7 @@
 #include "ui/texts/schedule_summary.h"
 
 namespace norvane {
+
 namespace {
 
 /// Numbers of tools, files and fixed formats have a point, whatever the user's locale writes.
@@ -37,4 +38,5 @@ TEST(DecimalComma, StaysOutOfFixedFormats) {
 }
 
 } // namespace
+
 } // namespace norvane

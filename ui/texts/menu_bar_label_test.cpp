@@ -7,6 +7,7 @@
 #include "ui/kit/pictures/symbol_image.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto iconFolder = NORVANE_SOURCE_DIR "/ui/kit/icon/symbolic/";
@@ -66,4 +67,5 @@ TEST(MenuBarLabel, TheTraysDrawingsAreTheWindowsSymbols) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -7,6 +7,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 /// A file system with one folder, "backups".
@@ -65,4 +66,5 @@ TEST(PosixFileSystem, DoesNotWaitForADeadMount) {
 }
 
 } // namespace
+
 } // namespace norvane

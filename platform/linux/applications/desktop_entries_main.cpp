@@ -4,11 +4,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <gio/gdesktopappinfo.h>
 #include <memory>
 #include <string>
 #include <sys/prctl.h>
-
-#include <gio/gdesktopappinfo.h>
 
 #include "platform/linux/applications/application_identity.h"
 #include "platform/linux/applications/desktop_entry.h"

@@ -12,6 +12,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -203,4 +204,5 @@ TEST(RunningApplications, AreSeenInARealSandbox) {
 }
 
 } // namespace
+
 } // namespace norvane

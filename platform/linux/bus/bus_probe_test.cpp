@@ -12,6 +12,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 FileDescriptor listenAt(const std::string& path) {
@@ -100,4 +101,5 @@ TEST(BusProbe, HidesASilentSessionBusForAWhile) {
 }
 
 } // namespace
+
 } // namespace norvane

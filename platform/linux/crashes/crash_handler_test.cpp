@@ -22,6 +22,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 volatile std::uintptr_t nowhere = 64; // not null: a sanitizer would speak up first
@@ -190,4 +191,5 @@ TEST(CrashHandler, ACrashWhileReportingEndsTheProgramAndKeepsWhatIsWritten) {
 #endif
 
 } // namespace
+
 } // namespace norvane

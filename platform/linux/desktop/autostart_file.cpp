@@ -2,13 +2,12 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <glib.h>
 #include <memory>
 #include <sstream>
 #include <string_view>
 #include <unistd.h>
 #include <utility>
-
-#include <glib.h>
 
 #include "platform/linux/files/program_search.h"
 #include "platform/linux/files/small_file.h"

@@ -8,6 +8,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto generator = "/usr/lib/systemd/user-generators/systemd-xdg-autostart-generator";
@@ -149,4 +150,5 @@ TEST_F(AutostartFileTest, AFolderThatRefusesIsReported) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -163,4 +163,5 @@ TEST_F(EmailTest, WithoutAPortalThatAnswersTheToolIsAsked) {
 }
 
 } // namespace
+
 } // namespace norvane

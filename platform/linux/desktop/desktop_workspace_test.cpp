@@ -6,6 +6,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 /// Stands for the program that shows folders.
@@ -33,6 +34,7 @@ TEST(DesktopWorkspace, ShowsTheFolderWhereNoFileManagerIsAsked) {
 }
 
 } // namespace
+
 } // namespace norvane
 
 #include "desktop_workspace_test.moc"

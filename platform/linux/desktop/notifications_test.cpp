@@ -7,6 +7,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr auto daemon = "org.freedesktop.Notifications";
@@ -189,4 +190,5 @@ TEST_F(NotificationsTest, WithoutADaemonOrABusNothingHappens) {
 }
 
 } // namespace
+
 } // namespace norvane

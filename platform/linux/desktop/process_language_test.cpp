@@ -8,6 +8,7 @@
 #include <unicode/locid.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(ProcessLanguage, ReachesEveryLibraryAndLeavesNoTrace) {
@@ -29,4 +30,5 @@ TEST(ProcessLanguage, ReachesEveryLibraryAndLeavesNoTrace) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -8,6 +8,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 struct SimulatedAppearance final : Appearance {
@@ -77,4 +78,5 @@ TEST_F(SystemEventsTest, OnlyTheAccentOfTheAppearanceCounts) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,11 +1,10 @@
 // Background work on a pool of threads, delivered through Qt's event loop.
 #pragma once
 
-#include <deque>
-#include <mutex>
-
 #include <QObject>
 #include <QThreadPool>
+#include <deque>
+#include <mutex>
 
 #include "platform/background.h"
 

@@ -1,7 +1,7 @@
 // Timers of the main thread's event loop (timerfd_create(2) on CLOCK_MONOTONIC).
 #pragma once
 
-#include "platform/timers.h"
+#include "platform/time/timers.h"
 
 namespace norvane {
 

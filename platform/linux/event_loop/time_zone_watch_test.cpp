@@ -9,6 +9,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 using TimeZoneWatchTest = SessionTest;
@@ -37,4 +38,5 @@ TEST_F(TimeZoneWatchTest, DisplayedTimesFollowTheTimeZone) {
 }
 
 } // namespace
+
 } // namespace norvane

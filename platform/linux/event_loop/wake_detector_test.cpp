@@ -11,6 +11,7 @@
 #include "platform/linux/event_loop/qt_timers.h"
 
 namespace norvane {
+
 namespace {
 
 constexpr std::int64_t second = 1'000'000'000;
@@ -97,4 +98,5 @@ TEST(QtTimers, StandStillInSleep) {
 }
 
 } // namespace
+
 } // namespace norvane

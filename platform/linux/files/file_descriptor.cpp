@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
-
 #include <fcntl.h>
 
 namespace norvane {

@@ -1,10 +1,9 @@
 // Owning file descriptors, and writing to them.
 #pragma once
 
-#include <unistd.h>
-
 #include <optional>
 #include <string_view>
+#include <unistd.h>
 #include <utility>
 
 namespace norvane {

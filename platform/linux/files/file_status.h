@@ -1,10 +1,9 @@
 // What lstat(2) and fstat(2) tell of a file.
 #pragma once
 
-#include <sys/stat.h>
-
 #include <optional>
 #include <string>
+#include <sys/stat.h>
 
 namespace norvane {
 

@@ -12,6 +12,7 @@
 #include "platform/text/escapes.h"
 
 namespace norvane {
+
 namespace {
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {

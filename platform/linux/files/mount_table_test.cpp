@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 TEST(MountTable, FindsMountsAndTellsTheirAddresses) {
@@ -46,4 +47,5 @@ TEST(MountTable, FindsMountsAndTellsTheirAddresses) {
 }
 
 } // namespace
+
 } // namespace norvane

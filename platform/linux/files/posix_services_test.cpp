@@ -10,6 +10,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(PosixLogFile, CreatesAppendsAndLosesOnlyWhatItCannotWrite) {
@@ -73,4 +74,5 @@ TEST(PosixFileSystem, CallsAVolumeByItsLabel) {
 }
 
 } // namespace
+
 } // namespace norvane

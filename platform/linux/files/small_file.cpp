@@ -1,10 +1,9 @@
 #include "platform/linux/files/small_file.h"
 
-#include <fcntl.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 
 #include "platform/linux/files/file_descriptor.h"
 

@@ -1,11 +1,10 @@
 // Files that are read and written whole.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace norvane {
 

@@ -7,15 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <mutex>
 #include <string_view>
-#include <thread>
-#include <utility>
-
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/linux/files/file_descriptor.h"
 #include "platform/linux/files/file_status.h"

@@ -1,4 +1,3 @@
-#include "platform/linux/files/kept_user_defaults.h"
 #include "platform/linux/files/user_defaults_file.h"
 
 #include <algorithm>
@@ -7,17 +6,18 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
-#include <vector>
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <vector>
 
+#include "platform/linux/files/kept_user_defaults.h"
 #include "platform/linux/files/user_folders.h"
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -232,4 +232,5 @@ TEST(UserFolders, FollowTheBaseDirectories) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
-
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>

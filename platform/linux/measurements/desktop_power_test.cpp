@@ -7,6 +7,7 @@
 #include "tests/support/session_test.h"
 
 namespace norvane {
+
 namespace {
 
 using Attributes = std::map<std::string, std::string>;
@@ -187,4 +188,5 @@ TEST_F(DesktopPowerTest, AFrozenBusHoldsNobody) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -10,6 +10,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -199,4 +200,5 @@ TEST(CaptureDevices, SoundCardsThatPlayDoNotCount) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -8,9 +8,9 @@
 #include <optional>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/linux/network/https_download.h"
-#include "platform/timers.h"
+#include "platform/time/clock.h"
+#include "platform/time/timers.h"
 #include "platform/update_service.h"
 #include "platform/user_defaults.h"
 

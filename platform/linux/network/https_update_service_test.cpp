@@ -13,6 +13,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 QByteArray item(const QByteArray& version, const QByteArray& link) {
@@ -263,4 +264,5 @@ TEST_F(UpdateServiceTest, ChecksByItselfOnceADayAndSpeaksUpOnlyForAnUpdate) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -13,6 +13,7 @@
 #include "tests/support/test_peers.h"
 
 namespace norvane {
+
 namespace {
 
 /// A socket on the loopback interface; the port is chosen by the system.
@@ -158,4 +159,5 @@ TEST(TcpNetworkProbe, FindsWhatAvahiKnows) {
 }
 
 } // namespace
+
 } // namespace norvane

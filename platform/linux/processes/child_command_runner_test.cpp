@@ -1,22 +1,22 @@
 // The command runner among well and badly behaved children: what it tells of each, and that it leaves nothing
 // behind.
+#include "platform/linux/processes/child_command_runner.h"
+
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-
-#include "platform/linux/processes/child_command_runner.h"
-
 namespace norvane {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -148,4 +148,5 @@ TEST(ChildCommandRunner, TooFewDescriptorsNeitherHangNorLeak) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -5,6 +5,7 @@
 #include "platform/simulated/simulated_services.h"
 
 namespace norvane {
+
 namespace {
 
 TEST(ToolPaths, TheSystemsToolsComeFirst) {
@@ -19,4 +20,5 @@ TEST(ToolPaths, TheSystemsToolsComeFirst) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -6,6 +6,7 @@
 #include <utility>
 
 namespace norvane {
+
 namespace {
 
 TEST(DiskImage, IsToldByPlaceAndMount) {
@@ -44,4 +45,5 @@ TEST(ProgramPath, IsTheAppImageOnlyForAProgramInside) {
 }
 
 } // namespace
+
 } // namespace norvane

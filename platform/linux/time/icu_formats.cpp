@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <vector>
-
 #include <unicode/calendar.h>
 #include <unicode/datefmt.h>
 #include <unicode/dtfmtsym.h>
@@ -15,6 +13,7 @@
 #include <unicode/numberformatter.h>
 #include <unicode/reldatefmt.h>
 #include <unicode/timezone.h>
+#include <vector>
 
 namespace norvane {
 

@@ -5,6 +5,7 @@
 #include <unicode/timezone.h>
 
 namespace norvane {
+
 namespace {
 
 struct InLocale {
@@ -121,4 +122,5 @@ TEST(IcuFormats, TimesAreTold) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -1,7 +1,7 @@
 // The system's time of day.
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/time/clock.h"
 
 namespace norvane {
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace norvane {
+
 namespace {
 
 constexpr int at(int hour, int minute = 0) { return hour * 60 + minute; }
@@ -61,4 +62,5 @@ TEST(ClockDigits, AreStepped) {
 }
 
 } // namespace
+
 } // namespace norvane

@@ -10,7 +10,7 @@
 #include "platform/background.h"
 #include "platform/formats.h"
 #include "platform/log_file.h"
-#include "platform/timers.h"
+#include "platform/time/timers.h"
 #include "platform/translator.h"
 #include "ui/kit/row_list.h"
 #include "ui/settings/tabs/log_look.h"

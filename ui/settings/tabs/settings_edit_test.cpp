@@ -10,6 +10,7 @@
 #include "ui/texts/status_line.h"
 
 namespace norvane {
+
 namespace {
 
 using enum Weekday;
@@ -168,4 +169,5 @@ TEST(StatusLine, FollowsThePrecedence) {
 }
 
 } // namespace
+
 } // namespace norvane
