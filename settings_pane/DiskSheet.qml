@@ -50,7 +50,7 @@ PaneSheet {
             }
             FormRow {
                 visible: offers.count === 0
-                label: sheet.model.offersKnown ? Texts.text("No drive is connected. A folder will do, too.") : Texts.text("Looking for drives…")
+                label: sheet.model.offersNote
             }
         }
         ScrollIndicator {

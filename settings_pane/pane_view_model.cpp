@@ -207,6 +207,10 @@ const DestinationOffer* PaneViewModel::chosenOffer() const {
     return nullptr;
 }
 
+QString PaneViewModel::offersNote() const {
+    return text(offersKnown_ ? "No drive is connected. A folder will do, too." : "Looking for drives…");
+}
+
 bool PaneViewModel::canUseDisk() const {
     const DestinationOffer* offer = chosenOffer();
     return offer && offer->verdict.usable();

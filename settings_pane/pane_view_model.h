@@ -41,7 +41,7 @@ class PaneViewModel : public QObject {
     Q_PROPERTY(bool choosingDisk READ choosingDisk NOTIFY changed)
     /// "name", "details", "network", "usable", "chosen".
     Q_PROPERTY(QObject* offers READ offers CONSTANT)
-    Q_PROPERTY(bool offersKnown READ offersKnown NOTIFY changed)
+    Q_PROPERTY(QString offersNote READ offersNote NOTIFY changed) ///< In place of offers.
     Q_PROPERTY(bool canUseDisk READ canUseDisk NOTIFY changed)
     Q_PROPERTY(QStringList diskNotices READ diskNotices NOTIFY changed) ///< About the chosen one.
     // The options.
@@ -67,7 +67,7 @@ public:
     [[nodiscard]] QAbstractItemModel* exclusions() { return &exclusions_; }
     [[nodiscard]] bool choosingDisk() const { return choosingDisk_; }
     [[nodiscard]] QAbstractItemModel* offers() { return &offers_; }
-    [[nodiscard]] bool offersKnown() const { return offersKnown_; }
+    [[nodiscard]] QString offersNote() const;
     [[nodiscard]] bool canUseDisk() const;
     [[nodiscard]] QStringList diskNotices() const;
     [[nodiscard]] bool showsOptions() const { return showsOptions_; }

@@ -88,7 +88,7 @@ FixedWindow {
             anchors.rightMargin: 20
             anchors.verticalCenter: parent.verticalCenter
             prominent: true
-            text: window.model.isLast ? Texts.text("Finish") : Texts.text("Continue")
+            text: window.model.forwardLabel
             onClicked: window.model.forward()
         }
     }

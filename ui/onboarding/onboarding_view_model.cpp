@@ -41,6 +41,10 @@ QString OnboardingViewModel::position() const {
                            {std::int64_t{step_} + 1, std::int64_t{steps()}}));
 }
 
+QString OnboardingViewModel::forwardLabel() const {
+    return viewText(services_.translator.translate(isLast() ? "Finish" : "Continue"));
+}
+
 QVariantList OnboardingViewModel::instructions() const {
     QVariantList lines;
     for (const char* english : {"1.  Click **Options…** (bottom-right of the Time Machine pane)",

@@ -33,7 +33,7 @@ class OnboardingViewModel : public QObject {
     Q_PROPERTY(int steps READ steps CONSTANT)
     Q_PROPERTY(QString position READ position NOTIFY stepChanged) ///< "Step 1 of 4".
     Q_PROPERTY(bool hasPrevious READ hasPrevious NOTIFY stepChanged)
-    Q_PROPERTY(bool isLast READ isLast NOTIFY stepChanged)
+    Q_PROPERTY(QString forwardLabel READ forwardLabel NOTIFY stepChanged)
     Q_PROPERTY(norvane::OnboardingContent content READ content NOTIFY contentChanged)
     /// How the automatic schedule is turned off: maps with "styled" and, to be read aloud, "plain".
     Q_PROPERTY(QVariantList instructions READ instructions CONSTANT)
@@ -58,6 +58,7 @@ public:
     [[nodiscard]] QString position() const;
     [[nodiscard]] bool hasPrevious() const { return step_ > Welcome; }
     [[nodiscard]] bool isLast() const { return step_ == Summary; }
+    [[nodiscard]] QString forwardLabel() const;
     [[nodiscard]] const OnboardingContent& content() const { return content_; }
     [[nodiscard]] QVariantList instructions() const;
     [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }

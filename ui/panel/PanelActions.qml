@@ -13,8 +13,8 @@ Column {
         width: parent.width
         prominent: true
         enabled: !actions.model.content.running
-        symbol: actions.model.content.running ? "arrow.triangle.2.circlepath" : "arrow.clockwise"
-        text: actions.model.content.running ? Texts.text("Backup in Progress…") : Texts.text("Back Up Now")
+        symbol: actions.model.content.backUpSymbol
+        text: actions.model.content.backUpLabel
         onClicked: actions.model.backUpNow()
     }
     Row {

@@ -30,6 +30,8 @@ public:
         if (state_.lastBackupDate)
             content.lastBackup = qt(relative(*state_.lastBackupDate) + text(" ago"));
         content.destination = qt(state_.destinationName.value_or(""));
+        content.backUpSymbol = state_.status.running ? "arrow.triangle.2.circlepath" : "arrow.clockwise";
+        content.backUpLabel = qt(text(state_.status.running ? "Backup in Progress…" : "Back Up Now"));
         content.canSkip = state_.nextFire && !state_.status.running;
         content.paused = state_.pausedUntil.has_value();
         content.lastEvent = qt(state_.lastEvent);

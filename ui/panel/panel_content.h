@@ -41,6 +41,8 @@ struct PanelContent {
     Q_PROPERTY(QString lastBackup MEMBER lastBackup)
     Q_PROPERTY(QString destination MEMBER destination)
     // The actions.
+    Q_PROPERTY(QString backUpSymbol MEMBER backUpSymbol)
+    Q_PROPERTY(QString backUpLabel MEMBER backUpLabel)
     Q_PROPERTY(bool canSkip MEMBER canSkip)
     Q_PROPERTY(bool paused MEMBER paused)
     Q_PROPERTY(QString lastEvent MEMBER lastEvent)
@@ -65,6 +67,8 @@ public:
     QString schedule;
     QString lastBackup;
     QString destination;
+    QString backUpSymbol;
+    QString backUpLabel;
     bool canSkip = false;
     bool paused = false;
     QString lastEvent;

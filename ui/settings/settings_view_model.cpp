@@ -102,6 +102,10 @@ QString SettingsViewModel::version() const {
     return facts_.version.empty() ? "dev" : viewText(facts_.version);
 }
 
+QString SettingsViewModel::versionText() const {
+    return viewText(services_.translator.translate("Version ")) + version();
+}
+
 QString SettingsViewModel::websiteHost() const { return viewText(facts_.website).section("//", 1); }
 
 void SettingsViewModel::openWebsite(const QString& path) {

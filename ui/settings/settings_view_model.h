@@ -73,6 +73,7 @@ class SettingsViewModel : public QObject {
     Q_PROPERTY(norvane::ActivityList* activity READ activity CONSTANT)
     // About.
     Q_PROPERTY(QString version READ version CONSTANT)
+    Q_PROPERTY(QString versionText READ versionText CONSTANT) ///< "Version 1.0"
     Q_PROPERTY(QString websiteHost READ websiteHost CONSTANT)
 
 public:
@@ -101,6 +102,7 @@ public:
     [[nodiscard]] ConditionsSettings* conditions() { return &conditions_; }
     [[nodiscard]] ActivityList* activity() { return &activity_; }
     [[nodiscard]] QString version() const;
+    [[nodiscard]] QString versionText() const;
     [[nodiscard]] QString websiteHost() const;
 
     Q_INVOKABLE void openLogFile() { services_.workspace.revealFile(facts_.logPath); }

@@ -1,4 +1,5 @@
 import QtQuick
+import Norvane.Kit
 
 // Rows that can be removed, each by its `remover`. From a row that goes, the keyboard goes on to the next one's, or to the
 // button below the rows.

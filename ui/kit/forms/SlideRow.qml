@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Norvane.Kit
 
-// A whole number of hours on a line.
+// A whole number on a line.
 FormRow {
     id: row
 
@@ -10,6 +10,7 @@ FormRow {
     required property real from
     required property real to
     required property real value
+    required property string told // the value with its unit
 
     signal moved(real value)
 
@@ -65,6 +66,6 @@ FormRow {
         anchors.verticalCenter: parent.verticalCenter
         width: 40
         horizontalAlignment: Text.AlignRight
-        text: Math.round(row.value) + Texts.text(" h")
+        text: row.told
     }
 }

@@ -27,7 +27,7 @@ Item {
         }
         Label {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: Texts.text("Version ") + tab.model.version
+            text: tab.model.versionText
             font: Theme.callout
             color: Theme.secondary
         }

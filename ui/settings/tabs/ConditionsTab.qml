@@ -92,6 +92,7 @@ Form {
             from: 1
             to: 12
             value: tab.settings.maxDeferralHours
+            told: tab.settings.maxDeferralText
             onMoved: value => tab.settings.maxDeferralHours = value
         }
         PickerRow {

@@ -31,6 +31,7 @@ Form {
             from: 1
             to: 24
             value: tab.settings.hours
+            told: tab.settings.hoursText
             onMoved: value => tab.settings.hours = value
         }
     }

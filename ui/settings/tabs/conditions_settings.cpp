@@ -4,6 +4,7 @@
 
 #include "ui/kit/view_values.h"
 #include "ui/settings/tabs/conditions_edit.h"
+#include "ui/settings/tabs/schedule_values.h"
 #include "ui/settings/tabs/settings_delay.h"
 
 namespace norvane {
@@ -67,6 +68,8 @@ QVariantList ConditionsSettings::batteryChoices() const {
 void ConditionsSettings::setMaxDeferralHours(double hours) {
     set(&ConditionsConfig::maxDeferralHours, hours);
 }
+
+QString ConditionsSettings::maxDeferralText() const { return hoursText(config_.maxDeferralHours, texts_); }
 
 void ConditionsSettings::setRecheckMinutes(double minutes) {
     set(&ConditionsConfig::recheckMinutes, static_cast<std::int64_t>(minutes));

@@ -28,6 +28,7 @@ class ConditionsSettings : public QObject {
     Q_PROPERTY(double minBatteryPercent READ minBatteryPercent WRITE setMinBatteryPercent NOTIFY changed)
     Q_PROPERTY(QVariantList batteryChoices READ batteryChoices CONSTANT)
     Q_PROPERTY(double maxDeferralHours READ maxDeferralHours WRITE setMaxDeferralHours NOTIFY changed)
+    Q_PROPERTY(QString maxDeferralText READ maxDeferralText NOTIFY changed)
     Q_PROPERTY(double recheckMinutes READ recheckMinutes WRITE setRecheckMinutes NOTIFY changed)
     Q_PROPERTY(QVariantList recheckChoices READ recheckChoices CONSTANT)
 
@@ -56,6 +57,7 @@ public:
     [[nodiscard]] QVariantList batteryChoices() const;
     [[nodiscard]] double maxDeferralHours() const { return config_.maxDeferralHours; }
     void setMaxDeferralHours(double hours);
+    [[nodiscard]] QString maxDeferralText() const;
     [[nodiscard]] double recheckMinutes() const { return static_cast<double>(config_.recheckMinutes); }
     void setRecheckMinutes(double minutes);
     [[nodiscard]] QVariantList recheckChoices() const;

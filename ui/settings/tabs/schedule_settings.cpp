@@ -51,6 +51,8 @@ void ScheduleSettings::setHours(double hours) {
     take(std::move(edit));
 }
 
+QString ScheduleSettings::hoursText() const { return norvane::hoursText(edit_.hours, texts_); }
+
 void ScheduleSettings::setTime(int position, int time) {
     ScheduleEdit edit = edit_;
     if (has(edit.times, position))

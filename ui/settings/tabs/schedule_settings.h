@@ -20,6 +20,7 @@ class ScheduleSettings : public QObject {
     Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY changed) ///< A Mode.
     Q_PROPERTY(QStringList modes READ modes CONSTANT)           ///< Their names, for a picker.
     Q_PROPERTY(double hours READ hours WRITE setHours NOTIFY changed)
+    Q_PROPERTY(QString hoursText READ hoursText NOTIFY changed)
     Q_PROPERTY(QObject* times READ times CONSTANT)           ///< "time".
     Q_PROPERTY(QObject* weeklyRows READ weeklyRows CONSTANT) ///< "days", "time".
 
@@ -41,6 +42,7 @@ public:
     [[nodiscard]] QStringList modes() const;
     [[nodiscard]] double hours() const { return edit_.hours; }
     void setHours(double hours);
+    [[nodiscard]] QString hoursText() const;
     [[nodiscard]] QAbstractItemModel* times() { return &times_; }
     [[nodiscard]] QAbstractItemModel* weeklyRows() { return &weeklyRows_; }
 

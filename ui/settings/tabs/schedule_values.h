@@ -1,9 +1,19 @@
 // Times and days of a schedule as views take them.
 #pragma once
 
+#include <QString>
+#include <cmath>
+
+#include "platform/translator.h"
 #include "scheduler_core/schedule.h"
+#include "ui/kit/view_values.h"
 
 namespace norvane {
+
+/// "4 h"
+[[nodiscard]] inline QString hoursText(double hours, const Translator& texts) {
+    return viewText(fillIn("%.0f", {std::round(hours)}) + texts.translate(" h"));
+}
 
 /// Minutes since midnight, within the day whatever is stored.
 [[nodiscard]] inline int viewTime(const TimeOfDay& time) {
