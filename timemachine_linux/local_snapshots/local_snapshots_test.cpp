@@ -18,23 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
-TEST(LocalSnapshotNames, AreThoseOfTheirDates) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"com.apple.TimeMachine.2024-05-01-101500.local", "2024-05-01-101500"},
-        {"com.apple.TimeMachine.2024-13-01-101500.local", ""},
-        {"com.apple.TimeMachine.2024-05-01-101500.backup", ""},
-        {"com.apple.TimeMachine.2024-05-01-101500x.local", ""},
-        {"com.apple.TimeMachine.local", ""},
-        {"2024-05-01-101500", ""},
-    };
-    for (const auto& [name, token] : cases) {
-        EXPECT_EQ(localSnapshotToken(name).value_or(""), token) << name;
-        if (*token != '\0') {
-            EXPECT_EQ(localSnapshotName(token), name);
-        }
-    }
-}
-
 Instant wallClock() { return Instant(std::chrono::seconds(::time(nullptr))); }
 
 /// The sources are a folder on a volume of its own.
