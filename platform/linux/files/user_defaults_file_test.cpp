@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -15,7 +14,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/linux/files/small_file.h"
 #include "platform/linux/files/user_folders.h"
+#include "tests/support/test_peers.h"
 
 namespace norvane {
 namespace {
@@ -25,21 +26,6 @@ using namespace std::string_literals;
 
 class UserDefaultsFileTest : public testing::Test {
 protected:
-    UserDefaultsFileTest() {
-        std::string pattern = testing::TempDir() + "/settingsXXXXXX";
-        folder_ = ::mkdtemp(pattern.data());
-        path_ = folder_ + "/sub/domain.plist";
-    }
-    ~UserDefaultsFileTest() override {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
-    static std::string contentOf(const std::string& path) {
-        std::ostringstream content;
-        content << std::ifstream(path, std::ios::binary).rdbuf();
-        return content.str();
-    }
     static void write(const std::string& path, const std::string& content) {
         fs::create_directories(fs::path(path).parent_path());
         std::ofstream(path, std::ios::binary) << content;
@@ -52,8 +38,8 @@ protected:
         return names;
     }
 
-    std::string folder_;
-    std::string path_;
+    const ScratchFolder folder_;
+    const std::string path_ = folder_.path("sub/domain.plist");
 };
 
 PropertyList integer(std::int64_t value) { return {value}; }
@@ -77,7 +63,7 @@ TEST_F(UserDefaultsFileTest, StoresEveryTypeForOthersToSeeAtOnce) {
     EXPECT_EQ(reader.integer("number"), -3);
 
     EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(fs::status(folder_ + "/sub").permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(folder_.path("sub")).permissions(), fs::perms::owner_all);
     EXPECT_EQ(filesBeside(), (std::vector<std::string>{"domain.plist", "domain.plist.lock"}));
 }
 
@@ -127,10 +113,10 @@ TEST_F(UserDefaultsFileTest, KeepsAnUnreadableFileAside) {
         EXPECT_EQ(store.all(), std::nullopt);
         EXPECT_EQ(store.object("a"), std::nullopt);
         store.remove("a");
-        EXPECT_EQ(contentOf(path_), content);
+        EXPECT_EQ(readSmallFile(path_), content);
         store.set("a", integer(1));
         EXPECT_EQ(store.integer("a"), 1);
-        EXPECT_EQ(contentOf(path_ + ".unreadable"), content);
+        EXPECT_EQ(readSmallFile(path_ + ".unreadable"), content);
     }
 }
 
@@ -162,12 +148,12 @@ TEST_F(UserDefaultsFileTest, SurvivesWhatStandsInItsWay) {
         fs::remove_all(fs::path(obstacle).parent_path());
     }
     for (const std::string& path :
-         {folder_ + "/sub", "/proc/none/domain.plist"s, "/dev/null"s, path_ + "/x"}) {
+         {folder_.path("sub"), "/proc/none/domain.plist"s, "/dev/null"s, path_ + "/x"}) {
         UserDefaultsFile nowhere(path);
         EXPECT_FALSE(nowhere.update([](auto& entries) { entries["a"] = integer(2); })) << path;
         EXPECT_EQ(nowhere.all(), std::nullopt);
     }
-    const std::string pipe = folder_ + "/pipe";
+    const std::string pipe = folder_.path("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(UserDefaultsFile(pipe).all(), std::nullopt);
 }
@@ -197,7 +183,7 @@ TEST_F(UserDefaultsFileTest, WhatCannotBeStoredIsKeptInMemory) {
 }
 
 TEST_F(UserDefaultsFileTest, WritesThroughASymbolicLink) {
-    const std::string link = folder_ + "/link.plist";
+    const std::string link = folder_.path("link.plist");
     UserDefaultsFile(path_).set("a", integer(1));
     fs::create_symlink(path_, link);
     UserDefaultsFile(link).set("a", integer(2));
