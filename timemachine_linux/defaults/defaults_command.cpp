@@ -5,7 +5,6 @@
 #include <functional>
 #include <istream>
 #include <iterator>
-#include <optional>
 #include <ostream>
 #include <set>
 #include <span>

@@ -205,25 +205,25 @@ TEST_F(LocalSnapshotsOnBtrfs, AreNotUsedWhereTheyWouldMissSomething) {
 }
 
 TEST_F(LocalSnapshotsOnBtrfs, GoAfterADayOrWhenTheRoomIsShort) {
-    std::vector<std::string> trouble;
+    std::vector<std::string> notes;
     const std::string token = makeSnapshot();
     const auto hour = std::chrono::hours(1);
-    removeLocalSnapshotsForRoom(snapshots, trouble);
-    removeExpiredLocalSnapshots(snapshots, wallClock() + 23 * hour, trouble);
+    removeLocalSnapshotsForRoom(snapshots, notes);
+    removeExpiredLocalSnapshots(snapshots, wallClock() + 23 * hour, notes);
     EXPECT_EQ(snapshots.list().size(), 1U);
     {
         const auto held = snapshots.hold(token);
-        removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, trouble);
-        EXPECT_EQ(trouble.size(), 1U);
+        removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, notes);
+        EXPECT_EQ(notes.size(), 1U);
         EXPECT_EQ(snapshots.list().size(), 1U);
     }
-    removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, trouble);
+    removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, notes);
     EXPECT_TRUE(snapshots.list().empty());
-    EXPECT_EQ(trouble.size(), 1U);
+    EXPECT_EQ(notes.size(), 1U);
 
     (void)makeSnapshot();
     (void)box.run({"sh", "-c", "while fallocate -l 40M " + volume + "/filler$((i = i + 1)); do :; done"});
-    removeLocalSnapshotsForRoom(snapshots, trouble);
+    removeLocalSnapshotsForRoom(snapshots, notes);
     EXPECT_TRUE(snapshots.list().empty());
 }
 

@@ -14,6 +14,7 @@
 #include <thread>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
 namespace {
