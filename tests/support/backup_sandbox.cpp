@@ -2,14 +2,10 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <signal.h>
-#include <spawn.h>
 #include <sstream>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/linux/files/small_file.h"
@@ -52,24 +48,10 @@ BackupSandbox::~BackupSandbox() {
 }
 
 ToolResult BackupSandbox::run(const std::vector<std::string>& command) const {
-    std::vector<char*> words;
-    words.reserve(command.size() + 1);
-    for (const std::string& word : command)
-        words.push_back(const_cast<char*>(word.c_str()));
-    words.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    const int flags = O_WRONLY | O_CREAT | O_TRUNC;
-    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, in("out").c_str(), flags, 0600);
-    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, in("err").c_str(), flags, 0600);
-    pid_t child = -1;
+    std::vector<std::string> words{"/bin/sh", "-c", R"(exec "$@" >"$0/out" 2>"$0/err")", root_.path()};
+    words.insert(words.end(), command.begin(), command.end());
     ToolResult result;
-    if (::posix_spawnp(&child, words[0], &actions, nullptr, words.data(), environ) == 0) {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-    ::posix_spawn_file_actions_destroy(&actions);
+    result.exitCode = PeerProcess(words).waitForExit(600).value_or(-1);
     result.output = readSmallFile(in("out"), std::size_t{1} << 24);
     result.errors = readSmallFile(in("err"), std::size_t{1} << 24);
     return result;

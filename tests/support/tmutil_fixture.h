@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include "tests/support/backup_sandbox.h"
 
@@ -35,6 +36,22 @@ protected:
     void backUp() {
         const ToolResult result = box.tmutil({"startbackup", "--block"});
         ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+
+    /// Links, odd names, attributes and a sealed folder below "dir" of the tree.
+    void makeOddTree() const {
+        namespace fs = std::filesystem;
+        const std::string dir = box.tree() + "/dir";
+        fs::create_directories(dir + "/sub/empty");
+        writeFile(dir + "/plain", "content");
+        fs::create_hard_link(dir + "/plain", dir + "/second name");
+        fs::create_symlink("nowhere", dir + "/dangling");
+        for (const std::string name :
+             {"new\nline", "\xff\"quoted'", "-rf", "a:b", "*", "we[ir]d*?", "back\\slash"})
+            writeFile(fs::path(dir + "/sub") / name, name);
+        ::setxattr((dir + "/plain").c_str(), "user.note", "abc", 3, 0);
+        (void)box.run({"setfacl", "-m", "u:12345:r", dir + "/sub/a:b"});
+        ::chmod((dir + "/sub").c_str(), 0555);
     }
 
     void useSources(const std::vector<std::string>& folders) {

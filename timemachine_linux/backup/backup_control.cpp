@@ -58,6 +58,16 @@ std::string lastMessage(const UserDefaultsFile& preferences) {
     return *messages->array()->front().string();
 }
 
+std::optional<BackupFailure> waitForEnd(pid_t worker, const UserDefaultsFile& preferences) {
+    constexpr int highestCode = static_cast<int>(ResultCode::nothingToBackUp);
+    const int status = waitForDetached(worker);
+    if (status == 0)
+        return std::nullopt;
+    if (status > highestCode)
+        return BackupFailure{ResultCode::failed, "The backup process was killed."};
+    return BackupFailure{static_cast<ResultCode>(status), lastMessage(preferences)};
+}
+
 std::optional<pid_t> holderOf(const std::string& runLock) {
     const std::string text = readSmallFile(runLock, 32);
     pid_t pid = 0;
@@ -107,13 +117,7 @@ StartOutcome startBackup(const Clock& clock, UserDefaultsFile& preferences, cons
         return {BackupFailure{ResultCode::failed, "The backup process could not be started."}};
     if (!wait)
         return {};
-    const int status = waitForDetached(*worker);
-    if (status == 0)
-        return {};
-    constexpr int highestCode = static_cast<int>(ResultCode::nothingToBackUp);
-    if (status > highestCode)
-        return {BackupFailure{ResultCode::failed, "The backup process was killed."}};
-    return {BackupFailure{static_cast<ResultCode>(status), lastMessage(preferences)}};
+    return {waitForEnd(*worker, preferences)};
 }
 
 bool stopBackup(const SessionFiles& files) {

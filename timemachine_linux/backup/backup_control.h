@@ -7,7 +7,7 @@
 #include "platform/time/clock.h"
 #include "timemachine_linux/session/backup_session_state.h"
 #include "timemachine_linux/session/result_code.h"
-#include "timemachine_linux/sources/source_selection.h"
+#include "timemachine_linux/sources/source_lists.h"
 
 namespace norvane {
 

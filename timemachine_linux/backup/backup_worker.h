@@ -75,8 +75,8 @@ private:
     Surroundings around_;
     const Destination destination_;
     const SnapshotStore store_;
-    FileDescriptor
-        destinationFolder_; // open before the first write, so that syncfs(2) reports every lost one
+    /// Open before the first write, so that syncfs(2) reports every lost one.
+    FileDescriptor destinationFolder_;
     std::optional<FileLock> destinationLock_;
     SourceSelection selection_;
     std::vector<std::string> coveredFolders_; // see SourceView

@@ -21,8 +21,8 @@ struct ChangeTotals {
 struct ChangeQuestion {
     std::vector<std::string> sources;
     std::vector<std::string> excluded;
-    std::vector<std::string>
-        bases;               ///< Folders that hold earlier copies of the sources below their full paths.
+    /// Folders that hold earlier copies of the sources below their full paths.
+    std::vector<std::string> bases;
     bool nanoseconds = true; ///< Compare modification times to the nanosecond, else to the second.
 };
 

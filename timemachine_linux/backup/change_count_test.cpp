@@ -1,5 +1,6 @@
 #include "timemachine_linux/backup/change_count.h"
 
+#include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -54,7 +55,9 @@ TEST(ChangeCount, FindsWhatRsyncWouldTransfer) {
     job.target = box.in("disk/2");
     fs::create_directory(job.target);
     EXPECT_EQ(expectAgreement(*job.previousSnapshot), 0);
-    writeFile(tree + "/a/b/f3", std::string(300, 'y')); // same size, within the same second
+    const auto time = fs::last_write_time(tree + "/a/b/f3");
+    writeFile(tree + "/a/b/f3", std::string(300, 'y')); // at the same size, within the same second
+    fs::last_write_time(tree + "/a/b/f3", time + std::chrono::nanoseconds(1));
     fs::remove(tree + "/a/b/f4");
     ::chmod((tree + "/a/b/f5").c_str(), 0600);
     EXPECT_EQ(expectAgreement(*job.previousSnapshot), 1);

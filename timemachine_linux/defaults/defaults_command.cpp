@@ -5,7 +5,6 @@
 #include <functional>
 #include <istream>
 #include <iterator>
-#include <optional>
 #include <ostream>
 #include <set>
 #include <span>
@@ -188,7 +187,8 @@ private:
         const auto parsed = parseDefaultsValue(arguments_.subspan(3));
         if (!parsed)
             return fail(parsed.failure().text + "; leaving defaults unchanged.");
-        const auto& [value, appends] = *parsed;
+        const PropertyList& value = parsed->value;
+        const bool appends = parsed->appends;
         bool fits = true;
         const bool stored = update(domain, [&](Entries& entries) {
             const auto entry = entries.find(arguments_[2]);

@@ -60,7 +60,7 @@ std::optional<Failure> probeHardLinks(const std::string& folder) {
     const FileDescriptor file = makeProbe(path);
     ::unlink(second.c_str());
     const bool linked = file && ::link(path.c_str(), second.c_str()) == 0;
-    const auto failure = linked ? std::nullopt : std::optional(systemFailure());
+    auto failure = linked ? std::nullopt : std::optional(systemFailure());
     ::unlink(second.c_str());
     ::unlink(path.c_str());
     return failure;
@@ -71,7 +71,7 @@ std::optional<Failure> probeWriting(const std::string& folder) {
     const FileDescriptor file = makeProbe(path);
     const std::string block(4096, 'p');
     const bool written = file && writeAll(file.get(), block) && ::fsync(file.get()) == 0;
-    const auto failure = written ? std::nullopt : std::optional(systemFailure());
+    auto failure = written ? std::nullopt : std::optional(systemFailure());
     ::unlink(path.c_str());
     return failure;
 }

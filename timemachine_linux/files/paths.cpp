@@ -33,7 +33,7 @@ Result<std::string> resolvedPath(const std::string& path) {
     const std::string name = slash == std::string::npos ? trimmed : trimmed.substr(slash + 1);
     if (name.empty() || name == "." || name == "..")
         return canonicalPath(trimmed);
-    const auto parent = canonicalPath(slash == std::string::npos ? "." : trimmed.substr(0, slash + 1));
+    auto parent = canonicalPath(slash == std::string::npos ? "." : trimmed.substr(0, slash + 1));
     if (!parent)
         return parent;
     return *parent == "/" ? "/" + name : *parent + "/" + name;

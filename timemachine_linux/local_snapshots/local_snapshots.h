@@ -1,6 +1,6 @@
 // The local snapshots of one volume: <volume>/.norvane-snapshots/com.apple.TimeMachine.<date>.local,
-// read-only Btrfs snapshots of the volume, which shares its blocks with them. A volume is a subvolume by its
-// top folder.
+// read-only Btrfs snapshots of the volume, which shares its blocks with them. A volume is named by the
+// top folder of its subvolume.
 #pragma once
 
 #include <optional>
@@ -39,8 +39,8 @@ public:
 
     [[nodiscard]] std::optional<Failure> remove(const std::string& token) const;
 
-    /// Keeps the snapshot from being removed by this program while the descriptor is open, in a child or
-    /// here. None: it is not there.
+    /// This program removes no snapshot while such a descriptor is open, here or in a child. None: it is not
+    /// there.
     [[nodiscard]] std::optional<FileDescriptor> hold(const std::string& token) const;
 
 private:

@@ -18,23 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
-TEST(LocalSnapshotNames, AreThoseOfTheirDates) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"com.apple.TimeMachine.2024-05-01-101500.local", "2024-05-01-101500"},
-        {"com.apple.TimeMachine.2024-13-01-101500.local", ""},
-        {"com.apple.TimeMachine.2024-05-01-101500.backup", ""},
-        {"com.apple.TimeMachine.2024-05-01-101500x.local", ""},
-        {"com.apple.TimeMachine.local", ""},
-        {"2024-05-01-101500", ""},
-    };
-    for (const auto& [name, token] : cases) {
-        EXPECT_EQ(localSnapshotToken(name).value_or(""), token) << name;
-        if (*token != '\0') {
-            EXPECT_EQ(localSnapshotName(token), name);
-        }
-    }
-}
-
 Instant wallClock() { return Instant(std::chrono::seconds(::time(nullptr))); }
 
 /// The sources are a folder on a volume of its own.
@@ -222,25 +205,25 @@ TEST_F(LocalSnapshotsOnBtrfs, AreNotUsedWhereTheyWouldMissSomething) {
 }
 
 TEST_F(LocalSnapshotsOnBtrfs, GoAfterADayOrWhenTheRoomIsShort) {
-    std::vector<std::string> trouble;
+    std::vector<std::string> notes;
     const std::string token = makeSnapshot();
     const auto hour = std::chrono::hours(1);
-    removeLocalSnapshotsForRoom(snapshots, trouble);
-    removeExpiredLocalSnapshots(snapshots, wallClock() + 23 * hour, trouble);
+    removeLocalSnapshotsForRoom(snapshots, notes);
+    removeExpiredLocalSnapshots(snapshots, wallClock() + 23 * hour, notes);
     EXPECT_EQ(snapshots.list().size(), 1U);
     {
         const auto held = snapshots.hold(token);
-        removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, trouble);
-        EXPECT_EQ(trouble.size(), 1U);
+        removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, notes);
+        EXPECT_EQ(notes.size(), 1U);
         EXPECT_EQ(snapshots.list().size(), 1U);
     }
-    removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, trouble);
+    removeExpiredLocalSnapshots(snapshots, wallClock() + 25 * hour, notes);
     EXPECT_TRUE(snapshots.list().empty());
-    EXPECT_EQ(trouble.size(), 1U);
+    EXPECT_EQ(notes.size(), 1U);
 
     (void)makeSnapshot();
     (void)box.run({"sh", "-c", "while fallocate -l 40M " + volume + "/filler$((i = i + 1)); do :; done"});
-    removeLocalSnapshotsForRoom(snapshots, trouble);
+    removeLocalSnapshotsForRoom(snapshots, notes);
     EXPECT_TRUE(snapshots.list().empty());
 }
 

@@ -30,7 +30,7 @@ bool isFolder(const std::string& path) {
 
 // Moved to another folder, a folder's own ".." changes, which takes the right to write into it.
 std::optional<Failure> moveToFree(const std::string& from, const std::string& to) {
-    const auto refused = renameToFree(from, to);
+    auto refused = renameToFree(from, to);
     const auto status = fileStatus(from);
     if (!refused || refused->error != EACCES || !status || !S_ISDIR(status->st_mode) ||
         ::chmod(from.c_str(), status->st_mode | S_IWUSR) != 0)

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <thread>
 
 #include "platform/linux/files/small_file.h"
@@ -19,17 +18,7 @@ namespace fs = std::filesystem;
 
 class Restore : public Tmutil {
 protected:
-    void SetUp() override {
-        fs::create_directories(tree + "/dir/sub");
-        writeFile(tree + "/dir/plain", "content");
-        fs::create_hard_link(tree + "/dir/plain", tree + "/dir/second name");
-        fs::create_symlink("nowhere", tree + "/dir/dangling");
-        for (const std::string name : {"new\nline", "\xff\"quoted'", "-rf", "a:b", "*"})
-            writeFile(fs::path(tree + "/dir/sub") / name, name);
-        ::setxattr((tree + "/dir/plain").c_str(), "user.note", "abc", 3, 0);
-        (void)box.run({"setfacl", "-m", "u:12345:r", tree + "/dir/sub/a:b"});
-        ::chmod((tree + "/dir/sub").c_str(), 0555);
-    }
+    void SetUp() override { makeOddTree(); }
 
     void makeBackup() {
         useDestination();

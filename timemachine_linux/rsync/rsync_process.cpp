@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/linux/files/file_descriptor.h"
+#include "timemachine_linux/files/file_lock.h"
 
 namespace norvane {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "timemachine_linux/files/file_lock.h"
+#include "timemachine_linux/files/failure.h"
 #include "timemachine_linux/rsync/rsync_outcome.h"
 #include "timemachine_linux/session/stop_requests.h"
 

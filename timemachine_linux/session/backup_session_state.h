@@ -59,8 +59,7 @@ struct BackupSessionState {
 [[nodiscard]] PropertyList statusOf(const BackupSessionState& state);
 [[nodiscard]] PropertyList idleStatus();
 
-/// Remaining seconds at the average pace so far; none before there is one. A file costs time beside its
-/// bytes.
+/// Remaining seconds at the average pace so far; none before there is one. Files cost time beside bytes.
 [[nodiscard]] std::optional<double> estimateSecondsRemaining(const CopyProgress& progress,
                                                              double elapsedSeconds);
 

@@ -22,8 +22,7 @@ private:
     bool requested_ = false;
 };
 
-/// Around the start of a worker or of a child of it, so that no request is lost and none ends the wrong
-/// process.
+/// Around the start of a worker or of its child: no request is lost, and none ends the wrong process.
 void blockStopSignals();
 void unblockStopSignals();
 

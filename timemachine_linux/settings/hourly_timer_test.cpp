@@ -7,6 +7,7 @@
 
 #include "tests/support/failure_text.h"
 #include "tests/support/test_peers.h"
+#include "timemachine_linux/settings/hourly_units.h"
 
 namespace norvane {
 

@@ -1,6 +1,5 @@
 #include "timemachine_linux/settings/stored_backup_settings.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <utility>
 

@@ -5,7 +5,7 @@
 #include "platform/tool_paths.h"
 #include "timemachine_linux/settings/backup_settings.h"
 #include "timemachine_linux/settings/hourly_timer.h"
-#include "timemachine_linux/sources/source_selection.h"
+#include "timemachine_linux/sources/source_lists.h"
 
 namespace norvane {
 

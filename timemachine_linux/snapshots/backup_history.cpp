@@ -1,7 +1,5 @@
 #include "timemachine_linux/snapshots/backup_history.h"
 
-#include <algorithm>
-
 #include "timemachine_linux/files/paths.h"
 #include "timemachine_linux/files/preferences.h"
 

@@ -1,7 +1,6 @@
 #include "timemachine_linux/snapshots/snapshot_name.h"
 
 #include <array>
-#include <cstdlib>
 #include <ctime>
 
 #include "platform/text/digit_pattern.h"

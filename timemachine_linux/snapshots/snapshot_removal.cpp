@@ -24,8 +24,8 @@ void SnapshotRemoval::makeRoom(std::int64_t bytes) {
         if (stop_.requested() || missingRoom(comfortable(bytes)) <= 0 || !remove(snapshot))
             return;
         notes_.push_back("Removed the oldest backup to make room: " + snapshot.name);
-        // Some file systems count freed room only then. By a descriptor of its own: each hears of an error
-        // once.
+        // Some file systems count freed room only then. With a descriptor of its own: each is told of a lost
+        // write once, and the worker's must still be.
         const FileDescriptor folder(::open(store_.folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         (void)::syncfs(folder.get());
     }

@@ -34,8 +34,8 @@ bool covered(const std::vector<std::string>& folders, std::string_view path) {
 
 using Paths = std::vector<std::string>;
 
-/// A destination below a source as a whole. Of one around a source, as of a disk that also holds photos, its
-/// backups.
+/// A destination below a source goes out as a whole; of one around a source, as of a disk that also holds
+/// photos, only its backups.
 void leaveOutBackups(const std::string& destinationFolder, Paths& sources, SourceSelection& selection) {
     if (destinationFolder.empty())
         return;

@@ -10,8 +10,8 @@
 namespace norvane {
 
 struct SourceSelection {
-    std::vector<std::string>
-        sources; ///< Canonical, none excluded, none inside another on the same file system.
+    /// Canonical, none excluded, none inside another on the same file system.
+    std::vector<std::string> sources;
     std::vector<std::string> excluded; ///< Paths that are left out with all below them.
     std::vector<std::string> missing;  ///< Configured sources that do not exist now.
     /// Configured sources that are, or lie in, this machine's backups, which must not hold themselves.
@@ -37,8 +37,7 @@ struct MountBelow {
 /// Why the source cannot be read, as `SourceSelection::unreachable`. What it holds may still refuse.
 [[nodiscard]] std::optional<Failure> failureToRead(const std::string& source);
 
-/// Whether a backup leaves the path (as `resolvedPath` gives it) out: an exclusion covers it, or no source
-/// does.
+/// Whether an exclusion covers the path (as `resolvedPath` gives it), or no source does.
 [[nodiscard]] bool isLeftOut(const SourceSelection& selection, std::string_view path);
 
 } // namespace norvane
